@@ -1,0 +1,32 @@
+# One interface target, kd_options, carries what every target of the project is compiled with.
+add_library(kd_options INTERFACE)
+target_include_directories(kd_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+target_compile_features(kd_options INTERFACE cxx_std_20)
+target_compile_options(kd_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Werror
+  -fstack-protector-strong -ffunction-sections -fdata-sections
+  # Paths inside the binaries are relative, so that a build does not depend on where it was made.
+  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
+if(WIN32)
+  target_compile_definitions(kd_options INTERFACE
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN STRICT _WIN32_WINNT=0x0A00)
+  target_link_options(kd_options INTERFACE
+    -static -fstack-protector-strong -Wl,--gc-sections -Wl,--no-insert-timestamp
+    -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
+endif()
+
+set(KDUUI_SANITIZE "" CACHE STRING "Value of -fsanitize= for every target; empty for none")
+if(KDUUI_SANITIZE)
+  target_compile_options(kd_options INTERFACE
+    "-fsanitize=${KDUUI_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  string(REPLACE "fuzzer-no-link," "" kd_link_sanitize "${KDUUI_SANITIZE}")
+  target_link_options(kd_options INTERFACE "-fsanitize=${kd_link_sanitize}")
+endif()
+
+# kd_library(NAME sources... [LIBS libraries...]): a static library of one room.
+function(kd_library name)
+  cmake_parse_arguments(arg "" "" "LIBS" ${ARGN})
+  add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
+  target_link_libraries(${name} PUBLIC kd_options ${arg_LIBS})
+endfunction()

@@ -1,0 +1,16 @@
+// Keeps the thread's last error across clean-up code. Windows only.
+#pragma once
+
+#include <windows.h>
+
+// Puts the last error that it found at construction back at destruction.
+class CLastErrorKeeper {
+ public:
+  CLastErrorKeeper() noexcept : error_(GetLastError()) {}
+  ~CLastErrorKeeper() { SetLastError(error_); }
+  CLastErrorKeeper(const CLastErrorKeeper&) = delete;
+  CLastErrorKeeper& operator=(const CLastErrorKeeper&) = delete;
+
+ private:
+  DWORD error_;
+};
