@@ -1,0 +1,46 @@
+// The parameters of an information set as a table.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <span>
+#include <variant>
+
+#include "config/information_set.h"
+
+// One row: a parameter's name on the drivers' side, the member of Owner it is bound to, and its default.
+template <class Owner>
+struct CSsParameter {
+  using Number = std::uint32_t Owner::*;
+  using Text = CWideString Owner::*;
+
+  constexpr CSsParameter(const wchar_t* rowName, Number member, std::uint32_t rowDefault)
+      : name(rowName), number(member), numberDefault(rowDefault) {}
+  constexpr CSsParameter(const wchar_t* rowName, Text member, const char* rowDefault)
+      : name(rowName), text(member), textDefault(rowDefault) {}
+
+  const wchar_t* name;
+  Number number = nullptr;  // set for a DWORD parameter
+  Text text = nullptr;      // set for a string parameter
+  std::uint32_t numberDefault = 0;
+  const char* textDefault = nullptr;
+};
+
+// Registers one row; false when memory runs out.
+template <class Owner>
+[[nodiscard]] bool RegisterParameter(CSsInformationSet& set, Owner& owner,
+                                     const CSsParameter<Owner>& row) noexcept {
+  if (row.text != nullptr) return set.AddStringItem(row.name, &(owner.*row.text), row.textDefault, 0);
+  std::unique_ptr<CSsDefaultValue> value(new (std::nothrow) CSsDefaultValue(row.numberDefault));
+  if (!value) return false;
+  return set.AddItem(0, row.name, &(owner.*row.number), CSsInformationItem::kDword, 0, value);
+}
+
+// Registers the rows in their order. A row that memory does not suffice for is missing from the set
+// afterwards: its streams are shorter, and the driver rejects them.
+template <class Owner>
+void RegisterParameters(CSsInformationSet& set, Owner& owner,
+                        std::span<const CSsParameter<Owner>> rows) noexcept {
+  for (const CSsParameter<Owner>& row : rows) static_cast<void>(RegisterParameter(set, owner, row));
+}
