@@ -1,0 +1,83 @@
+#include "install/class_installer.h"
+
+static_assert(sizeof(SP_DEVINSTALL_PARAMS_W) == 584);
+static_assert(sizeof(SP_PROPCHANGE_PARAMS) == 20);
+
+namespace {
+
+bool GetInstallParams(HDEVINFO set, SP_DEVINFO_DATA& element, SP_DEVINSTALL_PARAMS_W& params) {
+  params = {};
+  params.cbSize = sizeof(params);
+  return SetupDiGetDeviceInstallParamsW(set, &element, &params) != FALSE;
+}
+
+bool SetPropertyChange(HDEVINFO set, SP_DEVINFO_DATA& element, DWORD stateChange, DWORD scope) {
+  SP_PROPCHANGE_PARAMS change{};
+  change.ClassInstallHeader.cbSize = sizeof(change.ClassInstallHeader);
+  change.ClassInstallHeader.InstallFunction = DIF_PROPERTYCHANGE;
+  change.StateChange = stateChange;
+  change.Scope = scope;
+  change.HwProfile = 0;
+  return SetupDiSetClassInstallParamsW(set, &element, &change.ClassInstallHeader, sizeof(change)) != FALSE;
+}
+
+int ChangeState(HDEVINFO set, SP_DEVINFO_DATA& element, DWORD stateChange) {
+  SP_DEVINSTALL_PARAMS_W params;
+  // Parameters that could not be read are not written back: that would clear what others have set.
+  if (GetInstallParams(set, element, params)) {
+    params.Flags |= DI_PROPERTIES_CHANGE;
+    SetupDiSetDeviceInstallParamsW(set, &element, &params);
+  }
+  if (!SetPropertyChange(set, element, stateChange, DICS_FLAG_GLOBAL) &&
+      !SetPropertyChange(set, element, stateChange, DICS_FLAG_CONFIGSPECIFIC)) {
+    return 1;
+  }
+  SetupDiCallClassInstaller(DIF_PROPERTYCHANGE, set, &element);
+  // The read tells the set's owner nothing new, but class installers see the sequence get, set, change,
+  // get, and some act on the last one.
+  static_cast<void>(GetInstallParams(set, element, params));
+  return 1;
+}
+
+}  // namespace
+
+int DisableDevice(HDEVINFO set, SP_DEVINFO_DATA& element) {
+  return ChangeState(set, element, DICS_DISABLE);
+}
+
+int EnableDevice(HDEVINFO set, SP_DEVINFO_DATA& element) {
+  return ChangeState(set, element, DICS_ENABLE);
+}
+
+int MarkPropChangePending(HDEVINFO set, SP_DEVINFO_DATA& element) {
+  SP_DEVINSTALL_PARAMS_W params;
+  if (GetInstallParams(set, element, params)) {
+    params.FlagsEx |= DI_FLAGSEX_PROPCHANGE_PENDING;
+    SetupDiSetDeviceInstallParamsW(set, &element, &params);
+  }
+  return 1;
+}
+
+int ReenumerateDevNode(const CWideString& instanceId) {
+  std::wstring id(instanceId.View());  // CM_Locate_DevNodeW takes a pointer to writable text
+  DEVINST node = 0;
+  const CONFIGRET found =
+      CM_Locate_DevNodeW(&node, id.empty() ? nullptr : id.data(), CM_LOCATE_DEVNODE_NORMAL);
+  return found == CR_SUCCESS && CM_Reenumerate_DevNode(node, 0) == CR_SUCCESS ? 1 : 0;
+}
+
+bool OpenAllDevices(CDeviceInfoList& set, DWORD flags) {
+  set.Reset(SetupDiGetClassDevsW(nullptr, nullptr, nullptr, flags));
+  return static_cast<bool>(set);
+}
+
+bool OpenClassDevices(CDeviceInfoList& set, const GUID& classGuid, DWORD flags) {
+  set.Reset(SetupDiGetClassDevsW(&classGuid, nullptr, nullptr, flags));
+  return static_cast<bool>(set);
+}
+
+bool OpenDeviceInfo(HDEVINFO set, const wchar_t* instanceId, SP_DEVINFO_DATA& element, DWORD flags) {
+  element = {};
+  element.cbSize = sizeof(element);
+  return SetupDiOpenDeviceInfoW(set, instanceId, nullptr, flags, &element) != FALSE;
+}
