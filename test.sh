@@ -4,7 +4,8 @@
 # With a pattern only the entries whose names match it run (ctest -R).
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
-only=(${1:+-R "$1" --no-tests=ignore})
+pattern=${1:-}
+only=(${pattern:+-R "$pattern" --no-tests=ignore})
 passed=0 failed=0 broken=()
 
 scripts/setup-debian test || { echo "0 passed, 1 failed"; exit 1; }
@@ -29,9 +30,11 @@ run() {
   head=$(tr '\n' ' ' <"$report" 2>/dev/null | grep -o '<testsuite [^>]*>' | head -n 1)
   count() { sed -n "s/.*[ \t]$1=\"\([0-9]*\)\".*/\1/p" <<<"$head"; }
   local tests bad skipped
-  tests=$(count tests); bad=$(count failures); skipped=$(( $(count skipped || echo 0) + $(count disabled || echo 0) ))
-  if [ -z "$tests" ]; then
-    failed=$((failed + 1)); broken+=("run of $preset: no report"); return 1
+  tests=$(count tests); bad=$(count failures); skipped=$(( $(count skipped) + $(count disabled) ))
+  if [ "${tests:-0}" -eq 0 ]; then
+    # With a pattern a tier may well have nothing to run; without one that is a fault of the build.
+    [ -n "$pattern" ] || { failed=$((failed + 1)); broken+=("no test in $preset"); }
+    return
   fi
   # A test that could not run proves nothing, so it counts as failed.
   passed=$((passed + tests - bad - skipped)); failed=$((failed + bad + skipped))
