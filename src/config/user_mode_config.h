@@ -1,0 +1,77 @@
+// The user-mode end of the channel to a port's drivers. Windows only.
+//
+// The drivers of a network port publish one configuration interface for each device, all under one class;
+// the device's driver key name tells them apart. Through it parameter sets are read and written.
+#pragma once
+
+#include <windows.h>
+
+#include <cfgmgr32.h>
+#include <setupapi.h>
+
+#include <cstdint>
+
+#include "base/device_handles.h"
+#include "base/wide_string.h"
+#include "config/information_set.h"
+#include "install/device_reg_info.h"
+
+// The interface class of the drivers' configuration interface.
+inline constexpr GUID kConfigurationInterfaceClass = {
+    0x6E2B9D14, 0x7A3C, 0x4F85, {0x9B, 0x21, 0xC4, 0xD0, 0x7E, 0x5A, 0x1F, 0x93}};
+
+// A device interface class and the set of its instances that a search has opened; destroys the set.
+class CKdSetupDi_DeviceInterface {
+ public:
+  explicit CKdSetupDi_DeviceInterface(const GUID& interfaceClass) noexcept
+      : interfaceClass_(interfaceClass) {}
+  CKdSetupDi_DeviceInterface(const CKdSetupDi_DeviceInterface&) = delete;
+  CKdSetupDi_DeviceInterface& operator=(const CKdSetupDi_DeviceInterface&) = delete;
+  virtual ~CKdSetupDi_DeviceInterface() = default;
+
+ protected:
+  [[nodiscard]] const GUID& InterfaceClass() const noexcept { return interfaceClass_; }
+  // Opens the set of the interfaces that are there now. Failure is told on the standard output.
+  [[nodiscard]] bool OpenInterfaces();
+  // The path of the interface with this index; false at the end of the set and when SetupAPI fails.
+  [[nodiscard]] bool ReadPath(DWORD index, CWideString& path) const;
+
+ private:
+  GUID interfaceClass_;
+  CDeviceInfoList interfaces_;
+};
+
+// The channel of one device. No driver handle stays open between operations, and none shows a message or
+// reports an error code: callers decide what to tell the user. One object serves one thread.
+//
+// Order of use: FindDeviceInterface, GetParameterSet for each set that will change, SetParameterSet.
+class CKdUserModeConfig : public CKdSetupDi_DeviceInterface {
+ public:
+  // The device information set is borrowed and must outlive the object; the element is copied.
+  CKdUserModeConfig(HDEVINFO set, const SP_DEVINFO_DATA& element) noexcept
+      : CKdSetupDi_DeviceInterface(kConfigurationInterfaceClass), device_(set, element) {}
+  ~CKdUserModeConfig() override = default;
+
+  // Finds the device's configuration interface; until it has, every exchange fails. To be called once for
+  // each object: a further search abandons the set that the one before has opened.
+  [[nodiscard]] bool FindDeviceInterface();
+
+  // Reads the driver's current, respectively default, set into the members that `set` is bound to. The
+  // selector says which set the driver is asked for (kSelector of the parameter classes). After a failure the
+  // members that were already read have their new values.
+  [[nodiscard]] bool GetParameterSet(CSsInformationSet& set, std::uint32_t selector);
+  [[nodiscard]] bool GetDefaultParameterSet(CSsInformationSet& set, std::uint32_t selector);
+  // Writes the set into the driver.
+  [[nodiscard]] bool SetParameterSet(CSsInformationSet& set, std::uint32_t selector);
+
+  // The interface's path; empty until it has been found.
+  [[nodiscard]] const CWideString& InterfacePath() const noexcept { return path_; }
+  [[nodiscard]] const CKDDeviceRegInfo& Device() const noexcept { return device_; }
+
+ private:
+  // The reference string that the device's interface has, or the empty text.
+  [[nodiscard]] CWideString ExpectedReference() const;
+
+  CWideString path_;
+  CKDDeviceRegInfo device_;
+};
