@@ -6,8 +6,14 @@
 // RenameComPort is the only way in which the system changes a name.
 #pragma once
 
+#include <windows.h>
+
+#include <ddk/msports.h>
+
+#include <optional>
+
+#include "install/com_names.h"
 #include "install/device_reg_info.h"
-#include "install/msports.h"
 
 // One port device and the COM name database, which is opened and closed around each use.
 class CCOMPortUtil : public CKDDeviceRegInfo {
@@ -26,9 +32,11 @@ class CCOMPortUtil : public CKDDeviceRegInfo {
   // Whether nobody has the number. False when the database is not open or does not answer, and for numbers
   // that it has no byte for: 0 and those above 256.
   [[nodiscard]] bool IsComNumberFree(DWORD number) const;
+  // All numbers at once, for who looks for a free one; nothing under the same conditions.
+  [[nodiscard]] std::optional<ComUsage> ReadComUsage() const;
 
  private:
-  HCOMDB database_ = kNoComDb;
+  HCOMDB database_ = HCOMDB_INVALID_HANDLE_VALUE;
 };
 
 // Whether nothing has the port open: opens "\\.\" and the name for itself alone and closes it again.

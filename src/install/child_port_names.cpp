@@ -1,0 +1,110 @@
+#include "install/child_port_names.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "base/decimal.h"
+#include "install/class_installer.h"
+#include "install/device_tree.h"
+#include "install/dos_device.h"
+#include "install/sort_plan.h"
+
+namespace {
+
+constexpr wchar_t kPortName[] = L"PortName";
+constexpr wchar_t kSortedFlag[] = L"ChildPortNameSorted";
+constexpr std::uint32_t kFirstAside = 3;
+constexpr std::uint32_t kLastAside = 255;
+
+// A device server's ports, in enumeration order.
+class CChildPorts : public CSortSteps {
+ public:
+  // False when one of the ports is not started or has no name.
+  [[nodiscard]] bool Collect(CParentDevice& server) {
+    for (const DEVINST child : ChildrenOf(server.Element().DevInst)) {
+      if (!Add(server.Set(), child)) return false;
+    }
+    return true;
+  }
+  [[nodiscard]] const std::vector<CWideString>& Names() const noexcept { return names_; }
+
+  [[nodiscard]] std::optional<std::int32_t> FreeNumber() override {
+    CCOMPortUtil& anyPort = *ports_.front();
+    static_cast<void>(anyPort.OpenComDb());
+    const std::optional<ComUsage> usage = anyPort.ReadComUsage();
+    anyPort.CloseComDb();
+    const auto number = usage ? FirstFreeNumber(*usage, kFirstAside, kLastAside) : std::nullopt;
+    return number ? std::optional(static_cast<std::int32_t>(*number)) : std::nullopt;
+  }
+  [[nodiscard]] bool Rename(std::size_t child, const CWideString& newName) override {
+    return RenameComPort(*ports_[child], newName, nullptr, false, false) != 0;
+  }
+  void ReadName(std::size_t child, CWideString& name) override {
+    static_cast<void>(ports_[child]->GetRegString(kPortName, name));
+  }
+
+ private:
+  [[nodiscard]] bool Add(HDEVINFO set, DEVINST child) {
+    CWideString id;
+    if (!GetInstanceId(child, id)) return false;
+    ULONG status = 0;
+    ULONG problem = 0;
+    if (CM_Get_DevNode_Status(&status, &problem, child, 0) != CR_SUCCESS) return false;
+    if ((status & DN_STARTED) == 0) return false;
+    SP_DEVINFO_DATA element;
+    if (!OpenDeviceInfo(set, id.Text(), element, 0)) return false;
+    auto port = std::make_unique<CCOMPortUtil>(set, element);
+    CWideString name;
+    if (!port->GetRegString(kPortName, name)) return false;
+    names_.push_back(name);
+    ports_.push_back(std::move(port));
+    return true;
+  }
+
+  std::vector<CWideString> names_;
+  std::vector<std::unique_ptr<CCOMPortUtil>> ports_;
+};
+
+bool IsSorted(CParentDevice& server) {
+  std::uint32_t flag = 0;
+  return ReadDevRegDword(server.Set(), server.Element(), kSortedFlag, flag) && flag == 1;
+}
+
+void MarkSorted(CParentDevice& server) {
+  WriteDevRegDword(server.Set(), server.Element(), kSortedFlag, 1);
+}
+
+void Sort(const SP_DEVINFO_DATA& port) {
+  CParentDevice server;
+  if (!server.Open(port) || IsSorted(server)) return;
+  CChildPorts ports;
+  if (!ports.Collect(server)) return;
+  if (!NeedsSorting(ports.Names())) return MarkSorted(server);
+  // After a rename that failed, the server is neither marked nor restarted.
+  if (!SortNames(ports.Names(), ports)) return;
+  MarkSorted(server);
+  // Read back, so that the value is in the registry before the restart makes other installers look for it.
+  static_cast<void>(IsSorted(server));
+  DisableDevice(server.Set(), server.Element());
+  EnableDevice(server.Set(), server.Element());
+}
+
+}  // namespace
+
+int SortChildPortNames(HDEVINFO /*set*/, const SP_DEVINFO_DATA& port) {
+  Sort(port);
+  return 1;
+}
+
+bool ReleasePortName(CCOMPortUtil& port) {
+  CWideString name;
+  if (!port.GetRegString(kPortName, name)) return false;
+  CWideString kernelPath;
+  if (!QueryDosDevice(name, kernelPath) || !RemoveDosDevice(name, kernelPath)) return true;
+  static_cast<void>(port.OpenComDb());
+  port.ReleaseComNumber(static_cast<DWORD>(ComNumberOf(name.View())));
+  port.CloseComDb();
+  return true;
+}

@@ -1,0 +1,152 @@
+#include "install/co_installer.h"
+
+#include "base/export_guard.h"
+#include "base/resource_ids.h"
+#include "install/child_port_names.h"
+#include "install/class_installer.h"
+#include "install/device_tree.h"
+#include "install/dos_device.h"
+#include "install/install_rules.h"
+#include "install/port_backup.h"
+#include "install/uninstall_program.h"
+#include "install/usb_fixed_name.h"
+
+static_assert(sizeof(OSVERSIONINFOEXW) == 284);
+
+namespace {
+
+constexpr wchar_t kInstallMutexName[] = L"{5C0E2A71-93B4-4F6D-A8E2-0B7D41C9E356}";
+
+// One step; whatever escapes it ends it, and the installation goes on.
+template <class Step>
+void BestEffort(Step&& step) noexcept {
+  static_cast<void>(GuardBoundary(false, [&] {
+    step();
+    return true;
+  }));
+}
+
+// Holds the mutex that the post-installations of all ports of all device servers share, in all processes.
+//
+// Its handle is never closed: an installer loads and frees this DLL for every single function, and the mutex
+// has to live on between the ports of one installation. It ends with the installer's process.
+class CInstallLock {
+ public:
+  CInstallLock() noexcept : mutex_(CreateMutexW(nullptr, FALSE, kInstallMutexName)) {
+    const DWORD result = mutex_ != nullptr ? WaitForSingleObject(mutex_, INFINITE) : WAIT_FAILED;
+    owned_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
+  }
+  ~CInstallLock() {
+    if (owned_) ReleaseMutex(mutex_);
+  }
+  CInstallLock(const CInstallLock&) = delete;
+  CInstallLock& operator=(const CInstallLock&) = delete;
+
+ private:
+  HANDLE mutex_;
+  bool owned_ = false;
+};
+
+void RemoveChildPorts(const SP_DEVINFO_DATA& server) {
+  const CDeviceInfoList set = CreateEmptyDeviceInfoList();
+  if (!set) return;
+  for (const DEVINST child : ChildrenOf(server.DevInst)) {
+    CWideString id;
+    SP_DEVINFO_DATA element;
+    if (!GetInstanceId(child, id) || !OpenDeviceInfo(set.Get(), id.Text(), element, 0)) continue;
+    CCOMPortUtil port(set.Get(), element);
+    ReleasePortName(port);
+    SetupDiCallClassInstaller(DIF_REMOVE, set.Get(), &element);
+  }
+}
+
+DWORD CheckDriverUpdate(HDEVINFO set, const SP_DEVINFO_DATA& device) {
+  CWideString noUpgrade;
+  if (!ReadDevRegString(set, device, L"NoUpgrade", noUpgrade) || !ForbidsDriverUpdate(noUpgrade)) {
+    return NO_ERROR;
+  }
+  CWideString text;
+  text.LoadFromTable(IDS_UPDATE_CARD_DRIVER);
+  MessageBoxW(nullptr, text.Text(), L"Veltranet", MB_OK | MB_ICONERROR);
+  return ERROR_DI_DONT_INSTALL;
+}
+
+bool WindowsSortsPortNames() {
+  OSVERSIONINFOEXW version{};
+  version.dwOSVersionInfoSize = sizeof(version);
+  return GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&version)) != FALSE &&
+         SortsPortNames(version.dwMajorVersion, version.dwMinorVersion);
+}
+
+DWORD InstallCard(HDEVINFO set, const SP_DEVINFO_DATA& server, const COINSTALLER_CONTEXT_DATA& context) {
+  if (context.PostProcessing != FALSE) {
+    // Again, because the class installer may have started the server, and with it its ports, in between.
+    BestEffort([&] { RemoveChildPorts(server); });
+    return context.InstallResult;
+  }
+  BestEffort([&] { BackupChildPortSettings(set, server); });
+  BestEffort([&] { RemoveChildPorts(server); });
+  return ERROR_DI_POSTPROCESSING_REQUIRED;
+}
+
+// A port whose name is not defined yet is left alone: its driver is not running, and nothing that could be
+// done to its name would reach it.
+bool HasDefinedName(HDEVINFO set, const SP_DEVINFO_DATA& port) {
+  return GuardBoundary(false, [&] {
+    CWideString name;
+    static_cast<void>(ReadDevRegString(set, port, L"PortName", name));
+    return HasDosDevice(name);
+  });
+}
+
+DWORD InstallPort(HDEVINFO set, const SP_DEVINFO_DATA& port, const COINSTALLER_CONTEXT_DATA& context) {
+  if (context.PostProcessing == FALSE) return ERROR_DI_POSTPROCESSING_REQUIRED;
+  if (!HasDefinedName(set, port)) return NO_ERROR;
+  const CInstallLock lock;
+  const bool restored = GuardBoundary(false, [&] { return RestorePortSettings(set, port); });
+  if (!restored) {
+    BestEffort([&] {
+      if (WindowsSortsPortNames()) SortChildPortNames(set, port);
+    });
+    BestEffort([&] { WritePortsDefault(set, port); });
+  }
+  BestEffort([&] { ApplyUsbFixedComName(set, port); });
+  return context.InstallResult;
+}
+
+}  // namespace
+
+DWORD CoInstallCard(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* device,
+                    const COINSTALLER_CONTEXT_DATA* context) {
+  if (device == nullptr) return NO_ERROR;
+  switch (function) {
+    case DIF_INSTALLDEVICE:
+      return context != nullptr ? InstallCard(set, *device, *context) : NO_ERROR;
+    case DIF_REMOVE:
+      BestEffort([&] { RunUninstallProgram(set, *device, false); });
+      return NO_ERROR;
+    case DIF_UPDATEDRIVER_UI:
+      return CheckDriverUpdate(set, *device);
+    default:
+      return NO_ERROR;
+  }
+}
+
+DWORD CoInstallPort(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* device,
+                    const COINSTALLER_CONTEXT_DATA* context) {
+  if (device == nullptr) return NO_ERROR;
+  switch (function) {
+    case DIF_INSTALLDEVICE:
+      return context != nullptr ? InstallPort(set, *device, *context) : NO_ERROR;
+    case DIF_REMOVE:
+      BestEffort([&] {
+        CCOMPortUtil port(set, *device);
+        ReleasePortName(port);
+      });
+      return NO_ERROR;
+    case DIF_UPDATEDRIVER_UI:
+      return CheckDriverUpdate(set, *device);
+    default:
+      return NO_ERROR;
+  }
+}

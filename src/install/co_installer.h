@@ -1,0 +1,14 @@
+// What the device installer calls for every step of installing a device. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <setupapi.h>
+
+// The steps of a device server and of one of its ports. `device` and, for DIF_INSTALLDEVICE, `context` may
+// be null, which does nothing and returns NO_ERROR. Steps are best effort: what fails inside, memory running
+// out included, ends that step and does not change the result.
+[[nodiscard]] DWORD CoInstallCard(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* device,
+                                  const COINSTALLER_CONTEXT_DATA* context);
+[[nodiscard]] DWORD CoInstallPort(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* device,
+                                  const COINSTALLER_CONTEXT_DATA* context);

@@ -1,0 +1,41 @@
+// Rules about COM names, COM numbers and the models that want particular ones. Portable.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "base/wide_string.h"
+
+// The name of a number. A COM name is never built in another way.
+[[nodiscard]] CWideString ComNameOf(std::int32_t number);
+
+// The COM name database's answer to "which numbers are taken": one byte per number, number 1 first.
+inline constexpr std::size_t kComUsageBytes = 256;
+using ComUsage = std::array<std::uint8_t, kComUsageBytes>;
+
+// Whether a number is free. Numbers that have no byte (0 and those above 256) are not.
+[[nodiscard]] bool IsNumberFree(const ComUsage& usage, std::uint32_t number) noexcept;
+
+// The lowest free number from `first` to `last`, or nothing.
+[[nodiscard]] std::optional<std::uint32_t> FirstFreeNumber(const ComUsage& usage, std::uint32_t first,
+                                                           std::uint32_t last) noexcept;
+
+// Where a device goes that has to give up `name`: the lowest free number from `first` to 254. `usage` is
+// null when the database did not answer.
+[[nodiscard]] std::uint32_t NumberForMovedHolder(const ComUsage* usage, std::uint32_t first,
+                                                 const CWideString& name) noexcept;
+
+// The hardware part of an instance id, in upper case: "USB\VID_3A7E&PID_1015\6&2c" gives
+// "USB\VID_3A7E&PID_1015". An id without a second backslash is its own hardware part.
+[[nodiscard]] CWideString HardwareIdOf(const CWideString& instanceId);
+
+// The COM number on which the port of a USB device always sits, by the device's hardware id; nothing for
+// all other devices.
+[[nodiscard]] std::optional<std::int32_t> FixedComNumber(const CWideString& parentHardwareId);
+
+// Whether a port of this device takes over a taken number without asking.
+[[nodiscard]] bool TakesNumberUnasked(const CWideString& parentHardwareId);

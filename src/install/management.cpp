@@ -1,0 +1,28 @@
+#include "install/management.h"
+
+#include <newdev.h>
+
+#include "install/class_installer.h"
+#include "install/com_port_util.h"
+
+BOOL ChangeComNumber(const wchar_t* instanceId, const wchar_t* newName) {
+  if (instanceId == nullptr) return 0;
+  CDeviceInfoList devices;
+  SP_DEVINFO_DATA element;
+  if (!OpenAllDevices(devices, DIGCF_PRESENT | DIGCF_ALLCLASSES) ||
+      !OpenDeviceInfo(devices.Get(), instanceId, element, DIOD_INHERIT_CLASSDRVS | DIOD_CANCEL_REMOVE)) {
+    return 0;
+  }
+  CCOMPortUtil port(devices.Get(), element);
+  // What came of the rename is not passed on: the programs that call this take 0 for "no such port" and
+  // would report a missing device to a user who has just answered "No". They read "PortName" afterwards.
+  RenameComPort(port, CWideString(newName), nullptr, true, true);
+  return 1;
+}
+
+BOOL UpdateDriver(const wchar_t* hardwareId, const wchar_t* infPath) {
+  if (hardwareId == nullptr || infPath == nullptr) return FALSE;
+  BOOL rebootRequired = FALSE;
+  return UpdateDriverForPlugAndPlayDevicesW(nullptr, hardwareId, infPath, INSTALLFLAG_FORCE,
+                                            &rebootRequired) != FALSE;
+}

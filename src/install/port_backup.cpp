@@ -1,0 +1,116 @@
+#include "install/port_backup.h"
+
+#include <optional>
+
+#include "base/decimal.h"
+#include "install/com_port_util.h"
+#include "install/device_tree.h"
+#include "install/dos_device.h"
+#include "install/install_rules.h"
+#include "install/registry_values.h"
+
+namespace {
+
+constexpr wchar_t kPortName[] = L"PortName";
+constexpr wchar_t kPagesKey[] = L"UI1";
+
+CWideString DeviceParametersPath(const CWideString& instanceId) {
+  return CWideString::Format(L"System\\CurrentControlSet\\Enum\\%s\\Device Parameters", instanceId);
+}
+
+void BackUpValues(HKEY backup, const CWideString& portId) {
+  const CRegistryKey port = OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(portId), KEY_READ);
+  if (!port) return;
+  ForEachValue(port.Get(), [&](const CWideString& name, DWORD type) {
+    if (type == REG_DWORD) CopyDword(port.Get(), backup, name);
+    if (type == REG_SZ && name == kPortName) CopyString(port.Get(), backup, name);
+  });
+}
+
+void BackUpPageValues(HKEY backup, const CWideString& portId) {
+  const CRegistryKey from =
+      OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(portId) + L"\\" + kPagesKey, KEY_READ);
+  if (!from) return;
+  const CRegistryKey to = CreateKey(backup, kPagesKey);
+  if (to) CopyDwordsAndStrings(from.Get(), to.Get());
+}
+
+// Writes the saved settings to the port's key; returns the saved name, which is not a setting: a name is
+// only ever given by a rename.
+std::optional<CWideString> RestoreValues(HKEY backup, HKEY port) {
+  std::optional<CWideString> savedName;
+  ForEachValue(backup, [&](const CWideString& name, DWORD type) {
+    if (type == REG_DWORD && !IsCapabilityValue(name)) CopyDword(backup, port, name);
+    if (type != REG_SZ || name != kPortName) return;
+    CWideString text;
+    if (ReadString(backup, name, text)) savedName = text;
+  });
+  return savedName;
+}
+
+void RestoreName(CCOMPortUtil& port, const CWideString& savedName) {
+  CWideString currentName;
+  if (!port.GetRegString(kPortName, currentName)) return;
+  if (!IsPortOpenable(currentName) && !HasDosDevice(currentName)) return;
+
+  // Usually the port itself still holds the number; the rename is to claim it without a question.
+  const auto savedNumber = static_cast<DWORD>(ComNumberOf(savedName.View()));
+  static_cast<void>(port.OpenComDb());
+  if (!port.IsComNumberFree(savedNumber)) port.ReleaseComNumber(savedNumber);
+  port.CloseComDb();
+  RenameComPort(port, savedName, nullptr, false, false);
+}
+
+void RestorePageValues(HKEY backup, HKEY port) {
+  const CRegistryKey from = OpenKey(backup, kPagesKey, KEY_READ);
+  if (!from) return;
+  const CRegistryKey to = CreateKey(port, kPagesKey);
+  if (to) CopyDwordsAndStrings(from.Get(), to.Get());
+}
+
+void DeleteBackup(const CWideString& serverId, const CWideString& backupName) {
+  constexpr REGSAM kAccess = KEY_READ | KEY_SET_VALUE;
+  static_assert(kAccess == 0x2001B);
+  const CRegistryKey server = OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(serverId), kAccess);
+  // A backup with page values below it stays, since a key with keys below cannot be deleted, and is restored
+  // again the next time: the pages' values in it are as good as the port's then, for a reinstallation of the
+  // server writes the backup anew before it removes the port.
+  if (server) DeleteKey(server.Get(), backupName);
+}
+
+}  // namespace
+
+void BackupChildPortSettings(HDEVINFO set, const SP_DEVINFO_DATA& server) {
+  const CDeviceKey serverKey = OpenDeviceKey(set, server, GENERIC_WRITE);
+  if (!serverKey) return;
+  for (const DEVINST child : ChildrenOf(server.DevInst)) {
+    CWideString portId;
+    if (!GetInstanceId(child, portId)) continue;
+    const CRegistryKey backup = CreateKey(serverKey.Get(), BackupKeyName(portId));
+    if (!backup) continue;
+    BackUpValues(backup.Get(), portId);
+    BackUpPageValues(backup.Get(), portId);
+  }
+}
+
+bool RestorePortSettings(HDEVINFO set, const SP_DEVINFO_DATA& element) {
+  const CDeviceKey portKey = OpenDeviceKey(set, element, GENERIC_WRITE);
+  CWideString serverId;
+  CWideString portId;
+  if (!portKey || !GetParentInstanceId(element, serverId) || !GetInstanceId(element.DevInst, portId)) {
+    return false;
+  }
+  const CWideString backupName = BackupKeyName(portId);
+  CRegistryKey backup =
+      OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(serverId) + L"\\" + backupName.View(), KEY_READ);
+  if (!backup) return false;
+
+  if (const auto savedName = RestoreValues(backup.Get(), portKey.Get())) {
+    CCOMPortUtil port(set, element);
+    RestoreName(port, *savedName);
+  }
+  RestorePageValues(backup.Get(), portKey.Get());
+  backup.Reset();
+  DeleteBackup(serverId, backupName);
+  return true;
+}
