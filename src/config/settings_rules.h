@@ -1,0 +1,37 @@
+// Which parameters a management program's settings change.
+#pragma once
+
+#include <cstdint>
+
+#include "config/nbus_parameters.h"
+#include "config/vcp_parameters.h"
+
+// Where and how a port reaches its device server, and what kind of port it is.
+struct NetworkInfo {
+  std::uint32_t address = 0;  // IPv4
+  std::uint32_t dataPort = 0;
+  std::uint32_t configPort = 0;
+  std::uint32_t webPort = 0;
+  std::uint32_t mac1 = 0;
+  std::uint32_t mac2 = 0;
+  std::uint32_t duplexMode = 0;
+  std::uint32_t portType = 0;
+};
+
+// The line settings of a port, in the driver's codes.
+struct LineSettings {
+  std::uint32_t baudRate = 0;  // bits per second
+  std::uint32_t dataBits = 0;
+  std::uint32_t parity = 0;
+  std::uint32_t stopBits = 0;
+  std::uint32_t flowControl = 0;
+};
+
+// Stores everything, unchecked. The bus takes any port type over. The port does so only when it becomes one
+// of the two types that it can be, and then its duplex mode has to suit: none on a port of type 0, and never
+// none on a port of type 1.
+void ApplyNetworkInfo(const NetworkInfo& info, CKdNBusUserModeInterface& bus, CVcpParameters& port) noexcept;
+
+// Stores the baud rate, unchecked, and each of the others that is in its range; one that is not leaves the
+// driver's setting as it is.
+void ApplyLineSettings(const LineSettings& settings, CVcpParameters& port) noexcept;

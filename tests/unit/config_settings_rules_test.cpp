@@ -1,0 +1,103 @@
+// Which parameters the settings of a management program change.
+#include "config/settings_rules.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+// The set as numbers, so that nothing but the expected member may differ.
+std::vector<std::uint8_t> StreamOf(CSsInformationSet& set) {
+  std::vector<std::uint8_t> stream(set.GetSerialisedSize());
+  auto room = static_cast<std::uint32_t>(stream.size());
+  EXPECT_TRUE(set.Serialise(stream.data(), room));
+  return stream;
+}
+
+TEST(ConfigNetworkRulesTest, TypeAndDuplexModeOfThePort) {
+  struct Case {
+    std::uint32_t portType, duplexMode;  // what the program asks for
+    std::uint32_t typeBefore;            // what the port has; its duplex mode before is 2
+    std::uint32_t typeAfter, duplexAfter;
+  };
+  constexpr Case kCases[] = {
+      {1, 0, 0, 1, 1},           // a new RS-422/485 port needs a duplex mode
+      {1, 2, 0, 1, 2},           //
+      {1, 7, 0, 1, 7},           // any mode that it is given is taken
+      {1, 0, 255, 1, 1},         //
+      {0, 2, 1, 0, 0},           // a new RS-232 port has none
+      {0, 2, 255, 0, 0},         //
+      {0, 2, 0, 0, 2},           // no change of type: the mode is stored as it is
+      {1, 0, 1, 1, 0},           //
+      {2, 1, 0, 0, 1},           // not a type that a port can become
+      {2, 0, 1, 1, 0},           //
+      {2, 1, 2, 2, 1},           //
+      {0xFFFFFFFF, 1, 0, 0, 1},  //
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(testing::Message() << "type " << row.portType << " mode " << row.duplexMode << " on type "
+                                    << row.typeBefore);
+    CKdNBusUserModeInterface bus;
+    CKdUVcpUserModeInterface port;
+    port.PortType = row.typeBefore;
+    port.DuplexMode = 2;
+    ApplyNetworkInfo({.duplexMode = row.duplexMode, .portType = row.portType}, bus, port);
+    EXPECT_EQ(bus.PortType, row.portType);
+    EXPECT_EQ(port.PortType, row.typeAfter);
+    EXPECT_EQ(port.DuplexMode, row.duplexAfter);
+  }
+}
+
+TEST(ConfigNetworkRulesTest, AddressesGoToTheBusAndNowhereElse) {
+  CKdNBusUserModeInterface bus;
+  CKdUVcpUserModeInterface port;
+  ApplyNetworkInfo({1, 70000, 3, 4, 5, 6, 0, 0}, bus, port);
+
+  CKdNBusUserModeInterface expectedBus;
+  expectedBus.AddressToConnect = 1;
+  expectedBus.PortNumber = 70000;
+  expectedBus.ServerConfigPort = 3;
+  expectedBus.ServerWebPort = 4;
+  expectedBus.MACAddress1 = 5;
+  expectedBus.MACAddress2 = 6;
+  EXPECT_EQ(StreamOf(bus), StreamOf(expectedBus));
+  CKdUVcpUserModeInterface expectedPort;
+  EXPECT_EQ(StreamOf(port), StreamOf(expectedPort));
+}
+
+TEST(ConfigLineRulesTest, EachSettingHasItsRange) {
+  struct Case {
+    LineSettings asked;
+    LineSettings stored;
+  };
+  constexpr LineSettings kBefore = {9600, 1, 2, 1, 4};
+  constexpr Case kCases[] = {
+      {{115200, 3, 4, 2, 8}, {115200, 3, 4, 2, 8}},
+      {{0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}},
+      {{0xFFFFFFFF, 4, 5, 3, 16}, {0xFFFFFFFF, 1, 2, 1, 4}},  // only the baud rate changes
+      {{300, 4, 0, 0, 15}, {300, 1, 0, 0, 15}},
+      {{300, 0, 5, 0, 17}, {300, 0, 2, 0, 17}},  // one bit of the four is enough
+      {{300, 0, 0, 3, 0x80000000}, {300, 0, 0, 1, 4}},
+      {{300, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}, {300, 1, 2, 1, 0xFFFFFFFF}},
+  };
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(testing::Message() << "case " << &row - kCases);
+    CKdUVcpUserModeInterface port;
+    CKdUVcpUserModeInterface expected;
+    const auto fill = [](CVcpParameters& set, const LineSettings& values) {
+      set.Baudrate = values.baudRate;
+      set.Databits = values.dataBits;
+      set.Parity = values.parity;
+      set.Stopbits = values.stopBits;
+      set.FlowControl = values.flowControl;
+    };
+    fill(port, kBefore);
+    fill(expected, row.stored);
+    ApplyLineSettings(row.asked, port);
+    EXPECT_EQ(StreamOf(port), StreamOf(expected));
+  }
+}
+
+}  // namespace
