@@ -24,9 +24,16 @@ if(KDUUI_SANITIZE)
   target_link_options(kd_options INTERFACE "-fsanitize=${kd_link_sanitize}")
 endif()
 
+# The DLL is loaded and freed for every step of an installation: small counts for more than fast. The debug
+# information is split off when the DLL is linked.
+if(WIN32)
+  set(KDUUI_PRODUCT_OPTIONS "$<$<CONFIG:Release>:-Os;-g>")
+endif()
+
 # kd_library(NAME sources... [LIBS libraries...]): a static library of one room.
 function(kd_library name)
   cmake_parse_arguments(arg "" "" "LIBS" ${ARGN})
   add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PUBLIC kd_options ${arg_LIBS})
+  target_compile_options(${name} PRIVATE ${KDUUI_PRODUCT_OPTIONS})
 endfunction()

@@ -1,0 +1,13 @@
+// The module's entry point.
+#include <windows.h>
+
+#include "base/module_instance.h"
+
+// Runs under the loader lock, where next to nothing is allowed.
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) {
+    SetModuleInstance(instance);
+    DisableThreadLibraryCalls(instance);
+  }
+  return TRUE;
+}

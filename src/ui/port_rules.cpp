@@ -1,0 +1,39 @@
+#include "ui/port_rules.h"
+
+namespace {
+
+// Stores a box into its setting; true when that changed it.
+bool Adopt(std::uint32_t& setting, std::uint32_t supported, bool wish) noexcept {
+  if (wish == (setting != 0) || supported == 0) return false;
+  setting = wish ? 1 : 0;
+  return true;
+}
+
+constexpr BoxChange kCheckedAndDisabled{.checked = true, .boxEnabled = false, .labelEnabled = false};
+
+}  // namespace
+
+bool AdoptHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
+                    bool settingsChanged) noexcept {
+  bool changed = settingsChanged;
+  if (!IsRs422485Port(port.PortType, portIndex)) {
+    if (Adopt(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
+    if (Adopt(port.EmulateDSRTrue, port.DsrSupported, boxes.dsrAlwaysTrue)) changed = true;
+  } else if (port.DuplexMode != kDuplexRs485) {
+    if (Adopt(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
+  }
+  return changed;
+}
+
+HandshakeChange HandshakeAfterAdvanced(const CVcpParameters& port, std::uint32_t portIndex) noexcept {
+  HandshakeChange change;
+  if (IsRs422485Port(port.PortType, portIndex)) {
+    change.cts = port.DuplexMode == kDuplexRs485 ? kCheckedAndDisabled
+                                                 : BoxChange{port.EmulateCTSTrue != 0, true, true};
+  }
+  if (port.CtsSupported == 0) change.cts = kCheckedAndDisabled;
+  // The label stays as it is here, unlike in a refresh: it was disabled by the one before, or the line has
+  // just gone and the next refresh disables it.
+  if (port.DsrSupported == 0) change.dsr = {.checked = true, .boxEnabled = false};
+  return change;
+}

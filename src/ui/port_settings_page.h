@@ -1,0 +1,64 @@
+// What the pages of a port have in common. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include "base/wide_string.h"
+#include "config/nbus_parameters.h"
+#include "config/parent_device.h"
+#include "config/user_mode_config.h"
+#include "config/vcp_parameters.h"
+#include "install/device_reg_info.h"
+#include "ui/framework/page_background.h"
+#include "ui/framework/property_page.h"
+#include "ui/framework/tooltip_dialog.h"
+
+// Base of the pages that show and change the settings of one port: a page with tips and the product's
+// background, on the configuration channel of the port's drivers, with a copy of both parameter sets.
+//
+// Construction opens the channel, reads set 0, finds the device server and reads set 1, and stops at the
+// first step that fails. The page is usable when none did; one that is not keeps the members' initial values.
+class CPortSettingsPage : public CPropertyPageImpl, public CToolTipDialog, public CKdUserModeConfig {
+ public:
+  [[nodiscard]] bool IsUsable() const noexcept { return usable_; }
+
+ protected:
+  // The device information set is borrowed and outlives the page; the element is copied. `title` as in
+  // CPropertyPageImpl.
+  CPortSettingsPage(WORD dialogId, const wchar_t* title, HDEVINFO set, const SP_DEVINFO_DATA& element);
+
+  // Exchanges with the drivers: set 0 is the port's, set 1 the network bus's.
+  [[nodiscard]] bool ReadPortSet() { return GetParameterSet(portSet_, CKdUVcpUserModeInterface::kSelector); }
+  [[nodiscard]] bool ReadBusSet() { return GetParameterSet(busSet_, CKdNBusUserModeInterface::kSelector); }
+  [[nodiscard]] bool WritePortSet() { return SetParameterSet(portSet_, CKdUVcpUserModeInterface::kSelector); }
+  [[nodiscard]] bool WriteBusSet() { return SetParameterSet(busSet_, CKdNBusUserModeInterface::kSelector); }
+
+  // The registry value "PortName"; the empty text when it cannot be read.
+  [[nodiscard]] CWideString PortName() const;
+  [[nodiscard]] HDEVINFO DeviceSet() const noexcept { return registry_.Set(); }
+  // The page's own copy, for calls that want to write through it.
+  [[nodiscard]] SP_DEVINFO_DATA& DeviceElement() noexcept { return element_; }
+
+  // Puts a string of the module's table into a control; an id without a control is no error.
+  void SetControlText(int control, UINT stringId) const;
+  // Shows a message box over the page, with a text of the string table.
+  [[nodiscard]] int Ask(UINT stringId, const wchar_t* caption, UINT style) const;
+  [[nodiscard]] bool IsChecked(int control) const noexcept;
+
+  void BeforeDispatch(const MSG& message) override { ProcessToolTip(message); }
+  HBRUSH OnControlColour(HDC context) override { return background_.Prepare(context); }
+
+  CPageBackground background_;
+  CKdUVcpUserModeInterface portSet_;
+  CKdNBusUserModeInterface busSet_;
+
+ private:
+  [[nodiscard]] bool Open();
+
+  SP_DEVINFO_DATA element_;
+  CKDDeviceRegInfo registry_;
+  CKdSetupDi_ParentDevice parent_;
+  bool usable_;
+};
