@@ -111,12 +111,23 @@ INT_PTR CPropertyPageImpl::Dispatch(const MSG& message) {
     case WM_CTLCOLORSTATIC:
       // The brush is the dialog procedure's own result, not its message result.
       return reinterpret_cast<INT_PTR>(OnControlColour(reinterpret_cast<HDC>(message.wParam)));
+    case WM_ERASEBKGND:
+      return EraseBackground(reinterpret_cast<HDC>(message.wParam));
     case WM_NCDESTROY:
       Detach();
       return FALSE;
     default:
       return FALSE;
   }
+}
+
+// A themed sheet would paint its own texture here, and only the labels would have the page's colour.
+INT_PTR CPropertyPageImpl::EraseBackground(HDC context) {
+  const HBRUSH brush = OnControlColour(context);
+  RECT area;
+  if (brush == nullptr || !GetClientRect(window_, &area)) return FALSE;
+  FillRect(context, &area, brush);
+  return Answer(TRUE);
 }
 
 INT_PTR CPropertyPageImpl::DispatchNotify(NMHDR& header) {

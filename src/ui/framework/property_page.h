@@ -54,7 +54,7 @@ class CPropertyPageImpl {
   virtual bool OnHelp(const HELPINFO&) { return false; }
   virtual bool OnClicked(int /*control*/) { return false; }  // BN_CLICKED, STN_CLICKED
   virtual bool OnToolTipText(NMTTDISPINFOW&) { return false; }
-  // Null leaves the colours to Windows.
+  // The brush behind the dialog and its labels; null leaves the background to Windows.
   virtual HBRUSH OnControlColour(HDC) { return nullptr; }
   // Returns a PSNRET_ value.
   virtual LRESULT OnApply() { return PSNRET_NOERROR; }
@@ -64,6 +64,7 @@ class CPropertyPageImpl {
   static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static UINT CALLBACK PageCallback(HWND window, UINT event, PROPSHEETPAGEW* descriptor);
   [[nodiscard]] INT_PTR Dispatch(const MSG& message);
+  [[nodiscard]] INT_PTR EraseBackground(HDC context);
   [[nodiscard]] INT_PTR DispatchNotify(NMHDR& header);
   [[nodiscard]] INT_PTR Answer(LRESULT result) const noexcept;
   void Attach(HWND window) noexcept;
