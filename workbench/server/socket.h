@@ -1,0 +1,47 @@
+// Windows sockets that close themselves. Windows only.
+#pragma once
+
+#include <winsock2.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "base/unique_handle.h"
+
+namespace workbench {
+
+struct SocketTraits {
+  using Handle = SOCKET;
+  static Handle Invalid() noexcept { return INVALID_SOCKET; }
+  static void Close(Handle handle) noexcept { closesocket(handle); }
+};
+using UniqueSocket = CUniqueHandle<SocketTraits>;
+
+// Keeps Windows sockets started as long as one object lives. Throws std::runtime_error.
+class SocketLibrary {
+ public:
+  SocketLibrary();
+  ~SocketLibrary();
+  SocketLibrary(const SocketLibrary&) = delete;
+  SocketLibrary& operator=(const SocketLibrary&) = delete;
+};
+
+// Listens on 127.0.0.1; port 0 takes a free one. Throws std::runtime_error, for example when the port is
+// taken.
+[[nodiscard]] UniqueSocket ListenOnLoopback(std::uint16_t port);
+// Connects to 127.0.0.1; an invalid socket when nobody answers.
+[[nodiscard]] UniqueSocket ConnectToLoopback(std::uint16_t port);
+[[nodiscard]] std::uint16_t LocalPort(SOCKET socket);
+
+// Sends everything; false when the peer is gone.
+[[nodiscard]] bool SendAll(SOCKET socket, std::string_view bytes);
+// Receives at least one byte and returns how many; 0 when the peer has closed, nothing on an error or when
+// no byte came in time.
+[[nodiscard]] std::optional<std::size_t> Receive(SOCKET socket, std::span<char> buffer);
+void LimitReceiveTime(SOCKET socket, std::chrono::milliseconds limit);
+
+}  // namespace workbench
