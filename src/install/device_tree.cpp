@@ -17,7 +17,9 @@ std::vector<DEVINST> ChildrenOf(DEVINST node) {
   std::vector<DEVINST> children;
   DEVINST child = 0;
   CONFIGRET result = CM_Get_Child(&child, node, 0);
-  while (result == CR_SUCCESS) {
+  // No node is 0. Wine's configuration manager reports success and leaves the node alone; taken for a child,
+  // that would be another device, and a child is something that gets removed.
+  while (result == CR_SUCCESS && child != 0) {
     children.push_back(child);
     result = CM_Get_Sibling(&child, child, 0);
   }
