@@ -6,7 +6,7 @@ target_compile_options(kd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Werror
   -fstack-protector-strong -ffunction-sections -fdata-sections
   # Paths inside the binaries are relative, so that a build does not depend on where it was made.
-  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
 
 if(WIN32)
   target_compile_definitions(kd_options INTERFACE

@@ -1,0 +1,167 @@
+// The platform's device installer with the example INF files: copies the DLL, writes its entries, loads it
+// for every step of an installation and asks its co-installers.
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <newdev.h>
+
+#include <fstream>
+
+#include "base/device_handles.h"
+#include "client.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr GUID kMultiportClass = {
+    0x50906CB8, 0xBA12, 0x11D1, {0xBF, 0x5D, 0x00, 0x00, 0xF8, 0x05, 0xF5, 0x30}};
+constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
+
+// A folder with a driver package: the INF files, the DLL, and files that stand for the drivers.
+fs::path MakePackage() {
+  const fs::path folder = fs::temp_directory_path() / L"kdui10-package";
+  fs::remove_all(folder);
+  fs::create_directories(folder);
+  for (const wchar_t* inf : {L"kdui10-example.inf", L"kdui10-example-port.inf"}) {
+    fs::copy_file(ProgramFolder() / L"examples" / inf, folder / inf);
+  }
+  fs::copy_file(ProgramFolder() / L"KdUUI10.DLL", folder / L"KdUUI10.DLL");
+  for (const wchar_t* driver : {L"kdnbus.sys", L"kdvcp.sys"}) std::ofstream(folder / driver) << "no driver";
+  return folder;
+}
+
+// One device that has been made and registered, but has no driver yet.
+class RootDevice {
+ public:
+  RootDevice(const GUID& deviceClass, const wchar_t* name, const std::wstring& hardwareId)
+      : set_(SetupDiCreateDeviceInfoList(&deviceClass, nullptr)) {
+    element_.cbSize = sizeof element_;
+    std::wstring ids = hardwareId + L'\0';
+    made_ = SetupDiCreateDeviceInfoW(set_.Get(), name, &deviceClass, nullptr, nullptr, DICD_GENERATE_ID,
+                                     &element_) &&
+            SetupDiSetDeviceRegistryPropertyW(set_.Get(), &element_, SPDRP_HARDWAREID,
+                                              reinterpret_cast<BYTE*>(ids.data()),
+                                              static_cast<DWORD>((ids.size() + 1) * sizeof(wchar_t))) &&
+            SetupDiCallClassInstaller(DIF_REGISTERDEVICE, set_.Get(), &element_);
+  }
+  [[nodiscard]] bool IsMade() const { return made_; }
+  BOOL Call(DI_FUNCTION function) { return SetupDiCallClassInstaller(function, set_.Get(), &element_); }
+  [[nodiscard]] std::wstring Text(DWORD keyType, const wchar_t* name) {
+    const CDeviceKey key(SetupDiOpenDevRegKey(set_.Get(), &element_, DICS_FLAG_GLOBAL, 0, keyType, KEY_READ));
+    return RegistryText(key.Get(), L"", name);
+  }
+
+ private:
+  CDeviceInfoList set_;
+  SP_DEVINFO_DATA element_{};
+  bool made_ = false;
+};
+
+bool Install(const fs::path& inf, const wchar_t* hardwareId) {
+  BOOL restart = FALSE;
+  return UpdateDriverForPlugAndPlayDevicesW(nullptr, hardwareId, inf.c_str(), INSTALLFLAG_FORCE, &restart) !=
+         FALSE;
+}
+
+// What the co-installers have answered, as the installer saw it, since the object was made.
+class Answers {
+ public:
+  [[nodiscard]] std::vector<std::string> Get() const {
+    std::vector<std::string> all = All();
+    all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(earlier_));
+    return all;
+  }
+
+ private:
+  static std::vector<std::string> All() {
+    std::vector<std::string> answers;
+    for (const std::string& line : SetupTrace(kReturned))
+      answers.push_back(line.substr(line.find(kReturned) + 10));
+    return answers;
+  }
+  static constexpr const char* kReturned = " returned ";
+
+  std::size_t earlier_ = All().size();
+};
+
+bool WaitForFile(const fs::path& file) {
+  for (int i = 0; i < 100 && !fs::exists(file); ++i) Sleep(100);
+  return fs::exists(file);
+}
+
+// Answers the next message box of this process with OK and keeps its text.
+class MessageBoxReader {
+ public:
+  MessageBoxReader() : thread_(CreateThread(nullptr, 0, &MessageBoxReader::Run, this, 0, nullptr)) {}
+  ~MessageBoxReader() { Text(); }
+  std::wstring Text() {
+    WaitForSingleObject(thread_.Get(), INFINITE);
+    return text_;
+  }
+
+ private:
+  static DWORD WINAPI Run(void* self) {
+    static_cast<MessageBoxReader*>(self)->Read();
+    return 0;
+  }
+  void Read() {
+    for (int i = 0; i < 200; ++i, Sleep(50)) {
+      const HWND box = FindWindowW(L"#32770", L"Veltranet");
+      if (!box) continue;
+      wchar_t text[1024] = {};
+      GetDlgItemTextW(box, 0xFFFF, text, 1024);
+      text_ = text;
+      PostMessageW(box, WM_COMMAND, IDOK, 0);
+      return;
+    }
+  }
+
+  std::wstring text_;
+  CKernelHandle thread_;
+};
+
+TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
+  SKIP_OUTSIDE_THROW_AWAY_PREFIX();
+  const Answers answers;
+  const fs::path package = MakePackage();
+  RootDevice server(kMultiportClass, L"KDNBUS", L"Root\\KdNBus");
+  ASSERT_TRUE(server.IsMade());
+  ASSERT_TRUE(Install(package / L"kdui10-example.inf", L"Root\\KdNBus")) << GetLastError();
+
+  EXPECT_EQ(fs::file_size(SystemFolder() / L"KdUUI10.DLL"), fs::file_size(package / L"KdUUI10.DLL"));
+  EXPECT_EQ(server.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallCard");
+  EXPECT_EQ(server.Text(DIREG_DEV, L"UnInstall"), L"kduninst.exe");
+  // DIF_INSTALLDEVICE wants to be called again (0xe0000226); the steps around it are let through.
+  EXPECT_THAT(answers.Get(), testing::Contains("0xe0000226.").Times(1));
+  EXPECT_THAT(answers.Get(), testing::Contains("0.").Times(testing::Ge(1u)));
+
+  EXPECT_EQ(GetModuleHandleW(L"KdUUI10.DLL"), nullptr) << "freed after every call";
+  fs::copy_file(ProgramFolder() / L"kduninst.exe", SystemFolder() / L"kduninst.exe");
+  server.Call(DIF_REMOVE);
+  EXPECT_TRUE(WaitForFile(SystemFolder() / L"kduninst.exe.ran")) << "removal starts the uninstall program";
+}
+
+TEST(DeviceInstaller, InstallsAPortWithItsPageAndRefusesItsUpdate) {
+  SKIP_OUTSIDE_THROW_AWAY_PREFIX();
+  const Answers answers;
+  const fs::path package = MakePackage();
+  RootDevice port(kPortsClass, L"KDPORT", L"KdNBus\\Port");
+  ASSERT_TRUE(port.IsMade());
+  ASSERT_TRUE(Install(package / L"kdui10-example-port.inf", L"KdNBus\\Port")) << GetLastError();
+
+  EXPECT_EQ(port.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallPort");
+  EXPECT_EQ(port.Text(DIREG_DRV, L"EnumPropPages32"), L"KdUUI10.DLL,KdUPortPropPage");
+  EXPECT_EQ(port.Text(DIREG_DEV, L"NoUpgrade"), L"1");
+  EXPECT_THAT(answers.Get(), testing::Contains("0xe0000226.").Times(1));
+
+  MessageBoxReader message;
+  port.Call(DIF_UPDATEDRIVER_UI);
+  EXPECT_THAT(message.Text(), testing::StartsWith(L"Please update the Keldrin Veltranet driver"));
+  EXPECT_EQ(answers.Get().back(), "0xe000022b.");
+}
+
+}  // namespace

@@ -1,0 +1,34 @@
+// The platform's registration tool.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "client.h"
+
+namespace {
+
+constexpr wchar_t kLibraryKey[] = L"TypeLib\\{E39B6F12-C847-4E0A-9D31-6A2F8B05C7D4}";
+
+int Regsvr32(const std::wstring& options) {
+  const std::wstring dll = (ProgramFolder() / L"KdUUI10.DLL").wstring();
+  return RunToEnd(L"regsvr32.exe /s " + options + L" \"" + dll + L"\"");
+}
+
+TEST(Regsvr32, RegistersTheTypeLibraryAndRemovesIt) {
+  SKIP_OUTSIDE_THROW_AWAY_PREFIX();
+  const std::vector<std::wstring> classes = RegistryKeys(HKEY_CLASSES_ROOT, L"");
+  const std::vector<std::wstring> libraries = RegistryKeys(HKEY_CLASSES_ROOT, L"TypeLib");
+  ASSERT_EQ(Regsvr32(L""), 0);
+  const std::wstring file =
+      RegistryText(HKEY_CLASSES_ROOT, std::wstring(kLibraryKey) + L"\\1.0\\0\\win64", nullptr);
+  EXPECT_EQ(file, (ProgramFolder() / L"KdUUI10.DLL").wstring());
+  ASSERT_EQ(Regsvr32(L"/u"), 0);
+  EXPECT_EQ(RegistryKeys(HKEY_CLASSES_ROOT, L"TypeLib"), libraries);
+  EXPECT_EQ(RegistryKeys(HKEY_CLASSES_ROOT, L""), classes);
+}
+
+TEST(Regsvr32, TellsThatThereIsNothingToRemove) {
+  SKIP_OUTSIDE_THROW_AWAY_PREFIX();
+  EXPECT_NE(Regsvr32(L"/u"), 0);
+}
+
+}  // namespace
