@@ -25,7 +25,7 @@ inline constexpr GUID kConfigurationInterface = {
 // A device server (class "Multi-port serial adapters", below the root) and its ports.
 struct ServerSpec {
   unsigned number = 1;               // tells device servers of one machine apart
-  std::vector<unsigned> comNumbers;  // one port each, in enumeration order; 0: a port without "PortName"
+  std::vector<unsigned> comNumbers{};  // one port each, in enumeration order; 0: a port without "PortName"
   bool started = true;               // ports started, with their DOS device and SERIALCOMM value
   bool claimed = true;               // numbers claimed in the COM name database
   // The driver behind port `index` (from 0); may be empty or return null.
@@ -33,7 +33,7 @@ struct ServerSpec {
 };
 struct DeviceServer {
   Device* card = nullptr;
-  std::vector<Device*> ports;
+  std::vector<Device*> ports{};
 };
 DeviceServer AddDeviceServer(Machine& machine, const ServerSpec& spec);
 // One more port at the end of a server, also to bring back one that was removed: the same server, index
@@ -43,7 +43,7 @@ Device& AddServerPort(Machine& machine, Device& card, const ServerSpec& spec, un
 
 // A USB device with this hardware id (for example "USB\VID_3A7E&PID_1015") and one port below it.
 struct UsbSpec {
-  std::wstring hardwareId;
+  std::wstring hardwareId{};
   std::wstring instance = L"5&1A2B3C4D&0&1";
   unsigned comNumber = 9;
   bool claimed = true;
@@ -64,13 +64,13 @@ Device& AddForeignPort(Machine& machine, unsigned comNumber);
 
 // What the places that hold a port's COM name say.
 struct ComPlaces {
-  std::wstring instanceId;
-  std::wstring portName;                 // "PortName"; "" when absent
-  std::wstring friendlyName;             // whole text
-  std::vector<std::wstring> dosDevices;  // DOS names that lead to the port's kernel device
-  std::wstring serialComm;               // what SERIALCOMM maps the kernel device to; "" when absent
+  std::wstring instanceId{};
+  std::wstring portName{};                 // "PortName"; "" when absent
+  std::wstring friendlyName{};             // whole text
+  std::vector<std::wstring> dosDevices{};  // DOS names that lead to the port's kernel device
+  std::wstring serialComm{};               // what SERIALCOMM maps the kernel device to; "" when absent
   bool claimed = false;                  // the number of `portName` is taken in the database
-  std::wstring portsValue;               // the Ports key's value of "PortName:"; "" when absent
+  std::wstring portsValue{};               // the Ports key's value of "PortName:"; "" when absent
   // All five places (database, DOS device, SERIALCOMM, "PortName", friendly name) tell one name.
   [[nodiscard]] bool Agree() const;
 };

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -28,6 +29,11 @@ class ComDatabase {
   void Resize(DWORD ports);
   [[nodiscard]] std::vector<DWORD> Claimed() const;  // ascending
 
+  // Handles of ComDBOpen; no handle is used twice.
+  [[nodiscard]] HANDLE OpenHandle();
+  [[nodiscard]] bool IsOpen(HANDLE handle) const { return open_.contains(handle); }
+  bool CloseHandle(HANDLE handle) { return open_.erase(handle) != 0; }
+
   // When set, ComDBOpen fails with this error.
   DWORD openError = ERROR_SUCCESS;
 
@@ -36,6 +42,8 @@ class ComDatabase {
   void Store(const std::vector<unsigned char>& bits);
 
   RegistrySandbox& registry_;
+  std::set<HANDLE> open_;
+  std::uint64_t nextHandle_ = 0xC0DB0010;
 };
 
 // DOS device names: each name is a stack of targets, of which the top one counts. Names are

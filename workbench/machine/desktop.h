@@ -12,8 +12,8 @@ namespace workbench {
 
 struct MessageBoxRecord {
   HWND owner = nullptr;
-  std::wstring text;
-  std::wstring caption;
+  std::wstring text{};
+  std::wstring caption{};
   UINT style = 0;
   int answer = 0;
   bool scripted = false;  // false: nobody had said what to answer
@@ -21,15 +21,15 @@ struct MessageBoxRecord {
 
 struct ShellRecord {
   HWND owner = nullptr;
-  std::wstring operation, file, parameters, directory;
+  std::wstring operation{}, file{}, parameters{}, directory{};
   int show = 0;
 };
 
 struct HelpRecord {
   HWND owner = nullptr;
-  std::wstring topic;
+  std::wstring topic{};
   UINT command = 0;
-  std::vector<DWORD> ids;  // the control/help id pairs of HH_TP_HELP_WM_HELP, (0, 0) included
+  std::vector<DWORD> ids{};  // the control/help id pairs of HH_TP_HELP_WM_HELP, (0, 0) included
 };
 
 // Message boxes, sounds, the shell and help: recorded, answered by script or really shown.
@@ -45,11 +45,11 @@ class Desktop {
   void ShowMessageBoxes(bool show) { show_ = show; }
   [[nodiscard]] std::size_t PendingAnswers() const { return answers_.size(); }
 
-  std::vector<MessageBoxRecord> messageBoxes;
-  std::vector<UINT> beeps;
-  std::vector<ShellRecord> shellCalls;
-  std::vector<HelpRecord> helpCalls;
-  std::vector<UINT> broadcasts;
+  std::vector<MessageBoxRecord> messageBoxes{};
+  std::vector<UINT> beeps{};
+  std::vector<ShellRecord> shellCalls{};
+  std::vector<HelpRecord> helpCalls{};
+  std::vector<UINT> broadcasts{};
   bool htmlHelpInstalled = true;  // false: hhctrl.ocx cannot be loaded
   INT_PTR shellResult = 42;       // what ShellExecuteW returns
 
@@ -64,14 +64,14 @@ class Desktop {
 
 // The rest of the host: its version, its processes, its driver updates.
 struct ProcessRecord {
-  std::wstring application, commandLine;
+  std::wstring application{}, commandLine{};
   bool inherit = false;
   DWORD flags = 0;
   DWORD startupSize = 0;
 };
 struct DriverUpdateRecord {
   HWND owner = nullptr;
-  std::wstring hardwareId, infPath;
+  std::wstring hardwareId{}, infPath{};
   DWORD flags = 0;
 };
 struct Host {
@@ -81,11 +81,11 @@ struct Host {
   bool versionCallFails = false;
 
   DWORD processError = ERROR_SUCCESS;  // when set, CreateProcessW fails with it
-  std::vector<ProcessRecord> processes;
+  std::vector<ProcessRecord> processes{};
 
   DWORD updateError = ERROR_SUCCESS;  // when set, UpdateDriverForPlugAndPlayDevicesW fails with it
   bool updateNeedsReboot = false;
-  std::vector<DriverUpdateRecord> driverUpdates;
+  std::vector<DriverUpdateRecord> driverUpdates{};
 };
 
 }  // namespace workbench

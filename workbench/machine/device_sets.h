@@ -6,6 +6,10 @@
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -19,7 +23,7 @@ class Machine;
 // Parameters that both an element and a whole set carry.
 struct InstallParameters {
   SP_DEVINSTALL_PARAMS_W install{};
-  std::vector<std::byte> classInstall;  // SP_CLASSINSTALL_HEADER and what follows; empty: none
+  std::vector<std::byte> classInstall{};  // SP_CLASSINSTALL_HEADER and what follows; empty: none
 
   InstallParameters();
 };
@@ -30,20 +34,22 @@ struct SetElement {
   InstallParameters parameters;
 };
 
-// One set. Its handle is its address.
+// One set.
 struct DeviceSet {
-  std::optional<GUID> classGuid;
-  bool interfacesOnlyActive = false;
-  std::vector<std::unique_ptr<SetElement>> elements;
+  std::optional<GUID> classGuid{};       // devices of one setup class only
+  std::optional<GUID> interfaceClass{};  // made for device interfaces of this class
+  bool onlyPresent = false;
+  std::vector<std::unique_ptr<SetElement>> elements{};
   InstallParameters parameters;
 };
 
-// All sets of the machine. A handle that was never given out, or was destroyed, is a violation.
+// All sets of the machine. A handle that was never given out, or was destroyed, is a violation; no handle
+// is used twice.
 class DeviceSets {
  public:
   explicit DeviceSets(Machine& machine) : machine_(machine) {}
 
-  [[nodiscard]] HDEVINFO Create(std::optional<GUID> classGuid);
+  HDEVINFO Create(std::unique_ptr<DeviceSet> set);
   // Null, last error set and a violation recorded for a handle that is not a set.
   [[nodiscard]] DeviceSet* Find(HDEVINFO handle);
   bool Destroy(HDEVINFO handle);
@@ -53,9 +59,14 @@ class DeviceSets {
   [[nodiscard]] SetElement* FindElement(DeviceSet& set, const SP_DEVINFO_DATA* data);
   static void Fill(const SetElement& element, SP_DEVINFO_DATA& data);
 
+  // Called when the DLL calls the class installer, before the function is carried out: the place where
+  // Windows calls the device's co-installers. Must not keep `data`.
+  std::function<void(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* data)> coInstallers;
+
  private:
   Machine& machine_;
-  std::vector<std::unique_ptr<DeviceSet>> sets_;
+  std::map<std::uint64_t, std::unique_ptr<DeviceSet>> sets_;
+  std::uint64_t nextHandle_ = 0x5E700010;
 };
 
 // A set with one device in it, as the device installer or Device Manager hands it to the DLL. Destroys

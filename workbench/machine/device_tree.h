@@ -22,15 +22,15 @@ class Machine;
 // One instance of a device interface.
 struct DeviceInterface {
   GUID classGuid{};
-  std::wstring reference;            // reference string, the part of the path behind the last backslash
-  std::wstring path;                 // filled in by DeviceTree::AddInterface
+  std::wstring reference{};            // reference string, the part of the path behind the last backslash
+  std::wstring path{};                 // filled in by DeviceTree::AddInterface
   bool active = true;                // reported with DIGCF_PRESENT
   DriverEndpoint* driver = nullptr;  // null: opens fail with ERROR_FILE_NOT_FOUND
 };
 
 // The serial port of a port device.
 struct SerialPort {
-  std::wstring kernelDevice;   // for example "\Device\KdPort0"
+  std::wstring kernelDevice{};   // for example "\Device\KdPort0"
   bool openElsewhere = false;  // held open by another application: opens fail with ERROR_ACCESS_DENIED
   bool openHere = false;       // the DLL has it open now
 };
@@ -38,29 +38,29 @@ struct SerialPort {
 // One device. Owned by the DeviceTree; the address stays good for the tree's life, also after removal.
 // Properties (friendly name, driver key name, ...) and "Device Parameters" are in the registry only.
 struct Device {
-  std::wstring instanceId;
+  std::wstring instanceId{};
   DEVINST node = 0;
   GUID classGuid{};
   Device* parent = nullptr;
-  std::vector<Device*> children;  // in enumeration order, removed ones included
+  std::vector<Device*> children{};  // in enumeration order, removed ones included
   bool present = true;            // false: known to the registry, not plugged in
   bool started = true;            // DN_STARTED
   bool disabled = false;          // by a property change
   bool removed = false;           // by DIF_REMOVE; the node lingers until the bus enumerates again
   bool changePending = false;     // DI_FLAGSEX_PROPCHANGE_PENDING was set
-  std::vector<std::unique_ptr<DeviceInterface>> interfaces;
-  std::optional<SerialPort> port;
+  std::vector<std::unique_ptr<DeviceInterface>> interfaces{};
+  std::optional<SerialPort> port{};
 };
 
 // What a new device is made of. Registry values follow from it.
 struct DeviceSpec {
-  std::wstring instanceId;
+  std::wstring instanceId{};
   GUID classGuid{};
-  std::wstring className;
-  std::wstring description;
-  std::wstring friendlyName;  // empty: no such property
-  std::wstring driverKey;     // SPDRP_DRIVER, for example "{4d36e978-...}\0003"; empty: no such property
-  std::vector<std::wstring> hardwareIds;
+  std::wstring className{};
+  std::wstring description{};
+  std::wstring friendlyName{};  // empty: no such property
+  std::wstring driverKey{};     // SPDRP_DRIVER, for example "{4d36e978-...}\0003"; empty: no such property
+  std::vector<std::wstring> hardwareIds{};
   bool present = true;
   bool started = true;
 };
@@ -68,8 +68,8 @@ struct DeviceSpec {
 // Events of devices, in order: what the platform was made to do, whichever call did it.
 enum class DeviceEvent { Disabled, Enabled, Removed, Enumerated, Reenumerated, Stopped, Started };
 struct DeviceEventRecord {
-  DeviceEvent event;
-  std::wstring instanceId;  // the root's id for a re-enumeration of everything
+  DeviceEvent event{};
+  std::wstring instanceId{};  // the root's id for a re-enumeration of everything
 };
 
 // The tree. Not synchronised: hold Machine::StateLock when the DLL may run on another thread.

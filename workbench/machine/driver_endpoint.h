@@ -12,7 +12,7 @@ namespace workbench {
 
 // The arguments of the CreateFileW that opens a driver's interface.
 struct DriverOpen {
-  std::wstring path;
+  std::wstring path{};
   DWORD access = 0;
   DWORD share = 0;
   DWORD disposition = 0;
@@ -24,8 +24,8 @@ struct DriverOpen {
 // The arguments of one DeviceIoControl. A null buffer arrives as an empty span with data() == nullptr.
 struct DriverRequest {
   DWORD code = 0;
-  std::span<const std::byte> input;
-  std::span<std::byte> output;
+  std::span<const std::byte> input{};
+  std::span<std::byte> output{};
   bool overlapped = false;  // an OVERLAPPED structure was given
 };
 

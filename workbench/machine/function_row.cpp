@@ -1,10 +1,35 @@
 #include "workbench/machine/function_row.h"
 
 #include <array>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 
-#include "workbench/machine/machine.h"
+#include "workbench/machine/hooks.h"
 
 namespace workbench {
+namespace {
+
+using RowMap = std::unordered_map<std::string_view, const FunctionRow*>;
+
+const RowMap& Rows() {
+  static const RowMap rows = [] {
+    RowMap map;
+    for (const auto& table :
+         {DeviceTreeRows(), DeviceSetRows(), DevicePropertyRows(), ComNameRows(), FileRows(), HostRows(),
+          ScreenRows(), ModuleRows(), KernelRows(), RegistryRows(), InternetRows(), WindowRows()}) {
+      for (const FunctionRow& row : table) {
+        if (!map.emplace(row.name, &row).second)
+          throw std::logic_error(std::string("two rows for ") + row.name);
+      }
+    }
+    return map;
+  }();
+  return rows;
+}
+
+}  // namespace
 
 const char* NameOf(HandleKind kind) {
   static constexpr std::array kNames = {
@@ -12,6 +37,17 @@ const char* NameOf(HandleKind kind) {
       "COM database", "mutex",  "event",       "process",       "thread",       "internet",
       "GDI object",   "cursor", "window",      "local memory",  "module",       "activation context"};
   return kNames.at(static_cast<std::size_t>(kind));
+}
+
+std::vector<const FunctionRow*> AllRows() {
+  std::vector<const FunctionRow*> all;
+  for (const auto& [name, row] : Rows()) all.push_back(row);
+  return all;
+}
+
+const FunctionRow* FindRow(const char* name) {
+  const auto found = Rows().find(name);
+  return found == Rows().end() ? nullptr : found->second;
 }
 
 }  // namespace workbench

@@ -4,7 +4,9 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <span>
+#include <vector>
+
+#include "workbench/redirect/import_table.h"
 
 namespace workbench {
 
@@ -91,9 +93,6 @@ struct HandleUse {
   return {HandleUse::Action::ClosesArgument, kind, argument, false};
 }
 
-// Any function; cast back to its own type before it is called.
-using AnyFunction = void (*)();
-
 // One redirected function. The hook logs, faults and counts by this row.
 struct FunctionRow {
   const char* dll = "";
@@ -103,12 +102,14 @@ struct FunctionRow {
   Failure failure{};
   HandleUse handles{};
   std::uint32_t inputTexts = 0;  // bit n: argument n is an input text although its type is not const
+  bool countedTexts = false;     // texts come with a length and may lack a terminator: do not read them
+  bool runsAnyway = false;       // an injected failure is reported after the work was done (ReleaseMutex)
   bool logged = true;            // false for what is called at every turn and tells nothing
   bool allocates = false;        // memory: counted and failed apart, see Gate::FailAllocation
 };
 
 // All rows of all tables.
-[[nodiscard]] std::span<const FunctionRow* const> AllRows();
+[[nodiscard]] std::vector<const FunctionRow*> AllRows();
 // The row of a function, or null; names are unique over all DLLs.
 [[nodiscard]] const FunctionRow* FindRow(const char* name);
 

@@ -20,7 +20,7 @@ namespace workbench {
 // One argument of a logged call: its bits, and its text when it is an input text ("" for a null pointer).
 struct CallArgument {
   std::uint64_t value = 0;
-  std::wstring text;
+  std::wstring text{};
 };
 
 // One call that the DLL made, in the order in which the calls began.
@@ -28,8 +28,8 @@ struct Call {
   std::uint64_t number = 0;  // position in the log, from 1
   const char* dll = "";
   const char* function = "";
-  std::vector<CallArgument> arguments;
-  std::wstring detail;  // what a structure argument held, for example "DIF_PROPERTYCHANGE DICS_DISABLE"
+  std::vector<CallArgument> arguments{};
+  std::wstring detail{};  // what a structure argument held, for example "DIF_PROPERTYCHANGE DICS_DISABLE"
   std::uint64_t result = 0;
   DWORD lastError = 0;  // the thread's last error when the call returned
   DWORD thread = 0;
@@ -46,7 +46,7 @@ struct Call {
 struct Fault {
   static constexpr std::uint64_t kEveryLater = ~std::uint64_t{0};
 
-  std::string function;          // empty: any function that can fail
+  std::string function{};          // empty: any function that can fail
   std::uint64_t from = 1;        // the first matching call that fails
   std::uint64_t count = 1;       // how many matching calls fail, or kEveryLater
   std::optional<DWORD> error{};  // instead of the documented error: the status, or the last error
@@ -65,7 +65,7 @@ struct CallTicket {
   std::uint64_t number = 0;  // 0: not logged
   const FunctionRow* row = nullptr;
   bool inject = false;
-  std::optional<DWORD> error;
+  std::optional<DWORD> error{};
 };
 
 // The log, the faults and the handles of one machine. Every operation may be called on any thread.
@@ -108,7 +108,8 @@ class Gate {
 
   // -- for the hooks
   [[nodiscard]] CallTicket Enter(const FunctionRow& row, std::vector<CallArgument> arguments);
-  void Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError, bool succeeded);
+  void Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError, bool succeeded,
+             std::span<const std::uint64_t> arguments);
   // Adds to the detail of the call that this thread is in.
   void Note(std::wstring_view detail);
   void Violate(std::string text);
@@ -124,6 +125,7 @@ class Gate {
   [[nodiscard]] bool Decide(const FunctionRow& row, std::optional<DWORD>& error);
   [[nodiscard]] bool DecideAllocation();
   [[nodiscard]] Call* Find(std::uint64_t number);
+  void Account(const FunctionRow& row, std::uint64_t result, std::span<const std::uint64_t> arguments);
 
   mutable std::recursive_mutex lock_;
   std::vector<Call> log_;

@@ -1,0 +1,20 @@
+// Small text helpers of the device simulation.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+namespace workbench {
+
+// As Windows compares names of devices and paths.
+[[nodiscard]] bool EqualNoCase(std::wstring_view left, std::wstring_view right);
+// "{4d36e978-e325-11ce-bfc1-08002be10318}", in small letters as interface paths have it.
+[[nodiscard]] std::wstring GuidText(const GUID& guid);
+// The decimal number behind the first three characters of a COM name, 0 when there is none.
+[[nodiscard]] DWORD ComNumberOf(std::wstring_view name);
+// ASCII text as wide text, for messages.
+[[nodiscard]] std::string NarrowText(std::wstring_view text);
+
+}  // namespace workbench

@@ -1,0 +1,76 @@
+#include "workbench/machine/dll.h"
+
+#include <stdexcept>
+
+#include "workbench/machine/device_text.h"
+#include "workbench/machine/machine.h"
+#include "workbench/redirect/redirection.h"
+
+namespace workbench {
+namespace {
+
+template <class Function>
+void Find(HMODULE module, const char* name, Function& function) {
+  function = reinterpret_cast<Function>(reinterpret_cast<AnyFunction>(GetProcAddress(module, name)));
+}
+
+AnyFunction ChooseHook(const char*, const char* name) {
+  const FunctionRow* row = FindRow(name);
+  return row == nullptr ? nullptr : row->hook;
+}
+
+// Imports of the simulated DLLs that have no row would reach the real host.
+void ReportUnsimulated(Machine& machine, const Redirection& redirection) {
+  for (const std::string& import : redirection.Untouched()) {
+    const std::wstring wide(import.begin(), import.end());
+    const std::wstring_view dll = std::wstring_view(wide).substr(0, wide.find(L'!'));
+    for (const wchar_t* simulated : {L"setupapi.dll", L"cfgmgr32.dll", L"msports.dll", L"newdev.dll"}) {
+      if (EqualNoCase(dll, simulated)) machine.Calls().Violate("import " + import + " is not simulated");
+    }
+  }
+}
+
+}  // namespace
+
+std::wstring Dll::DefaultPath() {
+  wchar_t path[MAX_PATH];
+  const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
+  const std::wstring program(path, length);
+  return program.substr(0, program.rfind(L'\\') + 1) + L"KdUUI10.DLL";
+}
+
+Dll::Dll(Machine& machine, const std::wstring& path) : module_(LoadLibraryW(path.c_str())) {
+  if (module_ == nullptr) {
+    throw std::runtime_error("cannot load " + NarrowText(path) + ", error " + std::to_string(GetLastError()));
+  }
+  redirection_ = std::make_unique<Redirection>(module_, ChooseHook);
+  ReportUnsimulated(machine, *redirection_);
+  FindExports();
+}
+
+// The hooks stay while the DLL unloads, so that what it gives back then is counted.
+Dll::~Dll() {
+  FreeLibrary(module_);
+  HMODULE still = nullptr;
+  if (!GetModuleHandleExW(
+          GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+          reinterpret_cast<const wchar_t*>(module_), &still)) {
+    redirection_->Abandon();
+  }
+}
+
+void Dll::FindExports() {
+  Find(module_, "KdUCoInstallCard", CoInstallCard);
+  Find(module_, "KdUCoInstallPort", CoInstallPort);
+  Find(module_, "KdUPortPropPage", PropPage);
+  Find(module_, "KdChangeComNumber", ChangeComNumber);
+  Find(module_, "KdUpdateDriver", UpdateDriver);
+  Find(module_, "KdNPortNetworkInfoUpdate", NPortNetworkInfoUpdate);
+  Find(module_, "KdNPortSettingsUpdate", NPortSettingsUpdate);
+  Find(module_, "DllCanUnloadNow", CanUnloadNow);
+  Find(module_, "DllRegisterServer", RegisterServer);
+  Find(module_, "DllUnregisterServer", UnregisterServer);
+  Find(module_, "DllGetClassObject", ClassObject);
+}
+
+}  // namespace workbench
