@@ -24,10 +24,10 @@ inline constexpr GUID kConfigurationInterface = {
 
 // A device server (class "Multi-port serial adapters", below the root) and its ports.
 struct ServerSpec {
-  unsigned number = 1;               // tells device servers of one machine apart
+  unsigned number = 1;                 // tells device servers of one machine apart
   std::vector<unsigned> comNumbers{};  // one port each, in enumeration order; 0: a port without "PortName"
-  bool started = true;               // ports started, with their DOS device and SERIALCOMM value
-  bool claimed = true;               // numbers claimed in the COM name database
+  bool started = true;                 // ports started, with their DOS device and SERIALCOMM value
+  bool claimed = true;                 // numbers claimed in the COM name database
   // The driver behind port `index` (from 0); may be empty or return null.
   std::function<DriverEndpoint*(unsigned index)> driver{};
 };
@@ -69,7 +69,7 @@ struct ComPlaces {
   std::wstring friendlyName{};             // whole text
   std::vector<std::wstring> dosDevices{};  // DOS names that lead to the port's kernel device
   std::wstring serialComm{};               // what SERIALCOMM maps the kernel device to; "" when absent
-  bool claimed = false;                  // the number of `portName` is taken in the database
+  bool claimed = false;                    // the number of `portName` is taken in the database
   std::wstring portsValue{};               // the Ports key's value of "PortName:"; "" when absent
   // All five places (database, DOS device, SERIALCOMM, "PortName", friendly name) tell one name.
   [[nodiscard]] bool Agree() const;

@@ -22,17 +22,17 @@ class Machine;
 // One instance of a device interface.
 struct DeviceInterface {
   GUID classGuid{};
-  std::wstring reference{};            // reference string, the part of the path behind the last backslash
-  std::wstring path{};                 // filled in by DeviceTree::AddInterface
+  std::wstring reference{};          // reference string, the part of the path behind the last backslash
+  std::wstring path{};               // filled in by DeviceTree::AddInterface
   bool active = true;                // reported with DIGCF_PRESENT
   DriverEndpoint* driver = nullptr;  // null: opens fail with ERROR_FILE_NOT_FOUND
 };
 
 // The serial port of a port device.
 struct SerialPort {
-  std::wstring kernelDevice{};   // for example "\Device\KdPort0"
-  bool openElsewhere = false;  // held open by another application: opens fail with ERROR_ACCESS_DENIED
-  bool openHere = false;       // the DLL has it open now
+  std::wstring kernelDevice{};  // for example "\Device\KdPort0"
+  bool openElsewhere = false;   // held open by another application: opens fail with ERROR_ACCESS_DENIED
+  bool openHere = false;        // the DLL has it open now
 };
 
 // One device. Owned by the DeviceTree; the address stays good for the tree's life, also after removal.
@@ -43,11 +43,11 @@ struct Device {
   GUID classGuid{};
   Device* parent = nullptr;
   std::vector<Device*> children{};  // in enumeration order, removed ones included
-  bool present = true;            // false: known to the registry, not plugged in
-  bool started = true;            // DN_STARTED
-  bool disabled = false;          // by a property change
-  bool removed = false;           // by DIF_REMOVE; the node lingers until the bus enumerates again
-  bool changePending = false;     // DI_FLAGSEX_PROPCHANGE_PENDING was set
+  bool present = true;              // false: known to the registry, not plugged in
+  bool started = true;              // DN_STARTED
+  bool disabled = false;            // by a property change
+  bool removed = false;             // by DIF_REMOVE; the node lingers until the bus enumerates again
+  bool changePending = false;       // DI_FLAGSEX_PROPCHANGE_PENDING was set
   std::vector<std::unique_ptr<DeviceInterface>> interfaces{};
   std::optional<SerialPort> port{};
 };

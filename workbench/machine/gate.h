@@ -46,7 +46,7 @@ struct Call {
 struct Fault {
   static constexpr std::uint64_t kEveryLater = ~std::uint64_t{0};
 
-  std::string function{};          // empty: any function that can fail
+  std::string function{};        // empty: any function that can fail
   std::uint64_t from = 1;        // the first matching call that fails
   std::uint64_t count = 1;       // how many matching calls fail, or kEveryLater
   std::optional<DWORD> error{};  // instead of the documented error: the status, or the last error

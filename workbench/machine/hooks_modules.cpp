@@ -79,8 +79,11 @@ FARPROC WINAPI Find(HMODULE module, const char* name) {
   }
   const FARPROC real = ::GetProcAddress(module, name);
   if (bits <= 0xFFFF) return real;
+  // A simulated function is there even where the host's DLL lacks it, but only in its own DLL.
   const FunctionRow* row = FindRow(name);
-  if (row != nullptr && (row->simulated || real != nullptr)) return ToAddress(row->hook);
+  const bool there =
+      real != nullptr || (row != nullptr && row->simulated && module == GetModuleHandleA(row->dll));
+  if (row != nullptr && there) return ToAddress(row->hook);
   if (real == nullptr || !IsOfSimulatedDll(module)) return real;
   const CLastErrorKeeper keeper;
   CurrentGate()->Violate(std::string(name) + " is not simulated");

@@ -1,0 +1,112 @@
+// A small DLL that reaches the platform in every way that the product does: through its import table,
+// through delay-loading, and through what it looks up itself.
+#include <windows.h>
+
+#include <cfgmgr32.h>
+#include <delayimp.h>
+#include <setupapi.h>
+
+#include <cstdlib>
+
+extern "C" {
+LONG WINAPI ComDBOpen(HANDLE* database);
+LONG WINAPI ComDBClose(HANDLE database);
+
+#define PROBE __declspec(dllexport)
+
+PROBE DWORD QueryByImport(const wchar_t* name, wchar_t* target, DWORD length) {
+  return QueryDosDeviceW(name, target, length);
+}
+
+PROBE LONG OpenByDelayLoad(HANDLE* database) {
+  return ComDBOpen(database);
+}
+PROBE LONG CloseByDelayLoad(HANDLE database) {
+  return ComDBClose(database);
+}
+
+PROBE FARPROC FindByName(const char* dll, const char* name) {
+  return GetProcAddress(LoadLibraryA(dll), name);
+}
+PROBE FARPROC FindLoaded(const wchar_t* dll, const char* name) {
+  return GetProcAddress(GetModuleHandleW(dll), name);
+}
+
+PROBE LSTATUS OpenKey(const wchar_t* path, HKEY* key) {
+  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, key);
+}
+PROBE LSTATUS CloseKey(HKEY key) {
+  return RegCloseKey(key);
+}
+PROBE HANDLE OpenPath(const wchar_t* path) {
+  return CreateFileW(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED,
+                     nullptr);
+}
+PROBE BOOL ControlFile(HANDLE file, DWORD code, void* in, DWORD inSize, void* out, DWORD outSize,
+                       DWORD* returned) {
+  return DeviceIoControl(file, code, in, inSize, out, outSize, returned, nullptr);
+}
+PROBE BOOL CloseFile(HANDLE file) {
+  return CloseHandle(file);
+}
+PROBE int Ask(const wchar_t* text) {
+  return MessageBoxW(nullptr, text, L"Probe", MB_YESNO);
+}
+PROBE void* Allocate(std::size_t size) {
+  return std::malloc(size);
+}
+PROBE void Free(void* memory) {
+  std::free(memory);
+}
+PROBE BOOL Start(const wchar_t* program, PROCESS_INFORMATION* result) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  return CreateProcessW(program, nullptr, nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr, nullptr,
+                        &startup, result);
+}
+
+PROBE CONFIGRET Child(DEVINST* child, DEVINST node) {
+  return CM_Get_Child(child, node, 0);
+}
+PROBE CONFIGRET Sibling(DEVINST* sibling, DEVINST node) {
+  return CM_Get_Sibling(sibling, node, 0);
+}
+PROBE CONFIGRET Parent(DEVINST* parent, DEVINST node) {
+  return CM_Get_Parent(parent, node, 0);
+}
+PROBE HDEVINFO AllDevices(const GUID* classGuid, DWORD flags) {
+  return SetupDiGetClassDevsW(classGuid, nullptr, nullptr, flags);
+}
+PROBE BOOL Destroy(HDEVINFO set) {
+  return SetupDiDestroyDeviceInfoList(set);
+}
+PROBE BOOL Enumerate(HDEVINFO set, DWORD index, SP_DEVINFO_DATA* data) {
+  return SetupDiEnumDeviceInfo(set, index, data);
+}
+PROBE BOOL OpenDevice(HDEVINFO set, const wchar_t* id, SP_DEVINFO_DATA* data) {
+  return SetupDiOpenDeviceInfoW(set, id, nullptr, 0, data);
+}
+PROBE BOOL EnumerateInterfaces(HDEVINFO set, const GUID* classGuid, DWORD index,
+                               SP_DEVICE_INTERFACE_DATA* data) {
+  return SetupDiEnumDeviceInterfaces(set, nullptr, classGuid, index, data);
+}
+PROBE BOOL InterfaceDetail(HDEVINFO set, SP_DEVICE_INTERFACE_DATA* data,
+                           SP_DEVICE_INTERFACE_DETAIL_DATA_W* detail, DWORD size, DWORD* required) {
+  return SetupDiGetDeviceInterfaceDetailW(set, data, detail, size, required, nullptr);
+}
+PROBE HKEY DeviceKey(HDEVINFO set, SP_DEVINFO_DATA* data, REGSAM access) {
+  return SetupDiOpenDevRegKey(set, data, DICS_FLAG_GLOBAL, 0, DIREG_DEV, access);
+}
+PROBE BOOL ClassParams(HDEVINFO set, SP_DEVINFO_DATA* data, SP_CLASSINSTALL_HEADER* header, DWORD size) {
+  return SetupDiSetClassInstallParamsW(set, data, header, size);
+}
+PROBE BOOL ClassInstaller(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* data) {
+  return SetupDiCallClassInstaller(function, set, data);
+}
+PROBE BOOL DefineName(DWORD flags, const wchar_t* name, const wchar_t* target) {
+  return DefineDosDeviceW(flags, name, target);
+}
+
+PfnDliHook __pfnDliNotifyHook2 = nullptr;
+PfnDliHook __pfnDliFailureHook2 = nullptr;
+}

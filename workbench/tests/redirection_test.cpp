@@ -1,0 +1,101 @@
+#include "workbench/redirect/redirection.h"
+
+#include <gmock/gmock.h>
+
+#include "workbench/tests/probe_dll.h"
+
+namespace workbench {
+namespace {
+
+using testing::IsEmpty;
+
+TEST(Redirection, CatchesADirectImport) {
+  Machine machine;
+  machine.DosNames().Define(L"COM77", L"\\Device\\KdPort5");
+  const ProbeDll probe(machine);
+  wchar_t target[64] = {};
+  EXPECT_EQ(probe.Query(L"com77", target, 64), 17u);  // both terminators counted
+  EXPECT_STREQ(target, L"\\Device\\KdPort5");
+  ASSERT_EQ(machine.Calls().CountOf("QueryDosDeviceW"), 1u);
+  const Call call = machine.Calls().CallsOf("QueryDosDeviceW").front();
+  EXPECT_EQ(call.Text(0), L"com77");
+  EXPECT_EQ(call.Number(2), 64u);
+}
+
+TEST(Redirection, CatchesDelayLoadedImports) {
+  Machine machine;
+  const ProbeDll probe(machine);
+  HANDLE database = nullptr;
+  EXPECT_EQ(probe.Call<LONG(HANDLE*)>("OpenByDelayLoad", &database), ERROR_SUCCESS);
+  EXPECT_EQ(machine.Calls().OpenCount(HandleKind::ComDatabase), 1u);
+  EXPECT_EQ(probe.Call<LONG(HANDLE)>("CloseByDelayLoad", database), ERROR_SUCCESS);
+  EXPECT_EQ(machine.Calls().OpenCount(HandleKind::ComDatabase), 0u);
+  EXPECT_THAT(machine.Calls().Violations(), IsEmpty());
+}
+
+TEST(Redirection, CatchesWhatIsLookedUpAtRunTime) {
+  Machine machine;
+  const ProbeDll probe(machine);
+  using Query = DWORD(WINAPI*)(const wchar_t*, wchar_t*, DWORD);
+  const auto query =
+      reinterpret_cast<Query>(reinterpret_cast<AnyFunction>(probe.Find("kernel32.dll", "QueryDosDeviceW")));
+  machine.DosNames().Define(L"COM3", L"\\Device\\A");
+  wchar_t target[64] = {};
+  EXPECT_NE(query(L"COM3", target, 64), 0u);
+  EXPECT_STREQ(target, L"\\Device\\A");
+  EXPECT_NE(probe.Find("setupapi.dll", "SetupDiSelectDevice"), nullptr);
+  EXPECT_THAT(machine.Calls().Violations(),
+              testing::ElementsAre(testing::HasSubstr("SetupDiSelectDevice is not simulated")));
+}
+
+TEST(Redirection, FindsAFunctionOnlyInADllThatHasIt) {
+  Machine machine;
+  const ProbeDll probe(machine);
+  EXPECT_EQ(probe.Find("gdi32.dll", "ComDBOpen"), nullptr);
+  EXPECT_EQ(probe.Call<FARPROC(const wchar_t*, const char*)>("FindLoaded", L"kernel32.dll", "NoSuchFunction"),
+            nullptr);
+}
+
+TEST(Redirection, HelpIsThereWhenItIsInstalled) {
+  Machine machine;
+  const ProbeDll probe(machine);
+  const auto ordinal = reinterpret_cast<const char*>(15);
+  EXPECT_NE(probe.Find("C:\\windows\\system32\\hhctrl.ocx", ordinal), nullptr);
+  machine.Screen().htmlHelpInstalled = false;
+  EXPECT_EQ(probe.Find("hhctrl.ocx", ordinal), nullptr);
+}
+
+TEST(Redirection, SurvivesLoadingAndUnloading) {
+  for (int round = 0; round < 5; ++round) {
+    Machine machine;
+    machine.DosNames().Define(L"COM1", L"\\Device\\Round" + std::to_wstring(round));
+    for (int load = 0; load < 3; ++load) {
+      const ProbeDll probe(machine);
+      wchar_t target[64] = {};
+      EXPECT_NE(probe.Query(L"COM1", target, 64), 0u);
+      EXPECT_EQ(target, L"\\Device\\Round" + std::to_wstring(round));
+    }
+    EXPECT_EQ(GetModuleHandleW(L"redirect_probe.dll"), nullptr);
+  }
+}
+
+TEST(Redirection, PutsTheImportsBackWhenTheModuleStays) {
+  Machine machine;
+  const HMODULE kept = LoadLibraryW(L"redirect_probe.dll");
+  ASSERT_NE(kept, nullptr);
+  const auto slots = [&] {
+    std::vector<AnyFunction> addresses;
+    for (const ImportSlot& import : ImportsOf(kept)) addresses.push_back(*import.slot);
+    return addresses;
+  };
+  const std::vector<AnyFunction> before = slots();
+  {
+    const ProbeDll probe(machine);
+    EXPECT_NE(slots(), before);
+  }
+  EXPECT_EQ(slots(), before);
+  FreeLibrary(kept);
+}
+
+}  // namespace
+}  // namespace workbench
