@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Draws the pictures of the resources from their sources. Needs librsvg2-bin, imagemagick and the font DejaVu
+# Sans; the build does not, for the results are checked in.
+set -euo pipefail
+cd "$(dirname "$0")"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+rsvg-convert -w 16 -h 16 source/port_small.svg -o "$work/16.png"
+for size in 24 32 48; do
+  rsvg-convert -w "$size" -h "$size" source/port.svg -o "$work/$size.png"
+done
+convert "$work"/{48,32,24,16}.png -compress None port.ico
+
+# 256 colours are enough for both, and a quarter of the size. Neither has pixels that show what is below.
+for name in banner help; do
+  rsvg-convert "source/$name.svg" -o "$work/$name.png"
+  convert "$work/$name.png" -alpha off -dither None -colors 255 -type Palette -compress None "BMP3:$name.bmp"
+done
