@@ -27,12 +27,3 @@ function(kd_link_delay_loads target)
   target_link_options(${target} PRIVATE -Wl,--whole-archive ${libraries} -Wl,--no-whole-archive)
   target_link_libraries(${target} PRIVATE delayimp)
 endfunction()
-
-# kd_split_debug_information(TARGET): the binary is shipped stripped; what a debugger needs lies beside it.
-function(kd_split_debug_information target)
-  add_custom_command(TARGET ${target} POST_BUILD
-    COMMAND "${CMAKE_OBJCOPY}" --only-keep-debug $<TARGET_FILE:${target}> $<TARGET_FILE:${target}>.debug
-    COMMAND "${CMAKE_OBJCOPY}" --strip-all --add-gnu-debuglink=$<TARGET_FILE:${target}>.debug
-            $<TARGET_FILE:${target}>
-    VERBATIM)
-endfunction()

@@ -1,0 +1,175 @@
+// The dialog templates: the controls that the pages address, and whether people can read and reach them.
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/resource_ids.h"
+
+namespace {
+
+struct Page {
+  WORD id;
+  std::vector<int> controls;
+};
+
+const Page kPages[] = {
+    {IDD_PORT_PAGE, {205, 211, 222, 223, 224, 225, 226, 227, 228, 229, 230, 231, 242, 246,
+                     247, 248, 294, 295, 296, 297, 298, 299, 300, 301, 302, 840, 841, 892}},
+};
+
+// Labels and the control that each one's mnemonic and a screen reader's name belong to.
+struct LabelOf {
+  WORD dialog;
+  int label;
+  int control;
+};
+const LabelOf kLabels[] = {
+    {IDD_PORT_PAGE, 229, 294},     {IDD_PORT_PAGE, 230, 295},   {IDD_PORT_PAGE, 222, 296},
+    {IDD_PORT_PAGE, 223, 297},     {IDD_PORT_PAGE, 224, 298},   {IDD_PORT_PAGE, 225, 299},
+    {IDD_PORT_PAGE, 226, 300},     {IDD_PORT_PAGE, 231, 301},   {IDD_PORT_PAGE, 227, 211},
+    {IDD_PORT_PAGE, 228, 205},     {IDD_PORT_PAGE, 247, 246},   {IDD_DEVICE_PAGE, 220, 200},
+    {IDD_DEVICE_PAGE, 251, 258},   {IDD_DEVICE_PAGE, 252, 257}, {IDD_DEVICE_PAGE, 253, 256},
+    {IDD_DEVICE_PAGE, 254, 255},   {IDD_DEVICE_PAGE, 247, 246}, {IDD_RS422485_PAGE, 220, 259},
+    {IDD_RS422485_PAGE, 247, 246}, {IDD_TCPIP_PAGE, 247, 246},
+};
+
+// The widest text that a value shows, where the template's own is not the widest.
+const std::map<std::pair<WORD, int>, const wchar_t*> kWidest = {
+    {{IDD_PORT_PAGE, 294}, L"Connected"},
+    {{IDD_PORT_PAGE, 295}, L"RS232/422/485"},
+    {{IDD_PORT_PAGE, 296}, L"921600"},
+    {{IDD_PORT_PAGE, 300}, L"DTR/DSR"},
+    {{IDD_PORT_PAGE, 301}, L"RS485 half-duplex autogating mode"},
+};
+
+INT_PTR CALLBACK NoMessages(HWND, UINT, WPARAM, LPARAM) {
+  return FALSE;
+}
+
+class ModuleDialogs : public testing::TestWithParam<Page> {
+ protected:
+  void SetUp() override {
+    const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_INTERNET_CLASSES | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&classes);
+    module_ = LoadLibraryW(L"KdUUI10.DLL");
+    ASSERT_NE(module_, nullptr) << "error " << GetLastError();
+    parent_ = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 800, 800, nullptr, nullptr, nullptr,
+                            nullptr);
+    dialog_ = CreateDialogParamW(module_, MAKEINTRESOURCEW(GetParam().id), parent_, &NoMessages, 0);
+    ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
+  }
+  void TearDown() override {
+    if (parent_ != nullptr) DestroyWindow(parent_);
+    if (module_ != nullptr) FreeLibrary(module_);
+  }
+
+  std::vector<HWND> Children() const {
+    std::vector<HWND> children;
+    for (HWND child = GetWindow(dialog_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+      children.push_back(child);
+    }
+    return children;
+  }
+  RECT PlaceOf(HWND child) const {
+    RECT place;
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, dialog_, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  }
+  static std::wstring ClassOf(HWND window) {
+    wchar_t name[64];
+    GetClassNameW(window, name, ARRAYSIZE(name));
+    return name;
+  }
+  static std::wstring TextOf(HWND window) {
+    wchar_t text[256];
+    GetWindowTextW(window, text, ARRAYSIZE(text));
+    return text;
+  }
+
+  HMODULE module_ = nullptr;
+  HWND parent_ = nullptr;
+  HWND dialog_ = nullptr;
+};
+
+TEST_P(ModuleDialogs, HasTheControlsThatThePageAddresses) {
+  for (const int id : GetParam().controls) EXPECT_NE(GetDlgItem(dialog_, id), nullptr) << "control " << id;
+}
+
+TEST_P(ModuleDialogs, FitsAStandardPage) {
+  RECT standard = {0, 0, 252, 218};
+  MapDialogRect(dialog_, &standard);
+  RECT own;
+  GetClientRect(dialog_, &own);
+  EXPECT_LE(own.right, standard.right);
+  EXPECT_LE(own.bottom, standard.bottom);
+  for (const HWND child : Children()) {
+    const RECT place = PlaceOf(child);
+    EXPECT_TRUE(place.left >= 0 && place.top >= 0 && place.right <= own.right && place.bottom <= own.bottom)
+        << "control " << GetDlgCtrlID(child);
+  }
+}
+
+TEST_P(ModuleDialogs, ControlsDoNotOverlap) {
+  const std::vector<HWND> children = Children();
+  for (std::size_t first = 0; first < children.size(); ++first) {
+    for (std::size_t second = first + 1; second < children.size(); ++second) {
+      const HWND pair[] = {children[first], children[second]};
+      bool frame = false;
+      for (const HWND child : pair) {
+        const bool group =
+            ClassOf(child) == L"Button" && (GetWindowLongW(child, GWL_STYLE) & 0xF) == BS_GROUPBOX;
+        if (group || !(GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE)) frame = true;
+      }
+      if (frame) continue;
+      const RECT one = PlaceOf(pair[0]);
+      const RECT other = PlaceOf(pair[1]);
+      RECT common;
+      EXPECT_FALSE(IntersectRect(&common, &one, &other))
+          << "controls " << GetDlgCtrlID(pair[0]) << " and " << GetDlgCtrlID(pair[1]);
+    }
+  }
+}
+
+TEST_P(ModuleDialogs, NoTextIsCutOff) {
+  const HDC context = GetDC(dialog_);
+  SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(dialog_, WM_GETFONT, 0, 0)));
+  for (const HWND child : Children()) {
+    if (ClassOf(child) != L"Static" && ClassOf(child) != L"Button") continue;
+    const auto widest = kWidest.find({GetParam().id, GetDlgCtrlID(child)});
+    const std::wstring text = widest != kWidest.end() ? widest->second : TextOf(child);
+    const RECT place = PlaceOf(child);
+    // What DrawText needs for the text, wrapped at the control's width.
+    RECT needed = {0, 0, place.right - place.left, 0};
+    DrawTextW(context, text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK);
+    EXPECT_LE(needed.right, place.right - place.left) << "control " << GetDlgCtrlID(child) << ": " << text;
+    EXPECT_LE(needed.bottom, place.bottom - place.top) << "control " << GetDlgCtrlID(child) << ": " << text;
+  }
+  ReleaseDC(dialog_, context);
+}
+
+TEST_P(ModuleDialogs, LabelsStandBeforeTheirControl) {
+  for (const LabelOf& row : kLabels) {
+    if (row.dialog != GetParam().id) continue;
+    const HWND label = GetDlgItem(dialog_, row.label);
+    EXPECT_EQ(GetWindow(label, GW_HWNDNEXT), GetDlgItem(dialog_, row.control)) << "label " << row.label;
+  }
+}
+
+// A static control without the style never sees the mouse, and its tip never shows.
+TEST_P(ModuleDialogs, LabelsWithATipNoticeTheMouse) {
+  if (GetParam().id != IDD_PORT_PAGE) GTEST_SKIP() << "only the port page has tips on labels";
+  for (const int id : {222, 223, 224, 225, 226, 246, 297, 298, 299, 300}) {
+    EXPECT_TRUE(GetWindowLongW(GetDlgItem(dialog_, id), GWL_STYLE) & SS_NOTIFY) << "control " << id;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, ModuleDialogs, testing::ValuesIn(kPages),
+                         [](const auto& page) { return "Dialog" + std::to_string(page.param.id); });
+
+}  // namespace

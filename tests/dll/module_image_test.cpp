@@ -1,0 +1,115 @@
+// The file that ships: what it exports and imports, how it is hardened, what it says about itself.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+// The loaded DLL's own headers.
+class ModuleImage : public testing::Test {
+ protected:
+  void SetUp() override {
+    module_ = LoadLibraryW(L"KdUUI10.DLL");
+    ASSERT_NE(module_, nullptr) << "error " << GetLastError();
+    base_ = reinterpret_cast<const unsigned char*>(module_);
+    const auto* dos = At<IMAGE_DOS_HEADER>(0);
+    headers_ = At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(dos->e_lfanew));
+  }
+  void TearDown() override {
+    if (module_ != nullptr) FreeLibrary(module_);
+  }
+
+  template <class T>
+  const T* At(DWORD address) const {
+    return reinterpret_cast<const T*>(base_ + address);
+  }
+  DWORD Directory(unsigned entry) const {
+    return headers_->OptionalHeader.DataDirectory[entry].VirtualAddress;
+  }
+  std::filesystem::path File() const {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(module_, path, MAX_PATH);
+    return path;
+  }
+
+  HMODULE module_ = nullptr;
+  const unsigned char* base_ = nullptr;
+  const IMAGE_NT_HEADERS64* headers_ = nullptr;
+};
+
+std::string LowerCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return text;
+}
+
+TEST_F(ModuleImage, ExportsExactlyTheContract) {
+  const auto* table = At<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT));
+  std::vector<std::string> names;
+  for (DWORD index = 0; index < table->NumberOfNames; ++index) {
+    names.emplace_back(At<char>(At<DWORD>(table->AddressOfNames)[index]));
+  }
+  EXPECT_THAT(names, testing::UnorderedElementsAre(
+                         "DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer", "DllUnregisterServer",
+                         "KdChangeComNumber", "KdNPortNetworkInfoUpdate", "KdNPortSettingsUpdate",
+                         "KdUCoInstallCard", "KdUCoInstallPort", "KdUPortPropPage", "KdUpdateDriver"));
+  EXPECT_EQ(table->NumberOfFunctions, table->NumberOfNames) << "an export without a name";
+  EXPECT_STREQ(At<char>(table->Name), "KdUUI10.DLL");
+}
+
+// An installer loads the DLL for every step, and the libraries listed here are those that it has anyway.
+// A library that shows up in addition is missing from delay_imports.cmake.
+TEST_F(ModuleImage, ImportsOnlyWhatAnInstallerHasLoaded) {
+  std::vector<std::string> names;
+  for (auto* row = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT)); row->Name != 0;
+       ++row) {
+    names.push_back(LowerCase(At<char>(row->Name)));
+  }
+  const std::vector<std::string> allowed = {"advapi32.dll", "cfgmgr32.dll", "gdi32.dll", "kernel32.dll",
+                                            "msvcrt.dll",   "setupapi.dll", "user32.dll"};
+  EXPECT_THAT(allowed, testing::IsSupersetOf(names));
+  EXPECT_THAT(names, testing::Contains("setupapi.dll"));
+}
+
+TEST_F(ModuleImage, IsHardenedReproducibleAndStripped) {
+  const WORD wanted = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA | IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
+                      IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+  EXPECT_EQ(headers_->OptionalHeader.DllCharacteristics & wanted, wanted);
+  EXPECT_NE(Directory(IMAGE_DIRECTORY_ENTRY_BASERELOC), 0u) << "cannot be moved in memory";
+  EXPECT_EQ(headers_->FileHeader.TimeDateStamp, 0u) << "two builds would differ";
+  EXPECT_EQ(headers_->FileHeader.NumberOfSymbols, 0u);
+}
+
+TEST_F(ModuleImage, IsSmallAndHasItsDebugInformationBesideIt) {
+  EXPECT_LT(std::filesystem::file_size(File()), 300u * 1024u);
+  std::filesystem::path debug = File();
+  debug += ".debug";
+  EXPECT_TRUE(std::filesystem::exists(debug));
+}
+
+TEST_F(ModuleImage, VersionBlockDescribesADll) {
+  const HRSRC place = FindResourceW(module_, MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
+  ASSERT_NE(place, nullptr);
+  const auto* data = static_cast<const unsigned char*>(LockResource(LoadResource(module_, place)));
+  // VS_VERSIONINFO: lengths, type, the key "VS_VERSION_INFO" and padding take 40 bytes.
+  const auto* info = reinterpret_cast<const VS_FIXEDFILEINFO*>(data + 40);
+  ASSERT_EQ(info->dwSignature, 0xFEEF04BDu);
+  EXPECT_EQ(info->dwFileType, static_cast<DWORD>(VFT_DLL));
+  EXPECT_EQ(info->dwFileOS, static_cast<DWORD>(VOS_NT_WINDOWS32));
+  EXPECT_EQ(info->dwFileVersionMS, info->dwProductVersionMS);
+  EXPECT_GE(HIWORD(info->dwFileVersionMS), 1u);
+
+  const std::wstring block(reinterpret_cast<const wchar_t*>(data), SizeofResource(module_, place) / 2);
+  for (const wchar_t* text : {L"Keldrin", L"Veltranet", L"KdUUI10.DLL", L"\u00A9 Keldrin"}) {
+    EXPECT_NE(block.find(text), std::wstring::npos) << "no \"" << text << "\"";
+  }
+}
+
+}  // namespace
