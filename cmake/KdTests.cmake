@@ -20,6 +20,9 @@ function(kd_test_program name)
   file(GLOB files CONFIGURE_DEPENDS "${arg_DIR}/*_test.cpp")
   add_executable(${name} ${files} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE kd_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
+  # Test code is compiled often and runs for moments: quick to build comes first. What it tests is
+  # compiled as it ships.
+  target_compile_options(${name} PRIVATE -O0)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()

@@ -17,49 +17,41 @@ bool BeginsWith(std::wstring_view text, std::wstring_view start) {
 }  // namespace
 
 ComDatabase::ComDatabase(RegistrySandbox& registry) : registry_(registry) {
-  if (Load().empty()) Store(std::vector<unsigned char>(kInitialPorts / 8));
+  if (const auto raw = registry.Raw(kArbiterKey, kArbiterValue)) bits_ = raw->data;
+  if (bits_.empty()) Resize(kInitialPorts);
 }
 
-std::vector<unsigned char> ComDatabase::Load() const {
-  auto raw = registry_.Raw(kArbiterKey, kArbiterValue);
-  return raw ? std::move(raw->data) : std::vector<unsigned char>();
-}
-
-void ComDatabase::Store(const std::vector<unsigned char>& bits) {
-  registry_.SetRaw(kArbiterKey, kArbiterValue, REG_BINARY, bits.data(), static_cast<DWORD>(bits.size()));
+void ComDatabase::Store() {
+  registry_.SetRaw(kArbiterKey, kArbiterValue, REG_BINARY, bits_.data(), static_cast<DWORD>(bits_.size()));
 }
 
 DWORD ComDatabase::Ports() const {
-  return static_cast<DWORD>(Load().size() * 8);
+  return static_cast<DWORD>(bits_.size() * 8);
 }
 
 bool ComDatabase::IsClaimed(DWORD number) const {
-  const std::vector<unsigned char> bits = Load();
   const std::size_t index = number - 1;
-  return number != 0 && index / 8 < bits.size() && ((bits[index / 8] >> (index % 8)) & 1) != 0;
+  return number != 0 && index / 8 < bits_.size() && ((bits_[index / 8] >> (index % 8)) & 1) != 0;
 }
 
 void ComDatabase::Claim(DWORD number) {
   if (number == 0 || number > kMaximumPorts) return;
-  std::vector<unsigned char> bits = Load();
   const std::size_t index = number - 1;
-  if (index / 8 >= bits.size()) bits.resize(index / 8 + 1);
-  bits[index / 8] = static_cast<unsigned char>(bits[index / 8] | (1u << (index % 8)));
-  Store(bits);
+  if (index / 8 >= bits_.size()) bits_.resize(index / 8 + 1);
+  bits_[index / 8] = static_cast<unsigned char>(bits_[index / 8] | (1u << (index % 8)));
+  Store();
 }
 
 void ComDatabase::Release(DWORD number) {
   if (!IsClaimed(number)) return;
-  std::vector<unsigned char> bits = Load();
   const std::size_t index = number - 1;
-  bits[index / 8] = static_cast<unsigned char>(bits[index / 8] & ~(1u << (index % 8)));
-  Store(bits);
+  bits_[index / 8] = static_cast<unsigned char>(bits_[index / 8] & ~(1u << (index % 8)));
+  Store();
 }
 
 void ComDatabase::Resize(DWORD ports) {
-  std::vector<unsigned char> bits = Load();
-  bits.resize((ports + 7) / 8);
-  Store(bits);
+  bits_.resize((ports + 7) / 8);
+  Store();
 }
 
 std::vector<DWORD> ComDatabase::Claimed() const {

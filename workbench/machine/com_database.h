@@ -38,10 +38,10 @@ class ComDatabase {
   DWORD openError = ERROR_SUCCESS;
 
  private:
-  [[nodiscard]] std::vector<unsigned char> Load() const;
-  void Store(const std::vector<unsigned char>& bits);
+  void Store();
 
   RegistrySandbox& registry_;
+  std::vector<unsigned char> bits_;  // what the registry holds
   std::set<HANDLE> open_;
   std::uint64_t nextHandle_ = 0xC0DB0010;
 };
