@@ -1,0 +1,67 @@
+#include "workbench/host/host_report.h"
+
+#include "workbench/host/text_table.h"
+
+namespace workbench {
+namespace {
+
+const wchar_t* IconOf(UINT style) {
+  switch (style & MB_ICONMASK) {
+    case MB_ICONEXCLAMATION:
+      return L"exclamation";
+    case MB_ICONINFORMATION:
+      return L"information";
+    case MB_ICONQUESTION:
+      return L"question";
+    case MB_ICONERROR:
+      return L"error";
+    default:
+      return L"no icon";
+  }
+}
+
+const wchar_t* AnswerOf(int answer) {
+  switch (answer) {
+    case IDOK:
+      return L"OK";
+    case IDYES:
+      return L"Yes";
+    case IDNO:
+      return L"No";
+    case IDCANCEL:
+      return L"Cancel";
+    default:
+      return L"other";
+  }
+}
+
+}  // namespace
+
+std::wstring CaptionOf(Machine& machine, const Device& device) {
+  return PlacesOf(machine, device).friendlyName + L" Properties";
+}
+
+std::wstring FormatMessageBoxes(const std::vector<MessageBoxRecord>& boxes) {
+  std::wstring text;
+  for (const MessageBoxRecord& box : boxes) {
+    text += L"  Message box \"" + box.caption + L"\" (" + IconOf(box.style) + L"): " + box.text + L" -> " +
+            AnswerOf(box.answer) + L"\n";
+  }
+  return text;
+}
+
+std::vector<std::wstring> ViolationsOf(SampleHost& host) {
+  std::vector<std::wstring> violations;
+  for (const std::string& text : host.Host().Calls().Violations()) violations.push_back(Widen(text));
+  for (const OpenHandle& handle : host.Host().Calls().OpenHandles()) {
+    violations.push_back(Widen(std::string(NameOf(handle.kind)) + " of " + handle.function + " left open"));
+  }
+  for (unsigned number = 1; number <= SampleHost::kPorts; ++number) {
+    for (const std::string& text : host.Driver(number).Violations()) {
+      violations.push_back(L"driver of port " + std::to_wstring(number) + L": " + Widen(text));
+    }
+  }
+  return violations;
+}
+
+}  // namespace workbench

@@ -1,0 +1,20 @@
+// What happened on the sample host, for people.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workbench/host/sample_host.h"
+
+namespace workbench {
+
+// The caption that Device Manager gives the device's sheet: its friendly name and "Properties".
+[[nodiscard]] std::wstring CaptionOf(Machine& machine, const Device& device);
+
+// One line per message box: caption, icon, text, answer.
+[[nodiscard]] std::wstring FormatMessageBoxes(const std::vector<MessageBoxRecord>& boxes);
+
+// What the DLL did wrong so far: misused interfaces, handles left open, requests that a driver refused.
+[[nodiscard]] std::vector<std::wstring> ViolationsOf(SampleHost& host);
+
+}  // namespace workbench

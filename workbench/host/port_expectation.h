@@ -1,0 +1,38 @@
+// What a port's page ought to show, worked out from what the device and the drivers said.
+//
+// Written from the device server's manual, apart from the product's code, so that the two can disagree.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "workbench/drivers/set_layout.h"
+#include "workbench/server/port_state.h"
+
+namespace workbench {
+
+struct ExpectedText {
+  int control;
+  std::wstring shows;
+};
+struct ExpectedCheckBox {
+  bool checked = false;
+  bool enabled = true;
+};
+struct PageExpectation {
+  std::vector<ExpectedText> texts;  // the eight values
+  bool duplexShown = false;
+  ExpectedCheckBox cts{};
+  ExpectedCheckBox dsr{};
+  // What the drivers hold after the page has opened.
+  ParameterValues port{kPortSet};
+  ParameterValues bus{kBusSet};
+};
+
+// `device` is what the device's status document says, nothing when it could not be had; `port` and `bus`
+// are the drivers' values before the page is opened.
+[[nodiscard]] PageExpectation ExpectPage(const std::optional<PortState>& device, const ParameterValues& port,
+                                         const ParameterValues& bus);
+
+}  // namespace workbench

@@ -1,0 +1,116 @@
+#include "workbench/host/show_page.h"
+
+#include "workbench/host/host_report.h"
+#include "workbench/host/page_reading.h"
+#include "workbench/host/page_sheet.h"
+#include "workbench/host/picture.h"
+#include "workbench/host/sample_host.h"
+#include "workbench/host/text_table.h"
+
+namespace workbench {
+namespace {
+
+constexpr wchar_t kOfflineText[] =
+    L"Cannot load device information data from the device. Device may be offline.";
+
+// The one warning that an unreachable device is good for, and none otherwise.
+bool CheckMessageBoxes(const std::vector<MessageBoxRecord>& boxes, bool offline) {
+  Print(FormatMessageBoxes(boxes));
+  if (!offline) return boxes.empty();
+  return boxes.size() == 1 && boxes[0].text == kOfflineText && boxes[0].caption == L"Warning" &&
+         (boxes[0].style & (MB_TYPEMASK | MB_ICONMASK)) == (MB_OK | MB_ICONEXCLAMATION);
+}
+
+// The page asks for its port's document, once, and for nothing else.
+bool CheckRequests(const std::vector<LoggedRequest>& requests, unsigned number, bool offline) {
+  for (const LoggedRequest& logged : requests) {
+    Print(L"  Request: " + Widen(logged.request.method + " " + logged.request.target) + L" -> " +
+          std::to_wstring(logged.status) + L"\n");
+  }
+  if (offline) return requests.empty();
+  return requests.size() == 1 && requests[0].request.target == "/p" + std::to_string(number) &&
+         requests[0].status == 200;
+}
+
+bool CheckDriver(PortDriver& driver, const PageExpectation& expectation, const ParameterValues& portBefore,
+                 const ParameterValues& busBefore) {
+  for (const auto* before : {&portBefore, &busBefore}) {
+    for (const std::string& change : Differences(*before, driver.Current(before->Selector()))) {
+      Print(L"  Driver set " + std::to_wstring(before->Selector()) + L": " + Widen(change) + L"\n");
+    }
+  }
+  std::vector<std::string> faults = Differences(expectation.port, driver.Current(kPortSet));
+  for (std::string& fault : Differences(expectation.bus, driver.Current(kBusSet)))
+    faults.push_back(std::move(fault));
+  for (const std::string& fault : faults)
+    Print(L"  DIFFERS from what the device said: " + Widen(fault) + L"\n");
+  return faults.empty();
+}
+
+}  // namespace
+
+void ShowPage::Describe(CLI::App& app) {
+  app.add_option("--port", port_, "number of the port on the device server; without it, all are shown")
+      ->check(CLI::Range(1u, SampleHost::kPorts));
+  app.add_flag("--offline", offline_, "the device server cannot be reached");
+  app.add_flag("--interactive", interactive_,
+               "leave the sheet open until it is closed, with message boxes shown");
+  app.add_option("--png", picture_,
+                 "write a picture of the page to this file; with several ports, of the first");
+}
+
+int ShowPage::Run() {
+  SampleHost host;
+  if (offline_) host.TakeOffline();
+  bool right = true;
+  {
+    const Dll dll(host.Host());
+    if (interactive_) {
+      LeaveOpen(host, dll, port_ ? port_ : 1);
+    } else {
+      for (unsigned number = port_ ? port_ : 1; number <= (port_ ? port_ : SampleHost::kPorts); ++number) {
+        right = ShowPort(host, dll, number) && right;
+      }
+    }
+  }
+  const std::vector<std::wstring> violations = ViolationsOf(host);
+  for (const std::wstring& violation : violations) Print(L"VIOLATION: " + violation + L"\n");
+  right = right && violations.empty();
+  Print(!right     ? L"Not everything is as it should be.\n"
+        : offline_ ? L"Everything is as it should be with the device out of reach.\n"
+                   : L"Everything is as the device said.\n");
+  return right ? 0 : 1;
+}
+
+bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) const {
+  PortDriver& driver = host.Driver(number);
+  const ParameterValues portBefore = driver.Current(kPortSet);
+  const ParameterValues busBefore = driver.Current(kBusSet);
+  const auto said = offline_ ? std::nullopt : std::optional(host.Web().PortAt(number));
+  const PageExpectation expectation = ExpectPage(said, portBefore, busBefore);
+  host.Host().Screen().messageBoxes.clear();
+  host.Web().ClearRequests();
+
+  const std::wstring caption = CaptionOf(host.Host(), host.Port(number));
+  Print(L"\n" + caption + L"\n");
+  PageSheet sheet(host.Host(), dll, host.Port(number), caption);
+  sheet.Settle();
+  const std::vector<ControlCheck> checks = CheckPage(sheet.Page(), expectation);
+  Print(FormatChecks(checks, offline_ ? L"Drivers said" : L"Device said"));
+  const bool firstShown = number == 1 || port_ != 0;
+  if (!picture_.empty() && firstShown) SavePicture(sheet.Window(), Widen(picture_));
+
+  bool right = AllAgree(checks);
+  right = CheckDriver(driver, expectation, portBefore, busBefore) && right;
+  right = CheckRequests(host.Web().Requests(), number, offline_) && right;
+  right = CheckMessageBoxes(host.Host().Screen().messageBoxes, offline_) && right;
+  return right;
+}
+
+void ShowPage::LeaveOpen(SampleHost& host, const Dll& dll, unsigned number) const {
+  host.Host().Screen().ShowMessageBoxes(true);
+  PageSheet sheet(host.Host(), dll, host.Port(number), CaptionOf(host.Host(), host.Port(number)));
+  sheet.RunUntilClosed();
+}
+
+}  // namespace workbench
