@@ -13,8 +13,6 @@ using std::min;
 #include <memory>
 #include <stdexcept>
 
-#include "base/unique_handle.h"
-
 namespace workbench {
 namespace {
 
@@ -62,10 +60,11 @@ UniqueBitmap Capture(HWND window) {
 
 }  // namespace
 
-void SavePicture(HWND window, const std::wstring& fileName) {
-  const UniqueBitmap bitmap = Capture(window);
+Picture::Picture(HWND window) : bitmap_(Capture(window)) {}
+
+void Picture::Save(const std::wstring& fileName) const {
   const GdiplusSession session;
-  const std::unique_ptr<Gdiplus::Bitmap> picture(Gdiplus::Bitmap::FromHBITMAP(bitmap.Get(), nullptr));
+  const std::unique_ptr<Gdiplus::Bitmap> picture(Gdiplus::Bitmap::FromHBITMAP(bitmap_.Get(), nullptr));
   if (!picture || picture->Save(fileName.c_str(), &kPngEncoder, nullptr) != Gdiplus::Ok) {
     throw std::runtime_error("The picture cannot be written");
   }

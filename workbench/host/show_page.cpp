@@ -3,7 +3,6 @@
 #include "workbench/host/host_report.h"
 #include "workbench/host/page_reading.h"
 #include "workbench/host/page_sheet.h"
-#include "workbench/host/picture.h"
 #include "workbench/host/sample_host.h"
 #include "workbench/host/text_table.h"
 
@@ -55,34 +54,38 @@ void ShowPage::Describe(CLI::App& app) {
   app.add_flag("--offline", offline_, "the device server cannot be reached");
   app.add_flag("--interactive", interactive_,
                "leave the sheet open until it is closed, with message boxes shown");
-  app.add_option("--png", picture_,
+  app.add_option("--png", pictureFile_,
                  "write a picture of the page to this file; with several ports, of the first");
 }
 
 int ShowPage::Run() {
+  const bool right = ShowAll();
+  if (picture_) picture_->Save(Widen(pictureFile_));
+  Print(!right     ? L"\nNot everything is as it should be.\n"
+        : offline_ ? L"\nEverything is as it should be with the device out of reach.\n"
+                   : L"\nEverything is as the device said.\n");
+  return right ? 0 : 1;
+}
+
+bool ShowPage::ShowAll() {
   SampleHost host;
   if (offline_) host.TakeOffline();
   bool right = true;
   {
     const Dll dll(host.Host());
-    if (interactive_) {
-      LeaveOpen(host, dll, port_ ? port_ : 1);
-    } else {
-      for (unsigned number = port_ ? port_ : 1; number <= (port_ ? port_ : SampleHost::kPorts); ++number) {
-        right = ShowPort(host, dll, number) && right;
-      }
+    const unsigned first = port_ ? port_ : 1;
+    const unsigned last = port_ || interactive_ ? first : SampleHost::kPorts;
+    if (interactive_) LeaveOpen(host, dll, first);
+    for (unsigned number = first; number <= last && !interactive_; ++number) {
+      right = ShowPort(host, dll, number) && right;
     }
   }
   const std::vector<std::wstring> violations = ViolationsOf(host);
   for (const std::wstring& violation : violations) Print(L"VIOLATION: " + violation + L"\n");
-  right = right && violations.empty();
-  Print(!right     ? L"Not everything is as it should be.\n"
-        : offline_ ? L"Everything is as it should be with the device out of reach.\n"
-                   : L"Everything is as the device said.\n");
-  return right ? 0 : 1;
+  return right && violations.empty();
 }
 
-bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) const {
+bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) {
   PortDriver& driver = host.Driver(number);
   const ParameterValues portBefore = driver.Current(kPortSet);
   const ParameterValues busBefore = driver.Current(kBusSet);
@@ -97,8 +100,7 @@ bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) const
   sheet.Settle();
   const std::vector<ControlCheck> checks = CheckPage(sheet.Page(), expectation);
   Print(FormatChecks(checks, offline_ ? L"Drivers said" : L"Device said"));
-  const bool firstShown = number == 1 || port_ != 0;
-  if (!picture_.empty() && firstShown) SavePicture(sheet.Window(), Widen(picture_));
+  if (!pictureFile_.empty() && !picture_) picture_.emplace(sheet.Window());
 
   bool right = AllAgree(checks);
   right = CheckDriver(driver, expectation, portBefore, busBefore) && right;

@@ -1,13 +1,14 @@
 // workbench show-page: a port's page in a real property sheet, compared with what the device said.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "workbench/host/command.h"
+#include "workbench/host/picture.h"
 
 namespace workbench {
 
-class PageSheet;
 class SampleHost;
 class Dll;
 
@@ -21,13 +22,15 @@ class ShowPage : public Command {
   [[nodiscard]] int Run() override;
 
  private:
-  [[nodiscard]] bool ShowPort(SampleHost& host, const Dll& dll, unsigned number) const;
+  [[nodiscard]] bool ShowAll();
+  [[nodiscard]] bool ShowPort(SampleHost& host, const Dll& dll, unsigned number);
   void LeaveOpen(SampleHost& host, const Dll& dll, unsigned number) const;
 
   unsigned port_ = 0;
   bool offline_ = false;
   bool interactive_ = false;
-  std::string picture_;
+  std::string pictureFile_;
+  std::optional<Picture> picture_;
 };
 
 }  // namespace workbench

@@ -26,6 +26,7 @@ std::wstring TextTable::Text() const {
     if (&row != &rows_.front()) continue;
     text += L"  ";
     for (const std::size_t width : widths) text += std::wstring(width, L'-') + L"  ";
+    text.resize(text.find_last_not_of(L' ') + 1);
     text += L"\n";
   }
   return text;
