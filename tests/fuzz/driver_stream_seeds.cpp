@@ -2,6 +2,7 @@
 // usable combination of options that makes a difference to them.
 //
 // Usage: driver_stream_seeds DIRECTORY
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -15,11 +16,13 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+// Writes the set's stream, cut to at most `most` bytes.
 bool WriteSeed(const std::string& directory, const std::string& name, const DriverStreamChoice& choice,
-               CSsInformationSet& set) {
+               CSsInformationSet& set, std::size_t most = static_cast<std::size_t>(-1)) {
   Bytes stream(set.GetSerialisedSize(choice.flagsOverride));
   auto remaining = static_cast<std::uint32_t>(stream.size());
   if (!set.Serialise(stream.data(), remaining, choice.flagsOverride)) return false;
+  stream.resize(std::min(stream.size(), most));
   stream.insert(stream.begin(), ChoiceByte(choice));
   std::ofstream file(directory + "/" + name + "_" + std::to_string(choice.flagsOverride), std::ios::binary);
   file.write(reinterpret_cast<const char*>(stream.data()), static_cast<std::streamsize>(stream.size()));
@@ -47,6 +50,13 @@ bool WriteSeeds(const std::string& directory, std::uint32_t flags) {
   }
   bus.InterfaceType = L"TCP";
   bus.Model = L"QX-582";
+  // Six numbers come before the first text; streams that end inside it are where bounds matter most.
+  constexpr std::size_t kInsideFirstText = 6 * 4 + 7;
+  const bool plain = flags != 0 && (flags & ~kTextOptions) == 0;
+  if (plain &&
+      !WriteSeed(directory, "bus_cut", {.flagsOverride = flags, .networkBus = true}, bus, kInsideFirstText)) {
+    return false;
+  }
   return WriteSeed(directory, "bus_text", {.flagsOverride = flags, .networkBus = true}, bus);
 }
 
