@@ -1,0 +1,22 @@
+// The page "About" of the advanced sheet. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include "ui/framework/page_background.h"
+#include "ui/framework/property_page.h"
+#include "ui/hyperlink.h"
+
+// Shows the product and its maker, with a link to the maker's web site.
+class CAboutPage : public CPropertyPageImpl {
+ public:
+  CAboutPage() noexcept;
+
+ protected:
+  void OnInitDialog() override;
+  HBRUSH OnControlColour(HDC context) override { return background_.Prepare(context); }
+
+ private:
+  CPageBackground background_;
+  CHyperLink website_;
+};

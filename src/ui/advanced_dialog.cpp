@@ -1,0 +1,13 @@
+#include "ui/advanced_dialog.h"
+
+#include "install/device_reg_info.h"
+
+CAdvancedDialog::CAdvancedDialog(HDEVINFO set, const SP_DEVINFO_DATA& element)
+    : rs422485Page_(set, element), devicePage_(set, element), tcpIpPage_(set, element) {
+  CWideString portName;  // stays empty when it cannot be read
+  (void)CKDDeviceRegInfo(set, element).GetRegString(L"PortName", portName);
+  SetCaption(CWideString(L"Advanced Settings for ") + portName.View());
+  AddPage(devicePage_);
+  AddPage(tcpIpPage_);
+  AddPage(aboutPage_);
+}

@@ -1,0 +1,33 @@
+// The sheet "Advanced Settings for COMn". Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include <cstdint>
+
+#include "ui/about_page.h"
+#include "ui/device_page.h"
+#include "ui/framework/property_sheet.h"
+#include "ui/rs422485_page.h"
+#include "ui/tcp_ip_page.h"
+
+// The less common settings of a port: device, TCP/IP and About. DoModal shows it (CPropertySheetImpl).
+//
+// Every page reads the drivers on its own when the sheet is made; one that cannot shows the initial values.
+// The device information set is borrowed and outlives the sheet; the element is copied.
+class CAdvancedDialog : public CPropertySheetImpl {
+ public:
+  CAdvancedDialog(HDEVINFO set, const SP_DEVINFO_DATA& element);
+
+  // The duplex mode as the RS422/485 page has it. The page is made and never shown, on purpose: network ports
+  // get their duplex mode from the device server's own web page.
+  [[nodiscard]] std::uint32_t Rs485DuplexMode() const noexcept { return rs422485Page_.DuplexMode(); }
+
+ private:
+  CRS422485Page rs422485Page_;
+  CDeviceAdvSettingPage devicePage_;
+  CAboutPage aboutPage_;
+  CTcpIpSettingsPage tcpIpPage_;
+};

@@ -1,0 +1,164 @@
+#include "ui/device_page.h"
+
+#include <ddk/msports.h>
+
+#include <string>
+
+#include "base/resource_ids.h"
+#include "install/com_port_util.h"
+#include "status/utils.h"
+#include "ui/help.h"
+#include "ui/port_rules.h"
+
+namespace {
+
+constexpr wchar_t kHelpTopic[] = L"%s::/AdvDevice.htm>mainwin";
+constexpr wchar_t kHelpTopic485[] = L"%s::/AdvDevice485.htm>mainwin";
+
+constexpr DWORD kHelpIds[] = {IDC_DEVICE_COM_NUMBER,
+                              0x807300CA,
+                              IDC_DEVICE_CONNECT_OFFLINE,
+                              0x806B035C,
+                              IDC_DEVICE_HIGH_PERFORMANCE,
+                              0x806B035F,
+                              0,
+                              0};
+
+struct ControlText {
+  int control;
+  UINT stringId;
+};
+
+// In the order in which they are set. The note on the duplex mode has no control in the dialog.
+constexpr ControlText kTexts[] = {
+    {IDC_DEVICE_COM_NUMBER_LABEL, IDS_COM_PORT_NUMBER},
+    {IDC_DEVICE_DUPLEX_NOTE, IDS_DUPLEX_NOTE},
+    {IDC_DEVICE_COM_NUMBER_GROUP, IDS_COM_NUMBER_GROUP},
+    {IDC_DEVICE_INFORMATION_GROUP, IDS_INFORMATION_GROUP},
+    {IDC_DEVICE_INTERFACE_TYPE_LABEL, IDS_INTERFACE_TYPE},
+    {IDC_DEVICE_RX_FIFO_SIZE_LABEL, IDS_RX_FIFO_SIZE},
+    {IDC_DEVICE_TX_FIFO_SIZE_LABEL, IDS_TX_FIFO_SIZE},
+    {IDC_DEVICE_MAX_BAUD_RATE_LABEL, IDS_MAX_BAUD_RATE},
+    {IDC_DEVICE_HELP_LABEL, IDS_NEED_MORE_HELP},
+};
+
+constexpr ToolTipText kTips[] = {{IDC_DEVICE_COM_NUMBER, IDS_TIP_COM_NUMBER}};
+
+// The COM name database, for the time in which its numbers are read.
+struct ComDatabaseTraits {
+  using Handle = HCOMDB;
+  static Handle Invalid() noexcept { return HCOMDB_INVALID_HANDLE_VALUE; }
+  static void Close(Handle handle) noexcept { ComDBClose(handle); }
+};
+
+CUniqueHandle<ComDatabaseTraits> OpenComDatabase() noexcept {
+  HCOMDB handle = HCOMDB_INVALID_HANDLE_VALUE;
+  if (ComDBOpen(&handle) != ERROR_SUCCESS) handle = HCOMDB_INVALID_HANDLE_VALUE;
+  return CUniqueHandle<ComDatabaseTraits>(handle);
+}
+
+}  // namespace
+
+CDeviceAdvSettingPage::CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
+    : CPortSettingsPage(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), set, element) {}
+
+void CDeviceAdvSettingPage::OnInitDialog() {
+  background_.Create();
+  SetUpBalloon();
+  SetTexts();
+  ShowInformation();
+  AddTool(Control(IDC_DEVICE_COM_NUMBER));
+  FillComNames();
+  const DeviceSwitches switches = SwitchesOf(busSet_);
+  CheckDlgButton(Window(), IDC_DEVICE_CONNECT_OFFLINE, switches.connectOffline ? BST_CHECKED : BST_UNCHECKED);
+  CheckDlgButton(Window(), IDC_DEVICE_HIGH_PERFORMANCE,
+                 switches.highPerformance ? BST_CHECKED : BST_UNCHECKED);
+}
+
+void CDeviceAdvSettingPage::SetTexts() const {
+  for (const ControlText& row : kTexts) SetControlText(row.control, row.stringId);
+}
+
+void CDeviceAdvSettingPage::ShowInformation() const {
+  const auto bytes = [](std::uint32_t size) {
+    return CWideString::Format(L"%d bytes", static_cast<std::int32_t>(size));
+  };
+  const CWideString baud =
+      CWideString::Format(L"%d baud", static_cast<std::int32_t>(busSet_.MaximumBaudRate));
+  SetDlgItemTextW(Window(), IDC_DEVICE_INTERFACE_TYPE, busSet_.InterfaceType.Text());
+  SetDlgItemTextW(Window(), IDC_DEVICE_RX_FIFO_SIZE, bytes(busSet_.RxFifoSize).Text());
+  SetDlgItemTextW(Window(), IDC_DEVICE_TX_FIFO_SIZE, bytes(busSet_.TxFifoSize).Text());
+  SetDlgItemTextW(Window(), IDC_DEVICE_MAX_BAUD_RATE, baud.Text());
+}
+
+void CDeviceAdvSettingPage::FillComNames() const {
+  const CUtils utils;
+  const CWideString portName = PortName();
+  const auto database = OpenComDatabase();
+  utils.FillStringCombo(Control(IDC_DEVICE_COM_NUMBER), utils.BuildComNameList(database.Get(), portName),
+                        portName);
+}
+
+bool CDeviceAdvSettingPage::OnToolTipText(NMTTDISPINFOW& request) {
+  AnswerText(request, kTips);
+  return true;
+}
+
+bool CDeviceAdvSettingPage::OnHelp(const HELPINFO& request) {
+  return ShowContextHelp(request, kHelpIds);
+}
+
+// This topic goes by the network bus's PortType, unlike those of the other pages.
+bool CDeviceAdvSettingPage::OnClicked(int control) {
+  if (control != IDC_DEVICE_HELP_LINK) return false;
+  const bool rs485 = IsRs422485Port(busSet_.PortType, busSet_.SerialPortIndex);
+  ShowHelpTopic(Window(), rs485 ? kHelpTopic485 : kHelpTopic);
+  return true;
+}
+
+LRESULT CDeviceAdvSettingPage::OnApply() {
+  if (!ReadBusSet()) return PSNRET_NOERROR;
+  const CWideString portName = PortName();
+  if (EnteredSwitches() != SwitchesOf(busSet_) && !ApplySwitches(portName)) return PSNRET_INVALID;
+  const CWideString newName = SelectedComName();
+  // Without a selection there is nothing to rename to.
+  if (newName.IsEmpty() || newName == portName) return PSNRET_NOERROR;
+  return Rename(newName) ? PSNRET_NOERROR : PSNRET_INVALID;
+}
+
+DeviceSwitches CDeviceAdvSettingPage::EnteredSwitches() const noexcept {
+  return {.connectOffline = IsChecked(IDC_DEVICE_CONNECT_OFFLINE),
+          .highPerformance = IsChecked(IDC_DEVICE_HIGH_PERFORMANCE)};
+}
+
+// The question speaks of renaming also where only a switch was changed: what may happen to the other
+// application is the same. A rename that follows asks once more.
+bool CDeviceAdvSettingPage::ApplySwitches(const CWideString& portName) {
+  if (!IsPortOpenable(portName) &&
+      Ask(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
+    (void)ReadBusSet();
+    return false;
+  }
+  AdoptSwitches(busSet_, EnteredSwitches());
+  (void)
+      WriteBusSet();  // a driver that refuses keeps its old switches; the COM number is changed all the same
+  return true;
+}
+
+CWideString CDeviceAdvSettingPage::SelectedComName() const {
+  const HWND combo = Control(IDC_DEVICE_COM_NUMBER);
+  const auto index = static_cast<WPARAM>(SendMessageW(combo, CB_GETCURSEL, 0, 0));
+  const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, index, 0);
+  if (length <= 0) return {};  // CB_ERR without a selection
+  std::wstring entry(static_cast<std::size_t>(length), L'\0');
+  SendMessageW(combo, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(entry.data()));
+  return ChosenComName(entry);
+}
+
+bool CDeviceAdvSettingPage::Rename(const CWideString& newName) {
+  CCOMPortUtil port(DeviceSet(), DeviceElement());
+  if (RenameComPort(port, newName, Window(), true, true) != 0) return true;
+  (void)Ask(IDS_RENAME_FAILED, L"Error", MB_ICONHAND);
+  (void)ReadBusSet();
+  return false;
+}

@@ -1,0 +1,32 @@
+// The device page of the advanced sheet. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include "ui/device_rules.h"
+#include "ui/port_settings_page.h"
+
+// Shows what the port is made of, and lets the user give it another COM number and set two switches. Nothing
+// is written before apply, which asks before it touches a port that another application has open.
+class CDeviceAdvSettingPage : public CPortSettingsPage {
+ public:
+  CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
+
+ protected:
+  void OnInitDialog() override;
+  bool OnHelp(const HELPINFO& request) override;
+  bool OnClicked(int control) override;
+  bool OnToolTipText(NMTTDISPINFOW& request) override;
+  LRESULT OnApply() override;
+
+ private:
+  void SetTexts() const;
+  void ShowInformation() const;
+  void FillComNames() const;
+  [[nodiscard]] DeviceSwitches EnteredSwitches() const noexcept;
+  [[nodiscard]] CWideString SelectedComName() const;
+  [[nodiscard]] bool ApplySwitches(const CWideString& portName);
+  [[nodiscard]] bool Rename(const CWideString& newName);
+};

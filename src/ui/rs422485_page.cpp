@@ -1,0 +1,99 @@
+#include "ui/rs422485_page.h"
+
+#include <dbt.h>
+
+#include "base/resource_ids.h"
+#include "install/com_port_util.h"
+#include "status/utils.h"
+#include "ui/device_rules.h"
+#include "ui/help.h"
+
+namespace {
+
+constexpr wchar_t kHelpTopic[] = L"%s::/422485Page.htm>mainwin";
+
+constexpr DWORD kHelpIds[] = {IDC_RS422485_DUPLEX, 0x806B034E, IDC_RS422485_RESTORE_DEFAULTS,
+                              0x806B037C,          0,          0};
+
+constexpr ToolTipText kTips[] = {{IDC_RS422485_DUPLEX, IDS_TIP_DUPLEX}};
+
+constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
+
+// Tells every program that ports have changed; one that objects is not waited for.
+void BroadcastPortChange() noexcept {
+  DEV_BROADCAST_DEVICEINTERFACE_W change{};
+  static_assert(sizeof(change) == 32);
+  change.dbcc_size = sizeof(change);
+  change.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+  change.dbcc_classguid = kPortsClass;
+  DWORD recipients = BSM_ALLCOMPONENTS;
+  BroadcastSystemMessageW(BSF_QUERY, &recipients, WM_DEVICECHANGE, DBT_CUSTOMEVENT,
+                          reinterpret_cast<LPARAM>(&change));
+}
+
+}  // namespace
+
+CRS422485Page::CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element)
+    : CPortSettingsPage(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), set, element) {}
+
+void CRS422485Page::OnInitDialog() {
+  SetControlText(IDC_RS422485_NOTE, IDS_DUPLEX_NOTE);
+  background_.Create();
+  SetUpBalloon();
+  for (const int control : {IDC_RS422485_DUPLEX, IDC_RS422485_RESTORE_DEFAULTS}) AddTool(Control(control));
+  ShowDuplexModes();
+}
+
+bool CRS422485Page::OnToolTipText(NMTTDISPINFOW& request) {
+  AnswerText(request, kTips, IDS_TIP_RESTORE_DEFAULTS);
+  return true;
+}
+
+bool CRS422485Page::OnHelp(const HELPINFO& request) {
+  return ShowContextHelp(request, kHelpIds);
+}
+
+bool CRS422485Page::OnClicked(int control) {
+  switch (control) {
+    case IDC_RS422485_RESTORE_DEFAULTS:
+      RestoreDefaults();
+      return true;
+    case IDC_RS422485_HELP_LINK:
+      ShowHelpTopic(Window(), kHelpTopic);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void CRS422485Page::ShowDuplexModes() const {
+  const CUtils utils;
+  utils.FillChoiceCombo(Control(IDC_RS422485_DUPLEX),
+                        utils.LoadChoiceList(IDS_DUPLEX_CHOICES, portSet_.SupportedDuplexModes),
+                        static_cast<std::int32_t>(portSet_.DuplexMode), false);
+}
+
+void CRS422485Page::RestoreDefaults() {
+  CKdUVcpUserModeInterface defaults;
+  if (!GetDefaultParameterSet(defaults, CKdUVcpUserModeInterface::kSelector)) return;
+  portSet_.DuplexMode = RestoredDuplexMode(defaults.DuplexMode);
+  ShowDuplexModes();
+}
+
+LRESULT CRS422485Page::OnApply() {
+  const HWND combo = Control(IDC_RS422485_DUPLEX);
+  const std::int32_t chosen = CUtils().GetSelectedItemData(&combo);
+  if (chosen != CB_ERR) portSet_.DuplexMode = static_cast<std::uint32_t>(chosen);  // kept without a selection
+  // The question speaks of renaming; a change of the duplex mode disturbs the other application as much.
+  if (!IsPortOpenable(PortName()) &&
+      Ask(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
+    (void)ReadPortSet();
+    return PSNRET_INVALID;
+  }
+  if (!WritePortSet()) {
+    (void)ReadPortSet();
+    return PSNRET_INVALID;
+  }
+  BroadcastPortChange();
+  return PSNRET_NOERROR;
+}

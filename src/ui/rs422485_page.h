@@ -1,0 +1,34 @@
+// The page "RS422/485 Settings". Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include <cstdint>
+
+#include "ui/framework/data_exchange.h"
+#include "ui/port_settings_page.h"
+
+// Lets the user choose the duplex mode of a port from those that it supports. Nothing is written before
+// apply.
+//
+// The advanced sheet makes this page and does not show it: the port page takes over the duplex mode that it
+// has read. To show it, add it to the sheet; nothing else is needed.
+class CRS422485Page : public CPortSettingsPage, private CWinDataExchange {
+ public:
+  CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element);
+
+  [[nodiscard]] std::uint32_t DuplexMode() const noexcept { return portSet_.DuplexMode; }
+
+ protected:
+  void OnInitDialog() override;
+  bool OnHelp(const HELPINFO& request) override;
+  bool OnClicked(int control) override;
+  bool OnToolTipText(NMTTDISPINFOW& request) override;
+  LRESULT OnApply() override;
+
+ private:
+  void ShowDuplexModes() const;
+  void RestoreDefaults();
+};

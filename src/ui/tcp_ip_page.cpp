@@ -1,0 +1,126 @@
+#include "ui/tcp_ip_page.h"
+
+#include "base/resource_ids.h"
+#include "ui/address_text.h"
+#include "ui/help.h"
+#include "ui/port_rules.h"
+
+namespace {
+
+constexpr wchar_t kHelpTopic[] = L"%s::/TcpIpPage.htm>mainwin";
+constexpr wchar_t kHelpTopic485[] = L"%s::/TcpIpPage485.htm>mainwin";
+
+constexpr DWORD kHelpIds[] = {IDC_TCPIP_MAC_ADDRESS,
+                              0x806B0357,
+                              IDC_TCPIP_ADDRESS,
+                              0x806B0358,
+                              IDC_TCPIP_PORT_NUMBER,
+                              0x806B0359,
+                              IDC_TCPIP_ATTEMPT_TIMEOUT,
+                              0x806B035A,
+                              IDC_TCPIP_IDLE_TIMEOUT,
+                              0x806B035B,
+                              IDC_TCPIP_RESTORE_DEFAULTS,
+                              0x806B037C,
+                              IDC_TCPIP_VERIFICATION,
+                              0x806B035D,
+                              0,
+                              0};
+
+}  // namespace
+
+CTcpIpSettingsPage::CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
+    : CPortSettingsPage(IDD_TCPIP_PAGE, L"TCP/IP Settings", set, element) {}
+
+void CTcpIpSettingsPage::OnInitDialog() {
+  background_.Create();
+  SetUpBalloon();
+  for (const int control : {IDC_TCPIP_ADDRESS, IDC_TCPIP_PORT_NUMBER}) AddTool(Control(control));
+  fields_ = FieldsOf(busSet_);
+  ShowFields();
+  SetText(IDC_TCPIP_MAC_ADDRESS, MacText(busSet_.MACAddress1, busSet_.MACAddress2));
+}
+
+// The page asks for tips and has no texts for them: the tools stay without a tip.
+bool CTcpIpSettingsPage::OnToolTipText(NMTTDISPINFOW&) {
+  return true;
+}
+
+// This page is drawn on the sheet's own background, as it always was; the brush that it has in common with
+// the others is not used.
+HBRUSH CTcpIpSettingsPage::OnControlColour(HDC) {
+  return nullptr;
+}
+
+bool CTcpIpSettingsPage::OnHelp(const HELPINFO& request) {
+  return ShowContextHelp(request, kHelpIds);
+}
+
+bool CTcpIpSettingsPage::OnClicked(int control) {
+  switch (control) {
+    case IDC_TCPIP_RESTORE_DEFAULTS:
+      RestoreDefaults();
+      return true;
+    case IDC_TCPIP_HELP_LINK:
+      ShowHelp();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void CTcpIpSettingsPage::ShowFields() {
+  SetText(IDC_TCPIP_ADDRESS, Ipv4Text(busSet_.AddressToConnect));
+  CheckDlgButton(Window(), IDC_TCPIP_VERIFICATION, fields_.verification ? BST_CHECKED : BST_UNCHECKED);
+  if (!WriteUnsigned(Window(), IDC_TCPIP_PORT_NUMBER, fields_.tcpPort)) return;
+  WriteUnsigned(Window(), IDC_TCPIP_ATTEMPT_TIMEOUT, fields_.attemptTimeout);
+}
+
+void CTcpIpSettingsPage::RestoreDefaults() {
+  CKdNBusUserModeInterface defaults;
+  if (!GetDefaultParameterSet(defaults, CKdNBusUserModeInterface::kSelector)) return;
+  fields_ = RestoredFields(busSet_, defaults);
+  ShowFields();
+}
+
+// This topic goes by the port's own PortType, unlike that of the device page.
+void CTcpIpSettingsPage::ShowHelp() const {
+  const bool rs485 = IsRs422485Port(portSet_.PortType, busSet_.SerialPortIndex);
+  ShowHelpTopic(Window(), rs485 ? kHelpTopic485 : kHelpTopic);
+}
+
+LRESULT CTcpIpSettingsPage::OnApply() {
+  if (!ReadFields()) {
+    // The same words for the TCP port: its range needs no explanation, and the beep and the focus show which
+    // of the two fields is meant.
+    MessageBoxW(Window(), L"Please enter connection attempt timeout between 0 and 20.",
+                L"Connection attempt timeout - out of Range", MB_ICONHAND);
+    return PSNRET_INVALID;
+  }
+  if (!ReadBusSet()) return PSNRET_NOERROR;
+  if (!AdoptFields(busSet_, fields_) || WriteBusSet()) return PSNRET_NOERROR;
+  (void)ReadBusSet();  // back to what the driver has
+  return PSNRET_INVALID;
+}
+
+// Reads what the user may have edited; the first field that is not accepted is pointed at.
+bool CTcpIpSettingsPage::ReadFields() {
+  if (!ReadField(IDC_TCPIP_PORT_NUMBER, kMaximumTcpPort, fields_.tcpPort)) return false;
+  if (!ReadField(IDC_TCPIP_ATTEMPT_TIMEOUT, kMaximumAttemptTimeout, fields_.attemptTimeout)) return false;
+  fields_.verification = IsChecked(IDC_TCPIP_VERIFICATION);
+  return true;
+}
+
+bool CTcpIpSettingsPage::ReadField(int control, std::uint32_t maximum, std::uint32_t& value) const {
+  const std::optional<std::uint32_t> entered = ReadUnsigned(Window(), control);
+  if (!entered || *entered > maximum) {
+    RefuseValue(Window(), control);
+    return false;
+  }
+  value = *entered;
+  return true;
+}
+
+void CTcpIpSettingsPage::SetText(int control, const CWideString& text) const {
+  SetDlgItemTextW(Window(), control, text.Text());
+}

@@ -1,0 +1,35 @@
+// The page "TCP/IP Settings" of the advanced sheet. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include "ui/framework/data_exchange.h"
+#include "ui/port_settings_page.h"
+#include "ui/tcp_ip_rules.h"
+
+// Shows where the port's device server is, and lets the user set the TCP port, the time-out of an attempt to
+// connect and the verification of the connection. Nothing is written before apply.
+class CTcpIpSettingsPage : public CPortSettingsPage, private CWinDataExchange {
+ public:
+  CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
+
+ protected:
+  void OnInitDialog() override;
+  bool OnHelp(const HELPINFO& request) override;
+  bool OnClicked(int control) override;
+  bool OnToolTipText(NMTTDISPINFOW& request) override;
+  HBRUSH OnControlColour(HDC context) override;
+  LRESULT OnApply() override;
+
+ private:
+  void ShowFields();
+  void RestoreDefaults();
+  void ShowHelp() const;
+  [[nodiscard]] bool ReadFields();
+  [[nodiscard]] bool ReadField(int control, std::uint32_t maximum, std::uint32_t& value) const;
+  void SetText(int control, const CWideString& text) const;
+
+  TcpIpFields fields_;
+};
