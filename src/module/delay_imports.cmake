@@ -3,7 +3,7 @@
 # tells.
 kd_delay_load(wininet.dll
   HttpOpenRequestW HttpSendRequestW InternetCloseHandle InternetConnectW InternetGetLastResponseInfoW
-  InternetOpenW InternetReadFile InternetSetOptionW)
+  InternetOpenW InternetReadFile)
 kd_delay_load(comctl32.dll CreatePropertySheetPageW DestroyPropertySheetPage PropertySheetW)
 kd_delay_load(msports.dll
   ComDBClaimPort ComDBClose ComDBGetCurrentPortUsage ComDBOpen ComDBReleasePort)
@@ -11,3 +11,4 @@ kd_delay_load(newdev.dll UpdateDriverForPlugAndPlayDevicesW)
 kd_delay_load(oleaut32.dll
   LoadTypeLib RegisterTypeLib RegisterTypeLibForUser UnRegisterTypeLib UnRegisterTypeLibForUser)
 kd_delay_load(shell32.dll ShellExecuteW)
+kd_delay_load(shlwapi.dll PathFindFileNameW PathRemoveExtensionW)

@@ -9,8 +9,6 @@ bool Adopt(std::uint32_t& setting, std::uint32_t supported, bool wish) noexcept 
   return true;
 }
 
-constexpr BoxChange kCheckedAndDisabled{.checked = true, .boxEnabled = false, .labelEnabled = false};
-
 }  // namespace
 
 bool AdoptHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
