@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static_assert(std::size(members) == kSettings);
   // Small numbers as they are, large ones spread over all 32 bits.
   for (std::size_t i = 0; i < kSettings; ++i) *members[i] = data[i] < 0x80 ? data[i] : data[i] * 0x01010101U;
-  const std::size_t pieceBytes = 1 + (data[kSettings] | data[kSettings + 1] << 8) % 8192U;
+  const std::size_t pieceBytes = 1 + (data[kSettings] + data[kSettings + 1] * 256U) % 8192U;
 
   CDocumentBuffer buffer;
   const std::string_view bytes = Deliver(buffer, data + kSettings + 2, size - kSettings - 2, pieceBytes);
