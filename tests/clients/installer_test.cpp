@@ -128,9 +128,9 @@ TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
   SKIP_OUTSIDE_THROW_AWAY_PREFIX();
   const Answers answers;
   const fs::path package = MakePackage();
-  RootDevice server(kMultiportClass, L"KDNBUS", L"Root\\KdNBus");
+  RootDevice server(kMultiportClass, L"VELTRANET", L"Root\\Veltranet");
   ASSERT_TRUE(server.IsMade());
-  ASSERT_TRUE(Install(package / L"kdui10-example.inf", L"Root\\KdNBus")) << GetLastError();
+  ASSERT_TRUE(Install(package / L"kdui10-example.inf", L"Root\\Veltranet")) << GetLastError();
 
   EXPECT_EQ(fs::file_size(SystemFolder() / L"KdUUI10.DLL"), fs::file_size(package / L"KdUUI10.DLL"));
   EXPECT_EQ(server.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallCard");
@@ -149,9 +149,9 @@ TEST(DeviceInstaller, InstallsAPortWithItsPageAndRefusesItsUpdate) {
   SKIP_OUTSIDE_THROW_AWAY_PREFIX();
   const Answers answers;
   const fs::path package = MakePackage();
-  RootDevice port(kPortsClass, L"KDPORT", L"KdNBus\\Port");
+  RootDevice port(kPortsClass, L"KDPORT", L"KdNBus\\VeltranetPort");
   ASSERT_TRUE(port.IsMade());
-  ASSERT_TRUE(Install(package / L"kdui10-example-port.inf", L"KdNBus\\Port")) << GetLastError();
+  ASSERT_TRUE(Install(package / L"kdui10-example-port.inf", L"KdNBus\\VeltranetPort")) << GetLastError();
 
   EXPECT_EQ(port.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallPort");
   EXPECT_EQ(port.Text(DIREG_DRV, L"EnumPropPages32"), L"KdUUI10.DLL,KdUPortPropPage");
