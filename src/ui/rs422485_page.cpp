@@ -26,8 +26,7 @@ void BroadcastPortChange() noexcept {
   change.dbcc_size = sizeof(change);
   change.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
   change.dbcc_classguid = kPortsClass;
-  DWORD recipients = BSM_ALLCOMPONENTS;
-  BroadcastSystemMessageW(BSF_QUERY, &recipients, WM_DEVICECHANGE, DBT_CUSTOMEVENT,
+  BroadcastSystemMessageW(BSF_QUERY, nullptr, WM_DEVICECHANGE, DBT_CUSTOMEVENT,
                           reinterpret_cast<LPARAM>(&change));
 }
 
