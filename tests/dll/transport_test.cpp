@@ -146,7 +146,7 @@ TEST_F(TransportTest, SetThatGrowsBetweenSizeAndReadIsNotReadAgain) {
 
 TEST_F(TransportTest, SurplusIsLeftUnread) {
   driver_.sets[scripted::kPortSet].resize(140, 0xEE);
-  EXPECT_EQ(Exchange(), 1U);
+  ASSERT_EQ(Exchange(), 1U);
   EXPECT_EQ(driver_.requests.back().input.size(), 8U + 132);
 }
 
@@ -177,7 +177,8 @@ TEST_F(TransportTest, TextsThatLieEndTheReadWithoutAWrite) {
 TEST_F(TransportTest, InterfaceIsFoundByItsReferenceWhateverItsCase) {
   workbench::DeviceInterface& instance = *Port().interfaces.front();
   for (wchar_t& c : instance.path) c = static_cast<wchar_t>(std::towupper(c));
-  EXPECT_EQ(Exchange(), 1U);
+  ASSERT_EQ(Exchange(), 1U);
+  ASSERT_FALSE(driver_.opens.empty());
   EXPECT_EQ(driver_.opens.back().path, instance.path);
 
   const std::wstring reference = instance.path.substr(instance.path.rfind(L'\\') + 1);
