@@ -1,5 +1,6 @@
 #include "install/registry_values.h"
 
+#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -102,7 +103,15 @@ bool ReadString(HKEY key, const CWideString& name, CWideString& text) {
 }
 
 void DeleteKey(HKEY parent, const CWideString& name) {
-  static const DeleteKeyEx deleteKeyEx = FindDeleteKeyEx();
+  // Looked up once. Plain atomics, because a local static's guard would take handles for its locks, which an
+  // installer's process never gets back when it frees this module.
+  static constinit std::atomic<DeleteKeyEx> cached{nullptr};
+  static constinit std::atomic<bool> lookedUp{false};
+  if (!lookedUp) {
+    cached = FindDeleteKeyEx();
+    lookedUp = true;
+  }
+  const DeleteKeyEx deleteKeyEx = cached;
   if (deleteKeyEx != nullptr) {
     deleteKeyEx(parent, name.Text(), 0, 0);
   } else {

@@ -178,6 +178,7 @@ TEST_F(InstallCoInstaller, WindowsVersionsThatSort) {
 }
 
 TEST_F(InstallCoInstaller, DriverUpdatePassesItsArgumentsOn) {
+  AddServer({5});
   EXPECT_EQ(dll.UpdateDriver(nullptr, L"C:\\kd.inf"), FALSE);
   EXPECT_EQ(dll.UpdateDriver(L"KDNBUS\\VELTRANETPORT", nullptr), FALSE);
   EXPECT_THAT(machine.System().driverUpdates, IsEmpty());
