@@ -1,11 +1,13 @@
 #include "workbench/host/command.h"
 #include "workbench/host/show_page.h"
+#include "workbench/stories/install_commands.h"
 
 namespace workbench {
 
 std::vector<std::unique_ptr<Command>> AllCommands() {
   std::vector<std::unique_ptr<Command>> commands;
   commands.push_back(std::make_unique<ShowPage>());
+  AddInstallCommands(commands);
   return commands;
 }
 

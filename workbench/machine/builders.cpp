@@ -156,13 +156,13 @@ std::wstring FormatPlaces(const std::vector<ComPlaces>& places) {
   const auto column = [](const std::wstring& text, std::size_t width) {
     return text + std::wstring(text.size() < width ? width - text.size() : 1, L' ');
   };
-  std::wstring table = column(L"device", 36) + column(L"PortName", 10) + column(L"database", 10) +
+  std::wstring table = column(L"device", 38) + column(L"PortName", 10) + column(L"database", 10) +
                        column(L"DOS device", 12) + column(L"SERIALCOMM", 12) + column(L"Ports value", 16) +
                        L"friendly name\n";
   for (const ComPlaces& one : places) {
     std::wstring dos;
     for (const std::wstring& name : one.dosDevices) dos += (dos.empty() ? L"" : L",") + name;
-    table += column(one.instanceId, 36) + column(one.portName.empty() ? L"-" : one.portName, 10) +
+    table += column(one.instanceId, 38) + column(one.portName.empty() ? L"-" : one.portName, 10) +
              column(one.claimed ? L"taken" : L"free", 10) + column(dos.empty() ? L"-" : dos, 12) +
              column(one.serialComm.empty() ? L"-" : one.serialComm, 12) +
              column(one.portsValue.empty() ? L"-" : one.portsValue, 16) + one.friendlyName +
