@@ -37,9 +37,10 @@ void InstallStory::Table(const std::wstring& when) {
   const auto& boxes = machine_.Screen().messageBoxes;
   for (; questionsTold_ < boxes.size(); ++questionsTold_) {
     const MessageBoxRecord& box = boxes[questionsTold_];
-    print_(L"   asked: \"" + box.text + L"\"\n   answered: " + (box.answer == IDYES ? L"Yes" : L"No") +
-           L"\n");
+    Tell(L"Asked: \"" + box.text + L"\"");
+    Tell(box.answer == IDYES ? L"Answered: Yes" : L"Answered: No");
   }
+  print_(L"\n" + when + L":\n" + FormatPlaces(AllComPlaces(machine_)));
 }
 
 void InstallStory::Expect(bool holds, const std::wstring& what) {
