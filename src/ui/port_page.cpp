@@ -1,6 +1,13 @@
 #include "ui/port_page.h"
 
+#include <shellapi.h>
+
 #include "base/resource_ids.h"
+#include "install/com_port_util.h"
+#include "status/utils.h"
+#include "ui/advanced_dialog.h"
+#include "ui/help.h"
+#include "ui/port_rules.h"
 
 namespace {
 
@@ -42,6 +49,39 @@ constexpr ToolTipText kTips[] = {
     {IDC_PORT_RESTORE_DEFAULTS, IDS_TIP_RESTORE_DEFAULTS},
 };
 
+// Control and help id, in pairs that end in (0, 0).
+constexpr DWORD kHelpIds[] = {IDC_PORT_CTS_ALWAYS_TRUE,
+                              0x806B00D3,
+                              IDC_PORT_CTS_LABEL,
+                              0x806B00D3,
+                              IDC_PORT_DSR_ALWAYS_TRUE,
+                              0x806B00CD,
+                              IDC_PORT_DSR_LABEL,
+                              0x806B00CD,
+                              IDC_PORT_RESTORE_DEFAULTS,
+                              0x806B037C,
+                              IDC_PORT_ADVANCED,
+                              0x806B0348,
+                              IDC_PORT_CONFIGURE,
+                              0x806B035E,
+                              0,
+                              0};
+
+// Sets a flag for as long as it lives.
+class CFlagScope {
+ public:
+  explicit CFlagScope(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+  ~CFlagScope() { flag_ = false; }
+  CFlagScope(const CFlagScope&) = delete;
+  CFlagScope& operator=(const CFlagScope&) = delete;
+
+ private:
+  bool& flag_;
+};
+
+constexpr UINT_PTR kRefreshTimer = 1;
+constexpr UINT kRefreshInterval = 5000;  // milliseconds
+
 // Made tools once more, so that the tip follows them also where a child window is not enumerated.
 constexpr int kTools[] = {IDC_PORT_BAUD_RATE_LABEL, IDC_PORT_DATA_BITS_LABEL,    IDC_PORT_PARITY_LABEL,
                           IDC_PORT_STOP_BITS_LABEL, IDC_PORT_FLOW_CONTROL_LABEL, IDC_PORT_ADVANCED,
@@ -56,11 +96,7 @@ void CKdUIPropertyPage::OnInitDialog() {
   background_.Create();
   SetTexts();
   SetUpTips();
-}
-
-bool CKdUIPropertyPage::OnToolTipText(NMTTDISPINFOW& request) {
-  AnswerText(request, kTips);
-  return true;
+  Refresh(true);
 }
 
 void CKdUIPropertyPage::SetTexts() const {
@@ -70,4 +106,117 @@ void CKdUIPropertyPage::SetTexts() const {
 void CKdUIPropertyPage::SetUpTips() const {
   SetUpBalloon();
   for (const int control : kTools) AddTool(Control(control));
+}
+
+bool CKdUIPropertyPage::OnTimer(UINT_PTR) {
+  Refresh(false);
+  return true;
+}
+
+bool CKdUIPropertyPage::OnClose() {
+  KillTimer(Window(), timer_);
+  Refresh(false);
+  return true;
+}
+
+bool CKdUIPropertyPage::OnToolTipText(NMTTDISPINFOW& request) {
+  AnswerText(request, kTips);
+  return true;
+}
+
+bool CKdUIPropertyPage::OnHelp(const HELPINFO& help) {
+  ShowContextHelp(help, kHelpIds);
+  return true;
+}
+
+bool CKdUIPropertyPage::OnClicked(int control) {
+  switch (control) {
+    case IDC_PORT_ADVANCED:
+      OnAdvanced();
+      return true;
+    case IDC_PORT_RESTORE_DEFAULTS:
+      // Everything comes from the driver and the device server again; nothing else is reset.
+      Refresh(true);
+      return true;
+    case IDC_PORT_HELP_LINK:
+      OnHelpLink();
+      return true;
+    case IDC_PORT_CONFIGURE:
+      OnConfigure();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void CKdUIPropertyPage::Refresh(bool showErrors) {
+  if (refreshing_) return;
+  const CFlagScope scope(refreshing_);
+  RefreshPortStatus({.page = Window(), .channel = *this, .portSet = portSet_, .busSet = busSet_, .web = web_},
+                    showErrors);
+  KeepFocusUsable();
+}
+
+// A box that has just been disabled must not keep the focus: the keyboard would be dead.
+void CKdUIPropertyPage::KeepFocusUsable() const {
+  const HWND focus = GetFocus();
+  if (focus == nullptr || !IsChild(Window(), focus) || IsWindowEnabled(focus)) return;
+  SendMessageW(Window(), WM_NEXTDLGCTL, 0, FALSE);
+}
+
+LRESULT CKdUIPropertyPage::OnApply() {
+  const HandshakeBoxes boxes{.ctsAlwaysTrue = IsChecked(IDC_PORT_CTS_ALWAYS_TRUE),
+                             .dsrAlwaysTrue = IsChecked(IDC_PORT_DSR_ALWAYS_TRUE)};
+  if (!AdoptHandshake(portSet_, busSet_.SerialPortIndex, boxes, settingsChanged_)) return PSNRET_NOERROR;
+  const CWideString portName = PortName();
+  if (!IsPortOpenable(portName) &&
+      Ask(IDS_PORT_OPEN_SETTINGS, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
+    // The boxes keep what the user chose: he may close the other application and try again.
+    static_cast<void>(ReadPortSet());
+    return PSNRET_INVALID;
+  }
+  // Whether the driver took the set shows in the refresh, which reads it again.
+  static_cast<void>(WritePortSet());
+  settingsChanged_ = false;
+  Refresh(true);
+  WritePortsDefault(portName);
+  return PSNRET_NOERROR;
+}
+
+// Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone.
+void CKdUIPropertyPage::WritePortsDefault(const CWideString& portName) const {
+  static_cast<void>(CUtils().WritePortsDefaultSettings(portName, portSet_.Baudrate, portSet_.Databits,
+                                                       portSet_.Parity, portSet_.Stopbits,
+                                                       portSet_.FlowControl));
+}
+
+void CKdUIPropertyPage::OnAdvanced() {
+  CAdvancedDialog sheet(DeviceSet(), DeviceElement());
+  if (sheet.DoModal(GetActiveWindow()) != CPropertySheetImpl::kSaved) return;
+  if (!ReadPortSet()) return;
+  portSet_.DuplexMode = sheet.Rs485DuplexMode();
+  const HandshakeChange change = HandshakeAfterAdvanced(portSet_, busSet_.SerialPortIndex);
+  ShowBox(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL, change.cts);
+  ShowBox(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL, change.dsr);
+}
+
+void CKdUIPropertyPage::ShowBox(int box, int label, const BoxChange& change) const {
+  if (change.checked) {
+    SendDlgItemMessageW(Window(), box, BM_SETCHECK, *change.checked ? BST_CHECKED : BST_UNCHECKED, 0);
+  }
+  if (change.boxEnabled) EnableWindow(Control(box), *change.boxEnabled);
+  if (change.labelEnabled) EnableWindow(Control(label), *change.labelEnabled);
+}
+
+// Opens the device server's page for the port, and from then on looks every few seconds at what the user
+// changes there.
+void CKdUIPropertyPage::OnConfigure() {
+  const CWideString address = PortWebPage(web_);
+  ShellExecuteW(Window(), L"open", address.Text(), nullptr, nullptr, SW_SHOWNORMAL);
+  timer_ = SetTimer(Window(), kRefreshTimer, kRefreshInterval, nullptr);
+}
+
+void CKdUIPropertyPage::OnHelpLink() const {
+  const bool rs422485 = IsRs422485Port(portSet_.PortType, busSet_.SerialPortIndex);
+  ShowHelpTopic(Window(), rs422485 ? L"%s::/StdPage485.htm>mainwin" : L"%s::/StdPage.htm>mainwin");
 }

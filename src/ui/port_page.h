@@ -5,6 +5,8 @@
 
 #include <setupapi.h>
 
+#include "status/port_boxes.h"
+#include "status/refresh_port_status.h"
 #include "ui/port_settings_page.h"
 
 // Shows the live state of the port as its device server tells it, and lets the user set the two handshake
@@ -18,9 +20,29 @@ class CKdUIPropertyPage : public CPortSettingsPage {
 
  protected:
   void OnInitDialog() override;
+  bool OnTimer(UINT_PTR timer) override;
+  bool OnClose() override;
+  bool OnHelp(const HELPINFO& help) override;
+  bool OnClicked(int control) override;
   bool OnToolTipText(NMTTDISPINFOW& request) override;
+  LRESULT OnApply() override;
 
  private:
   void SetTexts() const;
   void SetUpTips() const;
+  // Shows the port's state anew (RefreshPortStatus). Does nothing while a refresh is under way: its message
+  // box lets the timer's ticks through.
+  void Refresh(bool showErrors);
+  void KeepFocusUsable() const;
+  void WritePortsDefault(const CWideString& portName) const;
+  void ShowBox(int box, int label, const BoxChange& change) const;
+
+  void OnAdvanced();
+  void OnConfigure();
+  void OnHelpLink() const;
+
+  PortWebAddress web_;
+  UINT_PTR timer_ = 0;
+  bool refreshing_ = false;
+  bool settingsChanged_ = false;  // forces an apply; no setting of the page needs that today
 };

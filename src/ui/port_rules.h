@@ -1,4 +1,4 @@
-// What the settings of a port mean for its pages: decisions without a window. Portable.
+// What the port page decides when the user presses OK or returns from the advanced settings. Portable.
 #pragma once
 
 #include <cstdint>
