@@ -1,0 +1,138 @@
+// The example programs, as they are built for everybody, on the simulated host of `workbench run`.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/unique_handle.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+struct Outcome {
+  int status = -1;
+  std::string output;  // both streams
+};
+
+std::string ReadAll(HANDLE pipe) {
+  std::string text;
+  char piece[4096];
+  DWORD size = 0;
+  while (ReadFile(pipe, piece, sizeof piece, &size, nullptr) && size > 0) text.append(piece, size);
+  std::erase(text, '\r');
+  return text;
+}
+
+// Runs a command line, whose program lies beside this one, to its end.
+Outcome RunBeside(const std::wstring& commandLine) {
+  SECURITY_ATTRIBUTES inherit{};
+  inherit.nLength = sizeof inherit;
+  inherit.bInheritHandle = TRUE;
+  CKernelHandle reading;
+  CKernelHandle writing;
+  if (!CreatePipe(reading.Put(), writing.Put(), &inherit, 0)) return {};
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdOutput = startup.hStdError = writing.Get();
+  PROCESS_INFORMATION made{};
+  std::wstring writable = commandLine;
+  if (!CreateProcessW(nullptr, writable.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                      &made)) {
+    return {};
+  }
+  const CKernelHandle process(made.hProcess);
+  const CKernelHandle thread(made.hThread);
+  writing.Reset();
+  Outcome outcome{.output = ReadAll(reading.Get())};
+  DWORD status = 0;
+  WaitForSingleObject(process.Get(), INFINITE);
+  if (GetExitCodeProcess(process.Get(), &status)) outcome.status = static_cast<int>(status);
+  return outcome;
+}
+
+const std::wstring kPort = L"KDNBUS\\VELTRANETPORT\\1&2F8C1D3A&0&01 ";
+
+// Nothing misused and nothing left open, by the DLL as little as by the example.
+void ExpectClean(const Outcome& outcome) {
+  EXPECT_THAT(outcome.output, Not(HasSubstr("wrong: ")));
+  EXPECT_THAT(outcome.output, Not(HasSubstr("left open: ")));
+}
+
+TEST(Examples, PushSettingsReachesTheDriver) {
+  const Outcome outcome =
+      RunBeside(L"workbench.exe run push_settings.exe " + kPort + L"19200 7 even 2 xon/xoff");
+  EXPECT_EQ(outcome.status, 0) << outcome.output;
+  for (const char* change : {"-> 19200", "-> 2", "-> 4"}) EXPECT_THAT(outcome.output, HasSubstr(change));
+  for (const char* name : {"Baudrate", "Databits", "Parity", "Stopbits", "FlowControl"}) {
+    EXPECT_THAT(outcome.output, HasSubstr("&01: " + std::string(name) + " "));
+  }
+  EXPECT_THAT(outcome.output, Not(HasSubstr("&02: ")));
+  ExpectClean(outcome);
+}
+
+TEST(Examples, PushSettingsKeepsWhatIsLeftOut) {
+  const Outcome outcome = RunBeside(L"workbench.exe run push_settings.exe " + kPort + L"19200 - odd");
+  EXPECT_EQ(outcome.status, 0) << outcome.output;
+  EXPECT_THAT(outcome.output, HasSubstr("Baudrate "));
+  EXPECT_THAT(outcome.output, HasSubstr("Parity "));
+  for (const char* name : {"Databits ", "Stopbits ", "FlowControl "}) {
+    EXPECT_THAT(outcome.output, Not(HasSubstr(name)));
+  }
+  ExpectClean(outcome);
+}
+
+TEST(Examples, RenamePortMovesEveryPlaceOfTheName) {
+  const Outcome outcome = RunBeside(L"workbench.exe run rename_port.exe " + kPort + L"COM42");
+  EXPECT_EQ(outcome.status, 0) << outcome.output;
+  EXPECT_THAT(outcome.output, HasSubstr("COM5 is now COM42"));
+  EXPECT_THAT(outcome.output, HasSubstr("(COM42)"));
+  EXPECT_THAT(outcome.output, Not(HasSubstr("disagree")));
+  EXPECT_THAT(outcome.output, Not(HasSubstr("asked: ")));
+  ExpectClean(outcome);
+}
+
+TEST(Examples, RenamePortTellsThatTheUserDeclined) {
+  const Outcome outcome = RunBeside(L"workbench.exe run rename_port.exe " + kPort + L"COM6");
+  EXPECT_EQ(outcome.status, 1) << outcome.output;
+  EXPECT_THAT(outcome.output, HasSubstr("asked: This COM name is being used by another device"));
+  EXPECT_THAT(outcome.output, HasSubstr("still COM5: declined"));
+  ExpectClean(outcome);
+}
+
+TEST(Examples, SayWhatIsWrong) {
+  const struct {
+    std::wstring command;
+    int status;
+    const char* words;
+  } cases[] = {
+      {L"push_settings.exe", 2, "usage: push_settings"},
+      {L"push_settings.exe " + kPort + L"fast", 2, "\"fast\" is not a baud rate"},
+      {L"push_settings.exe " + kPort + L"-1", 2, "\"-1\" is not a baud rate"},
+      {L"push_settings.exe " + kPort + L"9600 9", 2, "\"9\" is not understood"},
+      {L"push_settings.exe KDNBUS\\NOTHING\\1 9600", 1, "did not take the settings"},
+      {L"rename_port.exe " + kPort, 2, "usage: rename_port"},
+      {L"rename_port.exe " + kPort + L"COM256", 2, "usage: rename_port"},
+      {L"rename_port.exe " + kPort + L"COM07", 2, "usage: rename_port"},
+      {L"rename_port.exe KDNBUS\\NOTHING\\1 COM9", 1, "there is no port"},
+  };
+  for (const auto& one : cases) {
+    const Outcome outcome = RunBeside(L"workbench.exe run " + one.command);
+    EXPECT_EQ(outcome.status, one.status) << outcome.output;
+    EXPECT_THAT(outcome.output, HasSubstr(one.words));
+    ExpectClean(outcome);
+  }
+}
+
+// On a host where the DLL is not in the system directory.
+TEST(Examples, PushSettingsSaysThatTheProductIsNotInstalled) {
+  const Outcome outcome = RunBeside(L"push_settings.exe " + kPort + L"9600");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.output, HasSubstr("the product is not installed"));
+}
+
+}  // namespace
