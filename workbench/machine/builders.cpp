@@ -137,6 +137,10 @@ ComPlaces PlacesOf(Machine& machine, const Device& device) {
   places.friendlyName = registry.Text(EnumKeyOf(device.instanceId), L"FriendlyName").value_or(L"");
   if (device.port) {
     places.dosDevices = machine.DosNames().NamesOf(device.port->kernelDevice);
+    // Of two ports on one name, the name leads to the one that came last.
+    std::erase_if(places.dosDevices, [&](const std::wstring& name) {
+      return machine.DosNames().Target(name) != device.port->kernelDevice;
+    });
     places.serialComm = registry.Text(kSerialCommKey, device.port->kernelDevice).value_or(L"");
   }
   places.claimed = machine.ComNames().IsClaimed(ComNumberOf(places.portName));

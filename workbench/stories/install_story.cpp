@@ -49,14 +49,17 @@ void InstallStory::Expect(bool holds, const std::wstring& what) {
   print_(L"   WRONG: " + what + L"\n");
 }
 
-bool InstallStory::End() {
+void InstallStory::ExpectAgreement() {
   for (const ComPlaces& places : AllComPlaces(machine_)) {
     Expect(places.Agree(), L"the places of " + places.instanceId + L" agree");
   }
+}
+
+bool InstallStory::End() {
   for (const std::string& violation : machine_.Calls().Violations()) {
     Expect(false, std::wstring(violation.begin(), violation.end()));
   }
-  print_(good_ ? L"\nEverything is as it should be.\n" : L"\nNot everything is as it should be.\n");
+  print_(good_ ? L"\nEverything went as expected.\n" : L"\nNot everything went as expected.\n");
   return good_;
 }
 
@@ -96,6 +99,7 @@ bool InstallStory::Install(unsigned ports) {
   Table(L"After");
   ExpectNames(server.ports, kFirstNumber);
   Expect(restarts == (ports > 1 ? 1u : 0u), L"one restart, and only for renamed ports");
+  ExpectAgreement();
   return End();
 }
 
@@ -129,6 +133,7 @@ bool InstallStory::Reinstall(unsigned ports) {
     Expect(machine_.Registry().Text(key + L"\\UI1", L"Page") == port->instanceId,
            port->instanceId + L" has its pages' values");
   }
+  ExpectAgreement();
   return End();
 }
 
@@ -157,6 +162,13 @@ bool InstallStory::Rename() {
   Expect(NameOf(port) == L"COM10", L"the open port is COM10");
   Expect(machine_.Screen().messageBoxes.size() == 2, L"two questions were asked");
   Expect(machine_.ComNames().Claimed() == std::vector<DWORD>{3, 6, 10}, L"3, 6 and 10 are taken");
+  ExpectAgreement();
+
+  print_(L"\n");
+  Tell(L"Now the user insists on a name that another port has, which is what the question warns of.");
+  machine_.Screen().Answer(IDYES);
+  rename(L"COM6");
+  Expect(!PlacesOf(machine_, *server.ports[1]).Agree(), L"the port that had the name is marked");
   return End();
 }
 
@@ -174,6 +186,7 @@ bool InstallStory::Remove(unsigned ports) {
   Expect(machine_.ComNames().Claimed() == std::vector<DWORD>{3}, L"only the modem's number is taken");
   Expect(machine_.DosNames().Names() == std::vector<std::wstring>{L"COM3"}, L"only its DOS device is left");
   Expect(machine_.System().processes.size() == 1, L"the uninstall program was started once");
+  ExpectAgreement();
   return End();
 }
 
@@ -191,6 +204,7 @@ bool InstallStory::Usb() {
   Expect(NameOf(*usb.port) == L"COM4", L"the USB port is COM4");
   Expect(NameOf(modem) == L"COM5", L"the modem moved to COM5");
   Expect(machine_.Devices().EventsOf(DeviceEvent::Enabled).size() == 1, L"the USB device was restarted once");
+  ExpectAgreement();
   return End();
 }
 

@@ -17,7 +17,7 @@ class InstallStory {
   // The stories. Each returns whether everything ended as it should; a reason is printed where not.
   bool Install(unsigned ports);    // a new device server whose ports come up in reverse order
   bool Reinstall(unsigned ports);  // settings and names survive, on other numbers in between
-  bool Rename();                   // to a free name, to a taken one, declined and forced, and while open
+  bool Rename();                   // to a free name, declined, while open, and forced
   bool Remove(unsigned ports);     // a server goes: its numbers come back, its uninstall program runs
   bool Usb();                      // a USB model takes its number from another device
 
@@ -28,7 +28,9 @@ class InstallStory {
   void Table(const std::wstring& when);
   // Prints what is not so.
   void Expect(bool holds, const std::wstring& what);
-  // Every place of every port says the same, and nothing was misused.
+  // Every place of every port says the same.
+  void ExpectAgreement();
+  // Nothing was misused, and all that was expected held.
   [[nodiscard]] bool End();
   [[nodiscard]] DeviceServer AddServer(const ServerSpec& spec);
   void InstallPorts(const std::vector<Device*>& ports);
