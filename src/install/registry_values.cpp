@@ -1,10 +1,10 @@
 #include "install/registry_values.h"
 
-#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/looked_up.h"
 #include "install/grow_and_retry.h"
 
 namespace {
@@ -103,15 +103,8 @@ bool ReadString(HKEY key, const CWideString& name, CWideString& text) {
 }
 
 void DeleteKey(HKEY parent, const CWideString& name) {
-  // Looked up once. Plain atomics, because a local static's guard would take handles for its locks, which an
-  // installer's process never gets back when it frees this module.
-  static constinit std::atomic<DeleteKeyEx> cached{nullptr};
-  static constinit std::atomic<bool> lookedUp{false};
-  if (!lookedUp) {
-    cached = FindDeleteKeyEx();
-    lookedUp = true;
-  }
-  const DeleteKeyEx deleteKeyEx = cached;
+  static constinit CLookedUp<DeleteKeyEx> lookedUp;
+  const DeleteKeyEx deleteKeyEx = lookedUp.Get(FindDeleteKeyEx);
   if (deleteKeyEx != nullptr) {
     deleteKeyEx(parent, name.Text(), 0, 0);
   } else {

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "base/export_guard.h"
+#include "base/looked_up.h"
 #include "base/unique_handle.h"
 #include "base/wide_string.h"
 
@@ -58,7 +60,9 @@ HtmlHelpFunction FindHtmlHelp() {
 
 HWND HtmlHelp(HWND owner, const CWideString& topic, UINT command, DWORD_PTR data) {
   // Looked for once; a control that was not found is not looked for again.
-  static const HtmlHelpFunction function = FindHtmlHelp();
+  static constinit CLookedUp<HtmlHelpFunction> lookedUp;
+  const HtmlHelpFunction function =
+      lookedUp.Get([] { return GuardBoundary<HtmlHelpFunction>(nullptr, FindHtmlHelp); });
   return function != nullptr ? function(owner, topic.Text(), command, data) : nullptr;
 }
 

@@ -85,7 +85,7 @@ bool Gate::Decide(const FunctionRow& row, std::optional<DWORD>& error) {
 bool Gate::DecideAllocation() {
   ++allocations_;
   if (allocations_ != allocationToFail_) return false;
-  ++injected_;
+  ++failedAllocations_;
   return true;
 }
 
@@ -214,7 +214,7 @@ void Gate::ClearLog() {
   const std::scoped_lock guard(lock_);
   log_.clear();
   counts_.clear();
-  faultable_ = injected_ = allocations_ = allocationToFail_ = 0;
+  faultable_ = injected_ = allocations_ = allocationToFail_ = failedAllocations_ = 0;
 }
 
 void Gate::Inject(Fault fault) {
@@ -241,6 +241,11 @@ std::uint64_t Gate::InjectedFaults() const {
 std::uint64_t Gate::Allocations() const {
   const std::scoped_lock guard(lock_);
   return allocations_;
+}
+
+std::uint64_t Gate::FailedAllocations() const {
+  const std::scoped_lock guard(lock_);
+  return failedAllocations_;
 }
 
 void Gate::FailAllocation(std::uint64_t kth) {

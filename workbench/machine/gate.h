@@ -94,6 +94,7 @@ class Gate {
   // Memory allocations of the DLL since construction or ClearLog. FailAllocation fails the k-th from now.
   [[nodiscard]] std::uint64_t Allocations() const;
   void FailAllocation(std::uint64_t kth);
+  [[nodiscard]] std::uint64_t FailedAllocations() const;
 
   // What is open. Windows that were destroyed with their parent do not count.
   [[nodiscard]] std::vector<OpenHandle> OpenHandles() const;
@@ -138,6 +139,7 @@ class Gate {
   std::uint64_t injected_ = 0;
   std::uint64_t allocations_ = 0;
   std::uint64_t allocationToFail_ = 0;
+  std::uint64_t failedAllocations_ = 0;
   bool trace_ = false;
 };
 
