@@ -53,7 +53,7 @@ void SampleHost::SetUpPort(unsigned number) {
   bus.SetNumber("SerialPortIndex", number);
   bus.SetNumber("MACAddress1", 0x0004D3A2);
   bus.SetNumber("MACAddress2", 0x1B70);
-  bus.SetNumber("PortType", 0x4);  // one mask for the device server: port 3 is RS-422/485
+  if (number == 3) bus.SetNumber("PortType", 0x4);  // its bit: an RS-422/485 port
   ParameterValues& port = Driver(number).Current(kPortSet);
   for (const Setting& setting : kPortSettings) {
     if (setting.port == number) port.SetNumber(setting.name, setting.value);

@@ -41,8 +41,7 @@ bool CheckDriver(PortDriver& driver, const PageExpectation& expectation, const P
   std::vector<std::string> faults = Differences(expectation.port, driver.Current(kPortSet));
   for (std::string& fault : Differences(expectation.bus, driver.Current(kBusSet)))
     faults.push_back(std::move(fault));
-  for (const std::string& fault : faults)
-    Print(L"  DIFFERS from what the device said: " + Widen(fault) + L"\n");
+  for (const std::string& fault : faults) Print(L"  DIFFERS, expected -> found: " + Widen(fault) + L"\n");
   return faults.empty();
 }
 

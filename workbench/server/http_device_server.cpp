@@ -8,8 +8,11 @@
 namespace workbench {
 namespace {
 
+using std::chrono::milliseconds;
+
 constexpr std::size_t kLargestHead = 16 * 1024;
 constexpr std::chrono::seconds kIdleLimit{30};
+constexpr milliseconds kStopCheck{50};
 
 // Ends the sending side and takes what still comes in. Closing a socket with unread bytes would reset the
 // connection, and the reset may overtake the end of the answer.
@@ -130,7 +133,6 @@ void HttpDeviceServer::JoinFinished() {
 }
 
 void HttpDeviceServer::Serve(Connection& connection) {
-  LimitReceiveTime(connection.socket.Get(), kIdleLimit);
   std::string received;
   while (ServeNext(connection, received)) {
   }
@@ -142,13 +144,7 @@ void HttpDeviceServer::Serve(Connection& connection) {
 // Reads one request and answers it; false when the connection is done. `received` keeps what came in
 // beyond the request.
 bool HttpDeviceServer::ServeNext(const Connection& connection, std::string& received) {
-  const SOCKET socket = connection.socket.Get();
-  const auto receiveMore = [&] {
-    std::array<char, 4096> buffer;
-    const std::size_t count = Receive(socket, buffer).value_or(0);
-    received.append(buffer.data(), count);
-    return count > 0;
-  };
+  const auto receiveMore = [&] { return ReceiveMore(connection.socket.Get(), received); };
   std::size_t end = std::string::npos;
   while ((end = received.find("\r\n\r\n")) == std::string::npos) {
     if (received.size() > kLargestHead) return Reject(connection, 431);
@@ -163,6 +159,17 @@ bool HttpDeviceServer::ServeNext(const Connection& connection, std::string& rece
   }
   received.erase(0, *bodyLength);
   return Respond(connection, *request);
+}
+
+// Shutting a socket down does not wake a receive everywhere, so the wait looks up in between.
+bool HttpDeviceServer::ReceiveMore(SOCKET socket, std::string& received) {
+  for (milliseconds waited{0}; !WaitForBytes(socket, kStopCheck); waited += kStopCheck) {
+    if (waited >= kIdleLimit || !Wait(milliseconds(0))) return false;
+  }
+  std::array<char, 4096> buffer;
+  const std::size_t count = Receive(socket, buffer).value_or(0);
+  received.append(buffer.data(), count);
+  return count > 0;
 }
 
 bool HttpDeviceServer::Reject(const Connection& connection, int status) {

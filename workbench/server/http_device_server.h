@@ -70,6 +70,7 @@ class HttpDeviceServer {
   void AcceptConnections();
   void Serve(Connection& connection);
   [[nodiscard]] bool ServeNext(const Connection& connection, std::string& received);
+  [[nodiscard]] bool ReceiveMore(SOCKET socket, std::string& received);
   [[nodiscard]] bool Respond(const Connection& connection, const HttpRequest& request);
   [[nodiscard]] bool Reject(const Connection& connection, int status);
   [[nodiscard]] bool Send(SOCKET socket, const Answer& answer, std::string_view bytes);

@@ -79,6 +79,15 @@ std::optional<std::size_t> Receive(SOCKET socket, std::span<char> buffer) {
   return static_cast<std::size_t>(received);
 }
 
+bool WaitForBytes(SOCKET socket, std::chrono::milliseconds limit) {
+  fd_set readable{};
+  readable.fd_count = 1;
+  readable.fd_array[0] = socket;
+  const auto milliseconds = static_cast<long>(limit.count());
+  timeval time{milliseconds / 1000, milliseconds % 1000 * 1000};
+  return select(0, &readable, nullptr, nullptr, &time) != 0;
+}
+
 void LimitReceiveTime(SOCKET socket, std::chrono::milliseconds limit) {
   const DWORD milliseconds = static_cast<DWORD>(limit.count());
   setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&milliseconds),

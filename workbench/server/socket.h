@@ -39,6 +39,8 @@ class SocketLibrary {
 
 // Sends everything; false when the peer is gone.
 [[nodiscard]] bool SendAll(SOCKET socket, std::string_view bytes);
+// Waits until Receive has something to return at once; false when the time is over.
+[[nodiscard]] bool WaitForBytes(SOCKET socket, std::chrono::milliseconds limit);
 // Receives at least one byte and returns how many; 0 when the peer has closed, nothing on an error or when
 // no byte came in time.
 [[nodiscard]] std::optional<std::size_t> Receive(SOCKET socket, std::span<char> buffer);
