@@ -152,16 +152,16 @@ bool CKdUIPropertyPage::OnClicked(int control) {
 void CKdUIPropertyPage::Refresh(bool showErrors) {
   if (refreshing_) return;
   const CFlagScope scope(refreshing_);
+  const HWND focus = GetFocus();
   RefreshPortStatus({.page = Window(), .channel = *this, .portSet = portSet_, .busSet = busSet_, .web = web_},
                     showErrors);
-  KeepFocusUsable();
+  KeepFocusUsable(focus);
 }
 
-// A box that has just been disabled must not keep the focus: the keyboard would be dead.
-void CKdUIPropertyPage::KeepFocusUsable() const {
-  const HWND focus = GetFocus();
-  if (focus == nullptr || !IsChild(Window(), focus) || IsWindowEnabled(focus)) return;
-  SendMessageW(Window(), WM_NEXTDLGCTL, 0, FALSE);
+// A box that is disabled loses the focus to nobody, and the keyboard would be dead: the next control gets it.
+void CKdUIPropertyPage::KeepFocusUsable(HWND focusBefore) const {
+  if (!IsChild(Window(), focusBefore) || IsWindowEnabled(focusBefore)) return;
+  SetFocus(GetNextDlgTabItem(Window(), focusBefore, FALSE));
 }
 
 LRESULT CKdUIPropertyPage::OnApply() {

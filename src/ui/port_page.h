@@ -33,7 +33,7 @@ class CKdUIPropertyPage : public CPortSettingsPage {
   // Shows the port's state anew (RefreshPortStatus). Does nothing while a refresh is under way: its message
   // box lets the timer's ticks through.
   void Refresh(bool showErrors);
-  void KeepFocusUsable() const;
+  void KeepFocusUsable(HWND focusBefore) const;
   void WritePortsDefault(const CWideString& portName) const;
   void ShowBox(int box, int label, const BoxChange& change) const;
 

@@ -68,10 +68,11 @@ void CToolTipDialog::CreateToolTip(HWND dialog) {
   SendMessageW(toolTip_, TTM_ACTIVATE, TRUE, 0);
 }
 
-// The control is a pop-up of the sheet, not a child of the page: it would outlive the page's window.
+// The control is a pop-up of the sheet, not a child of the page: it would outlive the page's window. When the
+// whole sheet goes, it has gone before.
 void CToolTipDialog::DestroyToolTip() noexcept {
   const HWND toolTip = std::exchange(toolTip_, nullptr);
-  if (toolTip != nullptr) DestroyWindow(toolTip);
+  if (IsWindow(toolTip)) DestroyWindow(toolTip);
 }
 
 void CToolTipDialog::SetUpBalloon() const {

@@ -1,0 +1,190 @@
+// The buttons, the timer, tips and help of the port page.
+#include "port_page_rig.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/resource_ids.h"
+
+namespace {
+
+TEST(PortPageCommands, ConfigureOpensTheWebPageAndWatchesTheDevice) {
+  PortPageRig rig;
+  rig.BusSet().SetNumber("SerialPortIndex", 2);
+  const PortSheet sheet(rig);
+  sheet.Click(IDC_PORT_CONFIGURE);
+  ASSERT_EQ(rig.machine.Screen().shellCalls.size(), 1u);
+  const workbench::ShellRecord& call = rig.machine.Screen().shellCalls[0];
+  EXPECT_EQ(call.operation, L"open");
+  EXPECT_EQ(call.file, L"http://127.0.0.1:" + std::to_wstring(rig.web.Port()) + L"/serialport2.html");
+  EXPECT_EQ(call.show, SW_SHOWNORMAL);
+  const std::vector<workbench::Call> timers = rig.machine.Calls().CallsOf("SetTimer");
+  ASSERT_EQ(timers.size(), 1u);
+  EXPECT_EQ(timers[0].Number(1), 1u);
+  EXPECT_EQ(timers[0].Number(2), 5000u);
+}
+
+TEST(PortPageCommands, TickShowsWhatChangedAndIsSilent) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  rig.web.SetPort(1, {.baudRate = 4800});
+  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800");
+  rig.web.Stop();
+  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");
+  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800") << "the driver has been told the last one";
+  EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
+}
+
+TEST(PortPageCommands, CloseMessageStopsTheTimerAndRefreshesSilently) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  sheet.Click(IDC_PORT_CONFIGURE);
+  rig.web.Stop();
+  SendMessageW(sheet.Page(), WM_CLOSE, 0, 0);
+  EXPECT_EQ(rig.machine.Calls().CountOf("KillTimer"), 1u);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");
+  EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
+  EXPECT_TRUE(IsWindow(sheet.Page())) << "the message goes no further";
+}
+
+TEST(PortPageCommands, RestoreRereadsDriverAndDevice) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  rig.web.SetPort(1, {.parity = std::nullopt, .state = 1});
+  rig.PortSet().SetNumber("Parity", 4);
+  rig.PortSet().SetNumber("EmulateCTSTrue", 1);
+  sheet.Check(IDC_PORT_DSR_ALWAYS_TRUE, true);
+  sheet.Click(IDC_PORT_RESTORE_DEFAULTS);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Connected");
+  EXPECT_EQ(sheet.Text(IDC_PORT_PARITY), L"Space");
+  EXPECT_EQ(sheet.Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), "checked");
+  EXPECT_EQ(sheet.Box(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL), "clear") << "not applied, so dropped";
+}
+
+// A box that a refresh disables while it has the focus would leave the keyboard without a target.
+TEST(PortPageCommands, FocusLeavesABoxThatIsDisabled) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  SetFocus(sheet.Control(IDC_PORT_CTS_ALWAYS_TRUE));
+  rig.web.SetPort(1, {.ctsLine = 0});
+  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+  ASSERT_FALSE(IsWindowEnabled(sheet.Control(IDC_PORT_CTS_ALWAYS_TRUE)));
+  EXPECT_TRUE(GetFocus() != nullptr && IsWindowEnabled(GetFocus()));
+}
+
+std::wstring TipOf(const PortSheet& sheet, HWND tool) {
+  NMTTDISPINFOW request{};
+  request.hdr.code = TTN_GETDISPINFOW;
+  request.hdr.idFrom = reinterpret_cast<UINT_PTR>(tool);
+  request.uFlags = TTF_IDISHWND;
+  SendMessageW(sheet.Page(), WM_NOTIFY, request.hdr.idFrom, reinterpret_cast<LPARAM>(&request));
+  return request.lpszText != nullptr ? request.lpszText : L"(no answer)";
+}
+
+TEST(PortPageCommands, TipsFollowTheTable) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  for (const auto& [label, value] : {std::pair{223, 297}, {224, 298}, {225, 299}, {226, 300}}) {
+    EXPECT_NE(TipOf(sheet, sheet.Control(label)), L"") << label;
+    EXPECT_EQ(TipOf(sheet, sheet.Control(label)), TipOf(sheet, sheet.Control(value))) << label;
+  }
+  EXPECT_NE(TipOf(sheet, sheet.Control(840)), L"");
+  EXPECT_NE(TipOf(sheet, sheet.Control(892)), TipOf(sheet, sheet.Control(840)));
+  for (const int quiet : {222, 296, 294, 841, 211})
+    EXPECT_EQ(TipOf(sheet, sheet.Control(quiet)), L"") << quiet;
+  EXPECT_EQ(TipOf(sheet, sheet.Page()), L"");
+}
+
+struct ToolTipSearch {
+  HWND owner;
+  HWND found;
+};
+BOOL CALLBACK FindToolTip(HWND window, LPARAM lParam) {
+  auto& search = *reinterpret_cast<ToolTipSearch*>(lParam);
+  wchar_t name[64];
+  GetClassNameW(window, name, ARRAYSIZE(name));
+  TTTOOLINFOW tool{};
+  tool.cbSize = sizeof(tool);
+  tool.hwnd = search.owner;
+  tool.uId = reinterpret_cast<UINT_PTR>(search.owner);
+  if (lstrcmpiW(name, TOOLTIPS_CLASSW) == 0 &&
+      SendMessageW(window, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool)) != 0) {
+    search.found = window;
+  }
+  return TRUE;
+}
+
+TEST(PortPageCommands, BalloonHasOneToolPerChild) {
+  PortPageRig rig;
+  HWND tip = nullptr;
+  {
+    const PortSheet sheet(rig);
+    ToolTipSearch search{sheet.Page(), nullptr};
+    EnumThreadWindows(GetCurrentThreadId(), &FindToolTip, reinterpret_cast<LPARAM>(&search));
+    tip = search.found;
+    ASSERT_NE(tip, nullptr);
+    EXPECT_EQ(GetWindowLongW(tip, GWL_STYLE) & 0xFF, 195);
+    EXPECT_EQ(SendMessageW(tip, TTM_GETMAXTIPWIDTH, 0, 0), 400);
+    EXPECT_EQ(SendMessageW(tip, TTM_GETDELAYTIME, TTDT_INITIAL, 0), 1000);
+    EXPECT_EQ(SendMessageW(tip, TTM_GETDELAYTIME, TTDT_RESHOW, 0), 2000);
+    EXPECT_EQ(SendMessageW(tip, TTM_GETDELAYTIME, TTDT_AUTOPOP, 0), 30000);
+    for (HWND child = GetWindow(sheet.Page(), GW_CHILD); child != nullptr;
+         child = GetWindow(child, GW_HWNDNEXT)) {
+      TTTOOLINFOW tool{};
+      tool.cbSize = sizeof(tool);
+      tool.hwnd = sheet.Page();
+      tool.uId = reinterpret_cast<UINT_PTR>(child);
+      EXPECT_TRUE(SendMessageW(tip, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool)));
+      EXPECT_EQ(tool.uFlags & 0xFF, 17u) << GetDlgCtrlID(child);
+    }
+  }
+  EXPECT_FALSE(IsWindow(tip));
+}
+
+TEST(PortPageCommands, HelpTopicFollowsThePortSet) {
+  for (const bool rs422485 : {false, true}) {
+    PortPageRig rig;
+    rig.web.SetPort(1, {.portMode = std::nullopt});
+    rig.BusSet().SetNumber("SerialPortIndex", 2);
+    rig.PortSet().SetNumber("PortType", rs422485 ? 2 : 0);
+    rig.BusSet().SetNumber("PortType", rs422485 ? 0 : 1);
+    const PortSheet sheet(rig);
+    SendMessageW(sheet.Page(), WM_COMMAND, MAKEWPARAM(IDC_PORT_HELP_LINK, STN_CLICKED),
+                 reinterpret_cast<LPARAM>(sheet.Control(IDC_PORT_HELP_LINK)));
+    ASSERT_EQ(rig.machine.Screen().helpCalls.size(), 1u);
+    EXPECT_EQ(rig.machine.Screen().helpCalls[0].topic,
+              rs422485 ? L"KdNUI41.chm::/StdPage485.htm>mainwin" : L"KdNUI41.chm::/StdPage.htm>mainwin");
+    EXPECT_EQ(rig.machine.Screen().helpCalls[0].command, 0u);
+    EXPECT_EQ(rig.machine.Screen().helpCalls[0].owner, sheet.Page());
+  }
+}
+
+void AskForHelp(const PortSheet& sheet, int control, UINT contextType) {
+  HELPINFO help{};
+  help.cbSize = sizeof(help);
+  help.iContextType = static_cast<int>(contextType);
+  help.iCtrlId = control;
+  help.hItemHandle = sheet.Control(control);
+  SendMessageW(sheet.Page(), WM_HELP, 0, reinterpret_cast<LPARAM>(&help));
+}
+
+TEST(PortPageCommands, ContextHelpIsForTheControlsOfTheTable) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  AskForHelp(sheet, IDC_PORT_BAUD_RATE, HELPINFO_WINDOW);
+  AskForHelp(sheet, IDC_PORT_ADVANCED, HELPINFO_MENUITEM);
+  EXPECT_THAT(rig.machine.Screen().helpCalls, testing::IsEmpty());
+  AskForHelp(sheet, IDC_PORT_CTS_LABEL, HELPINFO_WINDOW);
+  ASSERT_EQ(rig.machine.Screen().helpCalls.size(), 1u);
+  const workbench::HelpRecord& call = rig.machine.Screen().helpCalls[0];
+  EXPECT_EQ(call.owner, sheet.Control(IDC_PORT_CTS_LABEL));
+  EXPECT_EQ(call.topic, L"KdNUI41.chm::/KdUUI.txt");
+  EXPECT_EQ(call.command, 0x11u);
+  EXPECT_THAT(call.ids,
+              testing::ElementsAre(211, 0x806B00D3, 227, 0x806B00D3, 205, 0x806B00CD, 228, 0x806B00CD, 892,
+                                   0x806B037C, 840, 0x806B0348, 841, 0x806B035E, 0, 0));
+}
+
+}  // namespace

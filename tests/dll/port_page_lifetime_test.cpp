@@ -1,0 +1,175 @@
+// How long the port page lives, and what happens when things end at the wrong moment.
+#include "port_page_rig.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "base/resource_ids.h"
+
+namespace {
+
+using workbench::HandleKind;
+
+// The page holds two device information sets, so their number tells whether it lives.
+std::size_t SetsOfPages(PortPageRig& rig) {
+  return rig.machine.Calls().OpenCount(HandleKind::DeviceSet);
+}
+
+TEST(PortPageLifetime, OtherRequestsAddNothingAndSucceed) {
+  PortPageRig rig;
+  for (const DWORD request : {SPPSR_SELECT_DEVICE_RESOURCES, SPPSR_ENUM_BASIC_DEVICE_PROPERTIES, 0, 99}) {
+    const PageRequest answer(rig, 0, request);
+    EXPECT_TRUE(answer.result) << request;
+    EXPECT_EQ(answer.offered, 0u) << request;
+  }
+  EXPECT_EQ(rig.Driver().Records().size(), 0u);
+}
+
+TEST(PortPageLifetime, NullPointersAreRefusals) {
+  PortPageRig rig;
+  const LPFNADDPROPSHEETPAGE add = [](HPROPSHEETPAGE, LPARAM) -> BOOL {
+    ADD_FAILURE() << "a page was added";
+    return TRUE;
+  };
+  workbench::DeviceElement element(rig.machine, rig.Port());
+  SP_PROPSHEETPAGE_REQUEST request{};
+  request.cbSize = sizeof(request);
+  request.PageRequested = SPPSR_ENUM_ADV_DEVICE_PROPERTIES;
+  EXPECT_FALSE(rig.dll->PropPage(nullptr, add, 0));
+  EXPECT_FALSE(rig.dll->PropPage(&request, add, 0)) << "no device";
+  request.DeviceInfoSet = element.Set();
+  EXPECT_FALSE(rig.dll->PropPage(&request, add, 0)) << "no element";
+  request.DeviceInfoData = element.Data();
+  EXPECT_FALSE(rig.dll->PropPage(&request, nullptr, 0)) << "no callback";
+}
+
+struct FailureRow {
+  const char* name;
+  const char* function;  // failed from its first call on; null: the driver refuses set 1
+};
+
+TEST(PortPageLifetime, PortWhoseSettingsCannotBeReadGetsNoPage) {
+  for (const FailureRow& row :
+       {FailureRow{"no configuration interface", "SetupDiEnumDeviceInterfaces"},
+        FailureRow{"driver cannot be opened", "CreateFileW"},
+        FailureRow{"driver does not answer", "DeviceIoControl"},
+        FailureRow{"parent is gone", "CM_Get_Parent"}, FailureRow{"bus set is refused", nullptr}}) {
+    SCOPED_TRACE(row.name);
+    PortPageRig rig;
+    if (row.function != nullptr) {
+      rig.machine.Calls().Inject({.function = row.function, .count = workbench::Fault::kEveryLater});
+    } else {
+      rig.Driver().Inject(
+          {.operation = workbench::DriverFault::Operation::Read, .selector = workbench::kBusSet});
+    }
+    const PageRequest answer(rig, 0);
+    EXPECT_FALSE(answer.result);
+    EXPECT_EQ(answer.offered, 0u);
+    EXPECT_EQ(SetsOfPages(rig), 0u);
+    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+  }
+}
+
+TEST(PortPageLifetime, PageThatIsNeverShownIsFreedWithItsHandle) {
+  PortPageRig rig;
+  const PageRequest answer(rig, 0);
+  ASSERT_TRUE(answer.result);
+  EXPECT_EQ(SetsOfPages(rig), 2u);
+  DestroyPropertySheetPage(answer.page);
+  EXPECT_EQ(SetsOfPages(rig), 0u);
+}
+
+TEST(PortPageLifetime, RefusedPageIsLeftAlone) {
+  PortPageRig rig;
+  const PageRequest answer(rig, 0, SPPSR_ENUM_ADV_DEVICE_PROPERTIES, false);
+  EXPECT_FALSE(answer.result);
+  EXPECT_EQ(answer.offered, 1u);
+  EXPECT_EQ(SetsOfPages(rig), 2u);
+  DestroyPropertySheetPage(answer.page);
+  EXPECT_EQ(SetsOfPages(rig), 0u);
+}
+
+TEST(PortPageLifetime, TwoSheetsDoNotShareState) {
+  PortPageRig rig;
+  rig.web.SetPort(1, {.baudRate = 1200});
+  rig.web.SetPort(2, {.baudRate = 2400});
+  PortSheet first(rig, 0);
+  std::optional<PortSheet> second(std::in_place, rig, 1);
+  EXPECT_EQ(first.Text(IDC_PORT_BAUD_RATE), L"1200");
+  EXPECT_EQ(second->Text(IDC_PORT_BAUD_RATE), L"2400");
+  first.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
+  EXPECT_EQ(second->Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), "clear");
+  second.reset();
+  SendMessageW(first.Page(), WM_TIMER, 1, 0);
+  EXPECT_TRUE(first.PressOk());
+  EXPECT_EQ(SetsOfPages(rig), 0u);
+}
+
+// While the message about an unreachable device is up, the program may take the whole sheet away.
+TEST(PortPageLifetime, SheetThatIsDestroyedUnderTheMessageBox) {
+  PortPageRig rig;
+  PortSheet sheet(rig);
+  rig.web.Stop();
+  rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
+    DestroyWindow(sheet.Window());
+    return IDOK;
+  });
+  sheet.Click(IDC_PORT_RESTORE_DEFAULTS);
+  EXPECT_EQ(rig.Boxes().size(), 1u);
+  EXPECT_FALSE(IsWindow(sheet.Window()));
+  EXPECT_EQ(SetsOfPages(rig), 0u) << "freed when the handler was through";
+  EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+}
+
+// The timer goes on while the message box is up.
+TEST(PortPageLifetime, TickUnderTheMessageBoxWaits) {
+  PortPageRig rig;
+  PortSheet sheet(rig);
+  rig.web.Stop();
+  rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
+    rig.Driver().ClearRecords();
+    SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+    EXPECT_THAT(rig.Driver().Records(), testing::IsEmpty());
+    return IDOK;
+  });
+  sheet.Click(IDC_PORT_RESTORE_DEFAULTS);
+  EXPECT_EQ(rig.Boxes().size(), 1u);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");
+}
+
+TEST(PortPageLifetime, ManyOpensLeaveNothingBehind) {
+  PortPageRig rig;
+  const auto count = [] {
+    return std::array{GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+                      GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)};
+  };
+  for (int warmUp = 0; warmUp < 3; ++warmUp) PortSheet sheet(rig);
+  const std::size_t handles = rig.machine.Calls().OpenHandles().size();
+  const auto before = count();
+  for (int round = 0; round < 30; ++round) PortSheet sheet(rig);
+  EXPECT_EQ(rig.machine.Calls().OpenHandles().size(), handles);
+  EXPECT_EQ(count(), before);
+  EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+}
+
+// Memory that runs out at any point of opening the page costs the page or a part of it, never the host.
+TEST(PortPageLifetime, MemoryMayRunOutAnywhere) {
+  PortPageRig rig;
+  rig.machine.Calls().ClearLog();
+  { PortSheet sheet(rig); }
+  const std::uint64_t allocations = rig.machine.Calls().Allocations();
+  ASSERT_GT(allocations, 10u);
+  for (std::uint64_t kth = 1; kth <= allocations; kth += 7) {
+    rig.machine.Calls().FailAllocation(kth);
+    try {
+      PortSheet sheet(rig);
+    } catch (const std::runtime_error&) {
+      // No page: the export said so.
+    }
+    EXPECT_EQ(SetsOfPages(rig), 0u) << "allocation " << kth;
+  }
+}
+
+}  // namespace
