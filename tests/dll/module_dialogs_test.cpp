@@ -20,6 +20,10 @@ struct Page {
 const Page kPages[] = {
     {IDD_PORT_PAGE, {205, 211, 222, 223, 224, 225, 226, 227, 228, 229, 230, 231, 242, 246,
                      247, 248, 294, 295, 296, 297, 298, 299, 300, 301, 302, 840, 841, 892}},
+    {IDD_DEVICE_PAGE, {200, 220, 235, 246, 247, 249, 250, 251, 252, 253, 254, 255, 256, 257, 258, 290, 9000}},
+    {IDD_ABOUT_PAGE, {1035}},
+    {IDD_RS422485_PAGE, {220, 246, 247, 249, 259, 271, 892}},
+    {IDD_TCPIP_PAGE, {237, 239, 240, 246, 247, 283, 288, 289, 892}},
 };
 
 // Labels and the control that each one's mnemonic and a screen reader's name belong to.

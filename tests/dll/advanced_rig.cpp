@@ -1,0 +1,318 @@
+#include "advanced_rig.h"
+
+#include <commctrl.h>
+#include <prsht.h>
+
+#include <algorithm>
+
+#include "base/resource_ids.h"
+
+namespace {
+
+// Drives one modal sheet: a timer of the sheet's thread ticks in its message loop. Sheets may nest; the
+// newest driver is served.
+class SheetDriver {
+ public:
+  explicit SheetDriver(const std::function<void(const OpenSheet&)>& step)
+      : step_(step), outer_(current_), known_(SheetsOfThread()) {
+    current_ = this;
+    timer_ = SetTimer(nullptr, 0, 10, &SheetDriver::Tick);
+  }
+  ~SheetDriver() {
+    KillTimer(nullptr, timer_);
+    current_ = outer_;
+  }
+  SheetDriver(const SheetDriver&) = delete;
+  SheetDriver& operator=(const SheetDriver&) = delete;
+
+  [[nodiscard]] bool HasRun() const { return hasRun_; }
+  [[nodiscard]] bool WasCancelled() const { return wasCancelled_; }
+
+ private:
+  static BOOL CALLBACK Collect(HWND window, LPARAM list) {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, ARRAYSIZE(name));
+    const bool sheet = std::wstring(name) == L"#32770" && IsWindowVisible(window) &&
+                       SendMessageW(window, PSM_GETTABCONTROL, 0, 0) != 0;
+    if (sheet) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+  }
+  static std::vector<HWND> SheetsOfThread() {
+    std::vector<HWND> sheets;
+    EnumThreadWindows(GetCurrentThreadId(), &Collect, reinterpret_cast<LPARAM>(&sheets));
+    return sheets;
+  }
+
+  static void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (current_ != nullptr && current_->timer_ == timer && !current_->busy_) current_->Serve();
+  }
+  void Serve() {
+    for (const HWND window : SheetsOfThread()) {
+      if (std::find(known_.begin(), known_.end(), window) != known_.end()) continue;
+      busy_ = true;
+      const OpenSheet sheet(window);
+      if (!hasRun_) {
+        hasRun_ = true;
+        step_(sheet);
+      } else {
+        wasCancelled_ = true;
+        sheet.PressCancel();
+      }
+      busy_ = false;
+      return;
+    }
+  }
+
+  static inline SheetDriver* current_ = nullptr;
+  const std::function<void(const OpenSheet&)>& step_;
+  SheetDriver* outer_;
+  std::vector<HWND> known_;
+  UINT_PTR timer_ = 0;
+  bool busy_ = false;
+  bool hasRun_ = false;
+  bool wasCancelled_ = false;
+};
+
+template <class Signature>
+Signature* ExportOf(HMODULE module, const char* name) {
+  return reinterpret_cast<Signature*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+}  // namespace
+
+std::wstring OpenSheet::Caption() const {
+  wchar_t text[128] = {};
+  GetWindowTextW(window_, text, ARRAYSIZE(text));
+  return text;
+}
+
+std::vector<std::wstring> OpenSheet::Tabs() const {
+  const HWND tabs = PropSheet_GetTabControl(window_);
+  std::vector<std::wstring> names;
+  for (int index = 0; index < TabCtrl_GetItemCount(tabs); ++index) {
+    wchar_t text[64] = {};
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    item.pszText = text;
+    item.cchTextMax = ARRAYSIZE(text);
+    SendMessageW(tabs, TCM_GETITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+    names.push_back(text);
+  }
+  return names;
+}
+
+HWND OpenSheet::Turn(int tab) const {
+  PropSheet_SetCurSel(window_, nullptr, tab);
+  return PropSheet_GetCurrentPageHwnd(window_);
+}
+
+void OpenSheet::PressOk() const {
+  SendMessageW(window_, PSM_PRESSBUTTON, PSBTN_OK, 0);
+}
+
+void OpenSheet::PressCancel() const {
+  SendMessageW(window_, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+}
+
+std::wstring TextOf(HWND page, int control) {
+  wchar_t text[256] = {};
+  GetDlgItemTextW(page, control, text, ARRAYSIZE(text));
+  return text;
+}
+
+void Enter(HWND page, int control, const std::wstring& text) {
+  SetDlgItemTextW(page, control, text.c_str());
+}
+
+bool IsChecked(HWND page, int control) {
+  return SendDlgItemMessageW(page, control, BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+void Click(HWND page, int control) {
+  const HWND window = GetDlgItem(page, control);
+  wchar_t name[16] = {};
+  GetClassNameW(window, name, ARRAYSIZE(name));
+  if (lstrcmpiW(name, L"button") == 0) {
+    SendMessageW(window, BM_CLICK, 0, 0);
+  } else {
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
+    SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
+  }
+}
+
+std::vector<std::wstring> EntriesOf(HWND page, int combo) {
+  std::vector<std::wstring> entries;
+  const LRESULT count = SendDlgItemMessageW(page, combo, CB_GETCOUNT, 0, 0);
+  for (LRESULT index = 0; index < count; ++index) {
+    wchar_t text[128] = {};
+    SendDlgItemMessageW(page, combo, CB_GETLBTEXT, static_cast<WPARAM>(index),
+                        reinterpret_cast<LPARAM>(text));
+    entries.push_back(text);
+  }
+  return entries;
+}
+
+std::wstring SelectedOf(HWND page, int combo) {
+  const LRESULT index = SendDlgItemMessageW(page, combo, CB_GETCURSEL, 0, 0);
+  return index == CB_ERR ? std::wstring() : EntriesOf(page, combo)[static_cast<std::size_t>(index)];
+}
+
+void Select(HWND page, int combo, const std::wstring& entry) {
+  const LRESULT index = SendDlgItemMessageW(page, combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                            reinterpret_cast<LPARAM>(entry.c_str()));
+  ASSERT_NE(index, CB_ERR) << testing::PrintToString(entry);
+  SendDlgItemMessageW(page, combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+  SendMessageW(page, WM_COMMAND, MAKEWPARAM(combo, CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(GetDlgItem(page, combo)));
+}
+
+void AskForHelp(HWND page, int control) {
+  HELPINFO request{};
+  request.cbSize = sizeof request;
+  request.iContextType = HELPINFO_WINDOW;
+  request.iCtrlId = control;
+  request.hItemHandle = GetDlgItem(page, control);
+  SendMessageW(page, WM_HELP, 0, reinterpret_cast<LPARAM>(&request));
+}
+
+Footprint TakeFootprint() {
+  Footprint footprint;
+  GetProcessHandleCount(GetCurrentProcess(), &footprint.handles);
+  const auto count = [](HWND, LPARAM total) -> BOOL { return ++*reinterpret_cast<std::size_t*>(total) != 0; };
+  EnumThreadWindows(GetCurrentThreadId(), count, reinterpret_cast<LPARAM>(&footprint.windows));
+  HANDLE heaps[64];
+  const DWORD heapCount = std::min<DWORD>(GetProcessHeaps(ARRAYSIZE(heaps), heaps), ARRAYSIZE(heaps));
+  for (DWORD index = 0; index < heapCount; ++index) {
+    PROCESS_HEAP_ENTRY entry{};
+    HeapLock(heaps[index]);
+    while (HeapWalk(heaps[index], &entry)) {
+      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) footprint.heapBytes += entry.cbData;
+    }
+    HeapUnlock(heaps[index]);
+  }
+  return footprint;
+}
+
+AdvancedRig::AdvancedRig()
+    : before_{workbench::ParameterValues(workbench::kPortSet),
+              workbench::ParameterValues(workbench::kBusSet)} {
+  for (unsigned index = 0; index < 3; ++index) {
+    workbench::ParameterValues& bus = drivers_[index].Current(workbench::kBusSet);
+    bus.SetNumber("AddressToConnect", 0x7F000001);
+    bus.SetNumber("PortNumber", 4001 + index);
+    bus.SetNumber("ConnectionAttemptTimeout", 5);
+    bus.SetNumber("SerialPortIndex", index + 1);
+  }
+}
+
+AdvancedRig::~AdvancedRig() {
+  for (const workbench::PortDriver& driver : drivers_) {
+    EXPECT_THAT(driver.Violations(), testing::IsEmpty());
+    EXPECT_EQ(driver.OpenSessions(), 0u);
+  }
+  EXPECT_EQ(LeftOpen(), "");
+  EXPECT_THAT(machine_.Calls().Violations(), testing::IsEmpty());
+  EXPECT_EQ(machine_.Screen().PendingAnswers(), 0u);
+}
+
+std::wstring AdvancedRig::ProbePath() {
+  const std::wstring path = workbench::Dll::DefaultPath();
+  return path.substr(0, path.rfind(L'\\') + 1) + L"page_probe.dll";
+}
+
+AdvancedRig::Outcome AdvancedRig::Drive(const Step& step, const std::function<INT_PTR()>& show) {
+  before_[0] = PortSet();
+  before_[1] = BusSet();
+  Outcome outcome;
+  const SheetDriver driver(step);
+  outcome.result = show();
+  outcome.stayedOpen = driver.WasCancelled();
+  EXPECT_TRUE(driver.HasRun()) << "the sheet did not come up";
+  return outcome;
+}
+
+AdvancedRig::Outcome AdvancedRig::RunOn(unsigned port, const Step& step) {
+  workbench::DeviceElement element(machine_, *server_.ports[port]);
+  auto* show = ExportOf<INT_PTR(HDEVINFO, SP_DEVINFO_DATA*)>(dll_.Module(), "ShowAdvancedSheet");
+  return Drive(step, [&] { return show(element.Set(), element.Data()); });
+}
+
+// In the module's activation context, which gives the same controls.
+AdvancedRig::Outcome AdvancedRig::RunBare(const Step& step) {
+  ACTCTXW description{};
+  description.cbSize = sizeof description;
+  description.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+  description.hModule = dll_.Module();
+  description.lpResourceName = MAKEINTRESOURCEW(IDR_MANIFEST);
+  const HANDLE context = CreateActCtxW(&description);
+  ULONG_PTR cookie = 0;
+  EXPECT_TRUE(ActivateActCtx(context, &cookie));
+  PROPSHEETPAGEW pages[3] = {};
+  const WORD templates[] = {IDD_DEVICE_PAGE, IDD_TCPIP_PAGE, IDD_ABOUT_PAGE};
+  for (std::size_t index = 0; index < 3; ++index) {
+    pages[index].dwSize = sizeof pages[index];
+    pages[index].hInstance = dll_.Module();
+    pages[index].pszTemplate = MAKEINTRESOURCEW(templates[index]);
+    pages[index].dwFlags = PSP_USEFUSIONCONTEXT;
+    pages[index].hActCtx = context;
+    pages[index].pfnDlgProc = [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; };
+  }
+  PROPSHEETHEADERW header{};
+  header.dwSize = sizeof header;
+  header.dwFlags = PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW | PSH_PROPTITLE;
+  header.pszCaption = L"Advanced Settings for COM6";
+  header.nPages = 3;
+  header.ppsp = pages;
+  const Outcome outcome = Drive(step, [&] { return PropertySheetW(&header); });
+  DeactivateActCtx(0, cookie);
+  ReleaseActCtx(context);
+  return outcome;
+}
+
+std::uint32_t AdvancedRig::DuplexModeOf(unsigned port) {
+  workbench::DeviceElement element(machine_, *server_.ports[port]);
+  auto* tell = ExportOf<std::uint32_t(HDEVINFO, SP_DEVINFO_DATA*)>(dll_.Module(), "Rs485DuplexModeOf");
+  return tell(element.Set(), element.Data());
+}
+
+AdvancedRig::Outcome AdvancedRig::RunRs422485(const Step& step) {
+  workbench::DeviceElement element(machine_, Port());
+  auto* show = ExportOf<INT_PTR(HDEVINFO, SP_DEVINFO_DATA*)>(dll_.Module(), "ShowRs422485Sheet");
+  return Drive(step, [&] { return show(element.Set(), element.Data()); });
+}
+
+std::vector<std::wstring> AdvancedRig::BoxTexts() {
+  std::vector<std::wstring> texts;
+  for (const auto& box : Boxes()) {
+    texts.push_back(box.text + L"|" + box.caption + L"|" + std::to_wstring(box.style));
+  }
+  return texts;
+}
+
+std::vector<std::string> AdvancedRig::Written() {
+  std::vector<std::string> written;
+  for (const workbench::ParameterValues& values : Driver().Writes()) {
+    workbench::ParameterValues& before = before_[values.Selector()];
+    std::string changes;
+    for (const std::string& change : workbench::Differences(before, values)) {
+      changes += (changes.empty() ? "" : ", ") + change;
+    }
+    written.push_back(changes);
+    before = values;
+  }
+  return written;
+}
+
+// What the DLL has not given back. The language runtime keeps a few events and threads for each process, and
+// the HTML Help control is loaded for good.
+std::string AdvancedRig::LeftOpen() {
+  std::string text;
+  for (const auto& handle : machine_.Calls().OpenHandles()) {
+    if (handle.kind == workbench::HandleKind::Event || handle.kind == workbench::HandleKind::Thread ||
+        handle.kind == workbench::HandleKind::Module) {
+      continue;
+    }
+    text += std::string(workbench::NameOf(handle.kind)).append(" of ").append(handle.function).append("; ");
+  }
+  return text;
+}

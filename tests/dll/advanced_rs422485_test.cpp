@@ -1,0 +1,89 @@
+// The RS422/485 page, in a sheet of its own: the product makes it and never shows it.
+#include "advanced_rig.h"
+#include "base/resource_ids.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr wchar_t kInUse[] =
+    L"The port has been opened by another application.  Renaming the port may have an unpredictable effect "
+    L"on "
+    L"the other application.  Do you wish to continue?|Warning!|68";
+
+class AdvancedRs422485 : public AdvancedRig {
+ protected:
+  void SetUp() override {
+    PortSet().SetNumber("SupportedDuplexModes", 3);
+    PortSet().SetNumber("DuplexMode", 1);
+  }
+  Outcome Choose(const wchar_t* mode) {
+    return RunRs422485([=](const OpenSheet& sheet) {
+      Select(sheet.Turn(0), IDC_RS422485_DUPLEX, mode);
+      sheet.PressOk();
+    });
+  }
+};
+
+constexpr wchar_t kRs422[] = L"RS422 full-duplex mode";
+constexpr wchar_t kRs485[] = L"RS485 half-duplex autogating mode";
+
+TEST_F(AdvancedRs422485, OffersTheSupportedModes) {
+  PortSet().SetNumber("DuplexMode", 2);
+  RunRs422485([](const OpenSheet& sheet) {
+    EXPECT_THAT(sheet.Tabs(), ElementsAre(L"RS422/485 Settings"));
+    const HWND page = sheet.Turn(0);
+    EXPECT_THAT(EntriesOf(page, IDC_RS422485_DUPLEX), ElementsAre(kRs422, kRs485));
+    EXPECT_EQ(SelectedOf(page, IDC_RS422485_DUPLEX), kRs485);
+    EXPECT_EQ(TextOf(page, IDC_RS422485_NOTE),
+              L"Change selection to use different duplex mode settings for this port.");
+  });
+  PortSet().SetNumber("SupportedDuplexModes", 0);
+  RunRs422485([](const OpenSheet& sheet) {
+    EXPECT_EQ(SelectedOf(sheet.Turn(0), IDC_RS422485_DUPLEX), L"2") << "a mode that is not offered is shown";
+  });
+}
+
+TEST_F(AdvancedRs422485, WritesTheModeAndTellsEverybody) {
+  EXPECT_EQ(Choose(kRs485).result, 1);
+  EXPECT_THAT(Written(), ElementsAre("DuplexMode 1 -> 2"));
+  EXPECT_THAT(machine_.Screen().broadcasts, ElementsAre(static_cast<UINT>(WM_DEVICECHANGE)));
+}
+
+TEST_F(AdvancedRs422485, APortInUseAsks) {
+  Port().port->openElsewhere = true;
+  machine_.Screen().Answer(IDNO);
+  EXPECT_TRUE(Choose(kRs485).stayedOpen);
+  EXPECT_THAT(BoxTexts(), ElementsAre(kInUse));
+  EXPECT_THAT(Written(), IsEmpty());
+  machine_.Screen().Answer(IDYES);
+  EXPECT_FALSE(Choose(kRs485).stayedOpen);
+  EXPECT_THAT(Written(), ElementsAre("DuplexMode 1 -> 2"));
+}
+
+TEST_F(AdvancedRs422485, ADriverThatRefusesKeepsTheSheet) {
+  Driver().Inject({.operation = workbench::DriverFault::Operation::Write});
+  EXPECT_TRUE(Choose(kRs485).stayedOpen);
+  Driver().ClearFaults();
+  EXPECT_THAT(machine_.Screen().broadcasts, IsEmpty());
+}
+
+TEST_F(AdvancedRs422485, RestoreShowsTheDefaultAndWritesNothing) {
+  struct Row {
+    std::uint32_t defaultMode;
+    const wchar_t* shown;
+  };
+  for (const Row& row : {Row{0, kRs422}, Row{1, kRs422}, Row{2, kRs485}}) {
+    Driver().Default(workbench::kPortSet).SetNumber("DuplexMode", row.defaultMode);
+    PortSet().SetNumber("DuplexMode", 2);
+    RunRs422485([&](const OpenSheet& sheet) {
+      const HWND page = sheet.Turn(0);
+      Click(page, IDC_RS422485_RESTORE_DEFAULTS);
+      EXPECT_EQ(SelectedOf(page, IDC_RS422485_DUPLEX), row.shown) << row.defaultMode;
+    });
+  }
+  EXPECT_THAT(Written(), IsEmpty());
+}
+
+}  // namespace
