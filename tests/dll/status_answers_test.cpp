@@ -1,0 +1,183 @@
+// Whatever answers in the place of a device server: through the wire, the shipped DLL and the open page.
+#include "port_page_rig.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "base/resource_ids.h"
+
+namespace {
+
+using workbench::Answer;
+using workbench::Framing;
+using workbench::HandleKind;
+
+constexpr char kTags[] = "<state>1</state><baud>4800</baud>";
+
+// Tags behind or before as many blanks as it takes.
+std::string At(std::size_t offset, std::size_t size) {
+  std::string body(size, ' ');
+  return body.replace(offset, sizeof(kTags) - 1, kTags);
+}
+std::string WithZero(std::size_t at) {
+  return std::string(kTags).insert(at, 1, '\0');
+}
+
+struct AnswerRow {
+  const char* name;
+  Answer answer;
+  const wchar_t* state;
+  const wchar_t* baudRate;
+  std::uint32_t stored;  // as baud rate in the driver, which had 9600
+};
+
+const std::vector<AnswerRow>& Rows() {
+  using namespace std::chrono_literals;
+  constexpr std::size_t kTagBytes = sizeof(kTags) - 1;
+  constexpr std::size_t kPiece = 4096;
+  static const std::vector<AnswerRow> rows = {
+      {"an error page without tags",
+       {.status = 404, .body = "<h1>Not found</h1>"},
+       L"Offline",
+       L"9600",
+       9600},
+      {"an error page with tags counts", {.status = 404, .body = kTags}, L"Connected", L"4800", 4800},
+      {"a server error with tags too", {.status = 500, .body = kTags}, L"Connected", L"4800", 4800},
+      {"no body", {.body = ""}, L"Offline", L"9600", 9600},
+      {"capital tags", {.body = "<STATE>2</STATE><Baud>300</bAUD>"}, L"Tunneling", L"300", 300},
+      {"values are folded as well", {.body = "<baud>FAST</baud>"}, L"Offline", L"fast", 0},
+      {"closed before opened", {.body = "</state><state>1</state></baud><baud>"}, L"Offline", L"9600", 9600},
+      {"never closed", {.body = "<baud>300"}, L"Offline", L"9600", 9600},
+      {"a number too large", {.body = "<baud>99999999999</baud>"}, L"Offline", L"99999999999", 0x7FFFFFFF},
+      {"a negative number", {.body = "<baud>-1</baud>"}, L"Offline", L"-1", 0xFFFFFFFF},
+      {"another kind of content", {.contentType = "image/png", .body = kTags}, L"Connected", L"4800", 4800},
+      {"a zero byte in front", {.body = WithZero(0)}, L"Offline", L"9600", 9600},
+      {"a zero byte between the tags", {.body = WithZero(16)}, L"Connected", L"9600", 9600},
+      {"a zero byte at the end", {.body = WithZero(kTagBytes)}, L"Connected", L"4800", 4800},
+      {"one byte less than a piece",
+       {.body = At(kPiece - 1 - kTagBytes, kPiece - 1)},
+       L"Connected",
+       L"4800",
+       4800},
+      {"a whole piece", {.body = At(kPiece - kTagBytes, kPiece)}, L"Connected", L"4800", 4800},
+      {"a whole piece, and tags behind it",
+       {.body = At(kPiece, kPiece + kTagBytes)},
+       L"Connected",
+       L"4800",
+       4800},
+      {"tags before a second piece", {.body = At(0, kPiece + 1)}, L"Offline", L"9600", 9600},
+      {"tags cut in two by the pieces", {.body = At(kPiece - 20, 2 * kPiece)}, L"Offline", L"9600", 9600},
+      {"tags in the first of many pieces", {.body = At(100, 40 * kPiece)}, L"Offline", L"9600", 9600},
+      {"tags in the last of many pieces",
+       {.body = At(39 * kPiece, 40 * kPiece)},
+       L"Connected",
+       L"4800",
+       4800},
+      {"in small pieces", {.body = kTags, .pieceSize = 7, .pause = 3ms}, L"Connected", L"4800", 4800},
+      {"late", {.body = kTags, .delay = 300ms}, L"Connected", L"4800", 4800},
+      {"chunked", {.body = kTags, .framing = Framing::Chunked}, L"Connected", L"4800", 4800},
+      {"until the connection closes",
+       {.body = kTags, .framing = Framing::UntilClose},
+       L"Connected",
+       L"4800",
+       4800},
+  };
+  return rows;
+}
+
+TEST(StatusAnswers, EachEndsOnThePageAsItShould) {
+  PortPageRig rig;
+  const workbench::ParameterValues before = rig.PortSet();
+  const PortSheet sheet(rig);
+  for (const AnswerRow& row : Rows()) {
+    SCOPED_TRACE(row.name);
+    rig.PortSet() = before;
+    rig.web.SetAnswer("/p1", row.answer);
+    sheet.Click(IDC_PORT_RESTORE_DEFAULTS);  // refreshes, and tells errors
+    EXPECT_EQ(sheet.Text(IDC_PORT_STATE), row.state);
+    EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), row.baudRate);
+    EXPECT_EQ(sheet.Text(IDC_PORT_DATA_BITS), L"8") << "what is not told is as the driver has it";
+    EXPECT_EQ(rig.PortSet().Number("Baudrate"), row.stored);
+    EXPECT_TRUE(rig.Boxes().empty()) << "an answer is an answer";
+    EXPECT_EQ(rig.machine.Calls().OpenCount(HandleKind::Internet), 0u);
+    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+  }
+}
+
+// What WinINet makes of an answer that breaks off, or that is no HTTP, is its own affair: an error here, the
+// beginning of a document there. Either way the page opens, and shows either what was told or the driver's.
+TEST(StatusAnswers, BrokenAnswersDoNotBreakThePage) {
+  const std::pair<const char*, Answer> kBroken[] = {
+      {"without a byte", {.closeAfter = 0}},
+      {"in the status line", {.body = kTags, .closeAfter = 5}},
+      {"in the head", {.body = kTags, .closeAfter = 30}},
+      {"in the body", {.body = std::string(kTags) + std::string(500, ' '), .closeAfter = 300}},
+      {"no HTTP at all", {.raw = std::string(3000, '\x01')}},
+      {"tags without a head", {.raw = kTags}},
+      {"a length that lies", {.raw = "HTTP/1.1 200 OK\r\nContent-Length: 99999\r\n\r\n<baud>4800</baud>"}},
+      {"a negative length", {.raw = "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\n<baud>4800</baud>"}},
+      {"a chunk that lies", {.raw = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nFFFFFFFF\r\nx"}},
+      {"a redirection to nowhere",
+       {.raw = "HTTP/1.1 302 Found\r\nLocation: /nowhere\r\nContent-Length: 0\r\n\r\n"}},
+  };
+  PortPageRig rig;
+  const workbench::ParameterValues before = rig.PortSet();
+  const PortSheet sheet(rig);
+  for (const auto& [name, answer] : kBroken) {
+    SCOPED_TRACE(name);
+    rig.PortSet() = before;
+    rig.web.SetAnswer("/p1", answer);
+    sheet.Click(IDC_PORT_RESTORE_DEFAULTS);
+    EXPECT_THAT(sheet.Text(IDC_PORT_BAUD_RATE), testing::AnyOf(L"9600", L"4800"));
+    EXPECT_THAT(sheet.Text(IDC_PORT_STATE), testing::AnyOf(L"Offline", L"Connected"));
+    EXPECT_THAT(rig.PortSet().Number("Baudrate"), testing::AnyOf(9600u, 4800u));
+    EXPECT_EQ(rig.machine.Calls().OpenCount(HandleKind::Internet), 0u);
+    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+  }
+}
+
+TEST(StatusAnswers, AValueAsLongAsADocumentIsShownWhole) {
+  PortPageRig rig;
+  const std::string value(4096 - sizeof("<baud></baud>") + 1, '7');
+  rig.web.SetAnswer("/p1", {.body = "<baud>" + value + "</baud>"});
+  const PortSheet sheet(rig);
+  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), std::wstring(value.begin(), value.end()));
+  EXPECT_EQ(rig.PortSet().Number("Baudrate"), 0x7FFFFFFFu);
+}
+
+TEST(StatusAnswers, BytesAreOfTheSystemsCodePage) {
+  std::string value;
+  for (int byte = 0x80; byte <= 0xFF; ++byte) value.push_back(static_cast<char>(byte));
+  std::array<wchar_t, 257> expected{};
+  const int length =
+      MultiByteToWideChar(CP_ACP, 0, value.data(), static_cast<int>(value.size()), expected.data(), 256);
+  ASSERT_GT(length, 0);
+  CharLowerW(expected.data());
+  PortPageRig rig;
+  rig.web.SetAnswer("/p1", {.body = "<baud>" + value + "</baud>"});
+  const PortSheet sheet(rig);
+  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), expected.data());
+}
+
+// A short answer after a long one, over one connection that may be kept: nothing of the first shines through.
+TEST(StatusAnswers, EachRefreshStartsAnew) {
+  PortPageRig rig;
+  rig.web.QueueAnswer("/p1", {.body = At(1000, 3000)});
+  rig.web.QueueAnswer("/p1", {.body = "x"});
+  rig.web.QueueAnswer("/p1", {.body = "<state>2</state>"});
+  const PortSheet sheet(rig);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Connected");
+  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");
+  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800") << "which the driver has by now";
+  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+  EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Tunneling");
+}
+
+}  // namespace
