@@ -19,9 +19,9 @@ struct Cost {
 
 Cost Sort(unsigned ports) {
   workbench::Machine machine;
-  workbench::ServerSpec spec;
-  for (unsigned at = 0; at < ports; ++at) spec.comNumbers.push_back(ports - at);
-  const workbench::DeviceServer server = AddDeviceServer(machine, spec);
+  workbench::ServerSpec wanted;
+  for (unsigned at = 0; at < ports; ++at) wanted.comNumbers.push_back(ports - at);
+  const workbench::DeviceServer server = AddDeviceServer(machine, wanted);
   const workbench::Dll dll(machine);
   workbench::DeviceInstaller installer(machine, dll);
   machine.Calls().ClearLog();

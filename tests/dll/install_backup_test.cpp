@@ -19,8 +19,8 @@ class InstallBackup : public InstallFixture {
   // The installation of the server, with its bus finding the ports again on other numbers.
   void Reinstall(DeviceServer& server, std::vector<unsigned> newNumbers) {
     EXPECT_EQ(installer.Install(*server.card), static_cast<DWORD>(NO_ERROR));
-    spec.comNumbers = std::move(newNumbers);
-    server.ports = EnumeratePorts(machine, *server.card, spec);
+    wanted.comNumbers = std::move(newNumbers);
+    server.ports = EnumeratePorts(machine, *server.card, wanted);
   }
   void InstallAll(const DeviceServer& server) {
     for (Device* port : server.ports) EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR));
@@ -182,7 +182,7 @@ TEST_F(InstallBackup, ServersWithNoneOrVeryManyPorts) {
   Reinstall(empty, {});
   EXPECT_TRUE(machine.Calls().CallsOf("SetupDiCallClassInstaller").empty());
 
-  spec.number = 2;
+  wanted.number = 2;
   std::vector<unsigned> numbers;
   for (unsigned number = 3; number < 3 + 254; ++number) numbers.push_back(number);
   DeviceServer server = AddServer(numbers);
@@ -201,7 +201,7 @@ TEST_F(InstallBackup, KeysThatDoNotOpen) {
   };
   for (const Case& row : {Case{"SetupDiOpenDevRegKey", 1, false}, Case{"RegCreateKeyExW", 1, false},
                           Case{"RegOpenKeyExW", 1, true}, Case{"CM_Get_Device_ID_Size", 1, false}}) {
-    spec.number++;
+    wanted.number++;
     DeviceServer server = AddServer({5});
     machine.Registry().SetDword(Parameters(*server.ports[0]), L"Baudrate", 300);
     machine.Calls().Inject({.function = row.function, .from = row.from});

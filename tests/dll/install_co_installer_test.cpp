@@ -130,7 +130,7 @@ TEST_F(InstallCoInstaller, RemovingAPortGivesItsNameBack) {
 }
 
 TEST_F(InstallCoInstaller, APortWhoseNameIsNotDefinedYetIsLeftAlone) {
-  spec.started = false;
+  wanted.started = false;
   const DeviceServer server = AddServer({5, 0});
   for (Device* port : server.ports) {
     EXPECT_EQ(Call(*port, DIF_INSTALLDEVICE, true, 1234), static_cast<DWORD>(NO_ERROR));
@@ -160,7 +160,7 @@ TEST_F(InstallCoInstaller, WindowsVersionsThatSort) {
   } cases[] = {{6, 0, false}, {6, 1, true}, {6, 3, true}, {7, 0, false}, {7, 1, false}, {10, 0, true}};
   unsigned number = 1;
   for (const auto& row : cases) {
-    spec.number = number++;
+    wanted.number = number++;
     const DeviceServer server = AddServer({20 + 2 * number});
     machine.System().majorVersion = row.major;
     machine.System().minorVersion = row.minor;
@@ -171,7 +171,7 @@ TEST_F(InstallCoInstaller, WindowsVersionsThatSort) {
     EXPECT_EQ(PlacesOf(machine, *server.ports[0]).portsValue, L"9600,n,8,1");
   }
   machine.System().versionCallFails = true;
-  spec.number = number;
+  wanted.number = number;
   const DeviceServer server = AddServer({99});
   Call(*server.ports[0], DIF_INSTALLDEVICE, true);
   EXPECT_FALSE(machine.Registry().Dword(Parameters(*server.card), L"ChildPortNameSorted"));

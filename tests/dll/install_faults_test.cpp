@@ -21,12 +21,12 @@ struct Rig {
   workbench::Machine machine;
   workbench::Dll dll{machine};
   workbench::DeviceInstaller installer{machine, dll};
-  workbench::ServerSpec spec;
+  workbench::ServerSpec wanted;
   Device* device = nullptr;  // the one that the scenario is about
 
   workbench::DeviceServer AddServer(std::vector<unsigned> comNumbers) {
-    spec.comNumbers = std::move(comNumbers);
-    return AddDeviceServer(machine, spec);
+    wanted.comNumbers = std::move(comNumbers);
+    return AddDeviceServer(machine, wanted);
   }
   DWORD Call(DI_FUNCTION function, bool post) {
     COINSTALLER_CONTEXT_DATA context{};

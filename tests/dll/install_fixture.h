@@ -31,8 +31,8 @@ class InstallFixture : public testing::Test {
   }
 
   DeviceServer AddServer(std::vector<unsigned> comNumbers) {
-    spec.comNumbers = std::move(comNumbers);
-    return AddDeviceServer(machine, spec);
+    wanted.comNumbers = std::move(comNumbers);
+    return AddDeviceServer(machine, wanted);
   }
   [[nodiscard]] std::wstring Parameters(const Device& device) const {
     return workbench::ParametersKeyOf(device.instanceId);
@@ -70,7 +70,7 @@ class InstallFixture : public testing::Test {
   workbench::Machine machine;
   workbench::Dll dll{machine};
   workbench::DeviceInstaller installer{machine, dll};
-  ServerSpec spec;
+  ServerSpec wanted;
 };
 
 inline constexpr wchar_t kNameTaken[] =

@@ -253,7 +253,7 @@ TEST_F(InstallRename, FailingSteps) {
   };
   unsigned number = 2;
   for (const auto& row : cases) {
-    spec.number = number++;
+    wanted.number = number++;
     port = AddServer({30}).ports[0];
     machine.Calls().Inject({.function = row.function, .from = row.from});
     EXPECT_EQ(Rename(L"COM31"), 1);

@@ -43,7 +43,7 @@ TEST_F(InstallSort, TheFirstFreeNumberFromThreeServesAsTheTemporaryOne) {
 
 TEST_F(InstallSort, PortsInOrderGetTheFlagAndNothingElse) {
   for (const auto& numbers : {std::vector<unsigned>{3, 4}, {12}, {4, 4}}) {
-    spec.number++;
+    wanted.number++;
     const DeviceServer server = AddServer(numbers);
     const std::vector<std::wstring> before = PortNames(server);
     EXPECT_EQ(installer.Install(*server.ports[0]), static_cast<DWORD>(NO_ERROR));
@@ -128,7 +128,7 @@ TEST_F(InstallSort, PortsInstalledAtOnceEndLikePortsInstalledOneByOne) {
 TEST_F(InstallSort, CallsGrowInStepWithThePorts) {
   std::vector<double> callsPerPort;
   for (const unsigned count : {8u, 32u, 96u}) {
-    spec.number = count;
+    wanted.number = count;
     std::vector<unsigned> numbers;
     for (unsigned at = 0; at < count; ++at) numbers.push_back(250 - at);
     const DeviceServer server = AddServer(numbers);

@@ -68,22 +68,22 @@ std::wstring ConfigurationReference(const std::wstring& driverKey) {
   return L"kdgendrv_" + reference;
 }
 
-Device& AddServerPort(Machine& machine, Device& card, const ServerSpec& spec, unsigned index,
+Device& AddServerPort(Machine& machine, Device& card, const ServerSpec& wanted, unsigned index,
                       unsigned comNumber) {
   return AddPort(machine, &card,
-                 {.instanceId = Numbered(L"KDNBUS\\VELTRANETPORT\\%u&", spec.number) +
+                 {.instanceId = Numbered(L"KDNBUS\\VELTRANETPORT\\%u&", wanted.number) +
                                 Numbered(L"2F8C1D3A&0&%02u", index + 1),
                   .hardwareId = L"KDNBUS\\VELTRANETPORT",
                   .description = L"Veltranet Serial Port",
                   .comNumber = comNumber,
-                  .started = spec.started,
-                  .claimed = spec.claimed,
-                  .driver = spec.driver ? spec.driver(index) : nullptr});
+                  .started = wanted.started,
+                  .claimed = wanted.claimed,
+                  .driver = wanted.driver ? wanted.driver(index) : nullptr});
 }
 
-DeviceServer AddDeviceServer(Machine& machine, const ServerSpec& spec) {
+DeviceServer AddDeviceServer(Machine& machine, const ServerSpec& wanted) {
   DeviceServer server;
-  server.card = &machine.Devices().Add({.instanceId = Numbered(L"ROOT\\VELTRANET\\%04u", spec.number),
+  server.card = &machine.Devices().Add({.instanceId = Numbered(L"ROOT\\VELTRANET\\%04u", wanted.number),
                                         .classGuid = kMultiportClass,
                                         .className = L"MultiportSerial",
                                         .description = L"Keldrin Veltranet Device Server",
@@ -91,28 +91,28 @@ DeviceServer AddDeviceServer(Machine& machine, const ServerSpec& spec) {
                                         .driverKey = NextDriverKey(machine, kMultiportClass),
                                         .hardwareIds = {L"ROOT\\VELTRANET"}});
   unsigned index = 0;
-  for (const unsigned number : spec.comNumbers) {
-    server.ports.push_back(&AddServerPort(machine, *server.card, spec, index++, number));
+  for (const unsigned number : wanted.comNumbers) {
+    server.ports.push_back(&AddServerPort(machine, *server.card, wanted, index++, number));
   }
   return server;
 }
 
-UsbDevice AddUsbDevice(Machine& machine, const UsbSpec& spec) {
+UsbDevice AddUsbDevice(Machine& machine, const UsbSpec& wanted) {
   UsbDevice made;
-  made.usb = &machine.Devices().Add({.instanceId = spec.hardwareId + L"\\" + spec.instance,
+  made.usb = &machine.Devices().Add({.instanceId = wanted.hardwareId + L"\\" + wanted.instance,
                                      .classGuid = kUsbClass,
                                      .className = L"USB",
                                      .description = L"Keldrin USB Serial Device",
                                      .friendlyName = {},
                                      .driverKey = NextDriverKey(machine, kUsbClass),
-                                     .hardwareIds = {spec.hardwareId}});
+                                     .hardwareIds = {wanted.hardwareId}});
   made.port = &AddPort(machine, made.usb,
-                       {.instanceId = L"KDUSB\\PORT\\" + spec.instance + L"&00",
+                       {.instanceId = L"KDUSB\\PORT\\" + wanted.instance + L"&00",
                         .hardwareId = L"KDUSB\\PORT",
                         .description = L"Keldrin USB Serial Port",
-                        .comNumber = spec.comNumber,
-                        .claimed = spec.claimed,
-                        .driver = spec.driver});
+                        .comNumber = wanted.comNumber,
+                        .claimed = wanted.claimed,
+                        .driver = wanted.driver});
   return made;
 }
 

@@ -35,10 +35,10 @@ struct DeviceServer {
   Device* card = nullptr;
   std::vector<Device*> ports{};
 };
-DeviceServer AddDeviceServer(Machine& machine, const ServerSpec& spec);
+DeviceServer AddDeviceServer(Machine& machine, const ServerSpec& wanted);
 // One more port at the end of a server, also to bring back one that was removed: the same server, index
 // and kind make the same instance id.
-Device& AddServerPort(Machine& machine, Device& card, const ServerSpec& spec, unsigned index,
+Device& AddServerPort(Machine& machine, Device& card, const ServerSpec& wanted, unsigned index,
                       unsigned comNumber);
 
 // A USB device with this hardware id (for example "USB\VID_3A7E&PID_1015") and one port below it.
@@ -53,7 +53,7 @@ struct UsbDevice {
   Device* usb = nullptr;
   Device* port = nullptr;
 };
-UsbDevice AddUsbDevice(Machine& machine, const UsbSpec& spec);
+UsbDevice AddUsbDevice(Machine& machine, const UsbSpec& wanted);
 
 // Any other port of the host, for example a modem on COM2.
 Device& AddForeignPort(Machine& machine, unsigned comNumber);

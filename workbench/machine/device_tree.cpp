@@ -31,28 +31,28 @@ DeviceTree::DeviceTree(Machine& machine) : machine_(machine) {
   devices_.push_back(std::move(root));
 }
 
-void DeviceTree::WriteRegistry(const DeviceSpec& spec) const {
+void DeviceTree::WriteRegistry(const DeviceSpec& wanted) const {
   RegistrySandbox& registry = machine_.Registry();
-  const std::wstring key = EnumKeyOf(spec.instanceId);
-  registry.MakeKey(ParametersKeyOf(spec.instanceId));
-  registry.SetText(key, L"ClassGUID", GuidText(spec.classGuid));
-  registry.SetText(key, L"DeviceDesc", spec.description);
-  registry.SetTexts(key, L"HardwareID", spec.hardwareIds);
-  if (!spec.className.empty()) registry.SetText(key, L"Class", spec.className);
-  if (!spec.friendlyName.empty()) registry.SetText(key, L"FriendlyName", spec.friendlyName);
-  if (!spec.driverKey.empty()) registry.SetText(key, L"Driver", spec.driverKey);
+  const std::wstring key = EnumKeyOf(wanted.instanceId);
+  registry.MakeKey(ParametersKeyOf(wanted.instanceId));
+  registry.SetText(key, L"ClassGUID", GuidText(wanted.classGuid));
+  registry.SetText(key, L"DeviceDesc", wanted.description);
+  registry.SetTexts(key, L"HardwareID", wanted.hardwareIds);
+  if (!wanted.className.empty()) registry.SetText(key, L"Class", wanted.className);
+  if (!wanted.friendlyName.empty()) registry.SetText(key, L"FriendlyName", wanted.friendlyName);
+  if (!wanted.driverKey.empty()) registry.SetText(key, L"Driver", wanted.driverKey);
 }
 
-Device& DeviceTree::Add(const DeviceSpec& spec, Device* parent) {
-  if (Find(spec.instanceId) != nullptr) throw std::logic_error("device id in use");
-  WriteRegistry(spec);
+Device& DeviceTree::Add(const DeviceSpec& wanted, Device* parent) {
+  if (Find(wanted.instanceId) != nullptr) throw std::logic_error("device id in use");
+  WriteRegistry(wanted);
   auto device = std::make_unique<Device>();
-  device->instanceId = spec.instanceId;
+  device->instanceId = wanted.instanceId;
   device->node = kFirstNode + static_cast<DEVINST>(devices_.size());
-  device->classGuid = spec.classGuid;
+  device->classGuid = wanted.classGuid;
   device->parent = parent == nullptr ? root_ : parent;
-  device->present = spec.present;
-  device->started = spec.started && spec.present;
+  device->present = wanted.present;
+  device->started = wanted.started && wanted.present;
   device->parent->children.push_back(device.get());
   devices_.push_back(std::move(device));
   Record(DeviceEvent::Enumerated, *devices_.back());

@@ -79,7 +79,7 @@ class DeviceTree {
 
   // Adds a device below `parent` (null: the root), with its registry keys; an id that was removed before
   // is a new device. The id must not be in use.
-  Device& Add(const DeviceSpec& spec, Device* parent = nullptr);
+  Device& Add(const DeviceSpec& wanted, Device* parent = nullptr);
   DeviceInterface& AddInterface(Device& device, const GUID& classGuid, std::wstring reference,
                                 DriverEndpoint* driver);
   // A device that is there, by id (case-insensitive) or node; null when there is none.
@@ -112,7 +112,7 @@ class DeviceTree {
 
  private:
   void Record(DeviceEvent event, const Device& device);
-  void WriteRegistry(const DeviceSpec& spec) const;
+  void WriteRegistry(const DeviceSpec& wanted) const;
 
   Machine& machine_;
   std::vector<std::unique_ptr<Device>> devices_;

@@ -47,11 +47,11 @@ bool DeviceInstaller::AllowsDriverUpdate(Device& device) {
   return Call(device, DIF_UPDATEDRIVER_UI, context) == NO_ERROR;
 }
 
-std::vector<Device*> EnumeratePorts(Machine& machine, Device& card, const ServerSpec& spec) {
+std::vector<Device*> EnumeratePorts(Machine& machine, Device& card, const ServerSpec& wanted) {
   std::vector<Device*> ports;
   unsigned index = 0;
-  for (const unsigned number : spec.comNumbers) {
-    ports.push_back(&AddServerPort(machine, card, spec, index++, number));
+  for (const unsigned number : wanted.comNumbers) {
+    ports.push_back(&AddServerPort(machine, card, wanted, index++, number));
   }
   return ports;
 }

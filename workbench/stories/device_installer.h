@@ -41,6 +41,6 @@ class DeviceInstaller {
 
 // The ports of a server after their bus has found them again, for a server whose installation removed them:
 // index i gets comNumbers[i] from the class installer.
-std::vector<Device*> EnumeratePorts(Machine& machine, Device& card, const ServerSpec& spec);
+std::vector<Device*> EnumeratePorts(Machine& machine, Device& card, const ServerSpec& wanted);
 
 }  // namespace workbench

@@ -63,8 +63,8 @@ bool InstallStory::End() {
   return good_;
 }
 
-DeviceServer InstallStory::AddServer(const ServerSpec& spec) {
-  DeviceServer server = AddDeviceServer(machine_, spec);
+DeviceServer InstallStory::AddServer(const ServerSpec& wanted) {
+  DeviceServer server = AddDeviceServer(machine_, wanted);
   machine_.Devices().ClearEvents();
   return server;
 }
@@ -105,8 +105,8 @@ bool InstallStory::Install(unsigned ports) {
 
 bool InstallStory::Reinstall(unsigned ports) {
   Step(L"A device server with " + Number(ports) + L" ports in use");
-  ServerSpec spec{.comNumbers = Rising(kFirstNumber, ports)};
-  DeviceServer server = AddServer(spec);
+  ServerSpec wanted{.comNumbers = Rising(kFirstNumber, ports)};
+  DeviceServer server = AddServer(wanted);
   for (const Device* port : server.ports) {
     machine_.Registry().SetDword(ParametersKeyOf(port->instanceId), L"Baudrate", 115200);
     machine_.Registry().SetText(ParametersKeyOf(port->instanceId) + L"\\UI1", L"Page", port->instanceId);
@@ -120,8 +120,8 @@ bool InstallStory::Reinstall(unsigned ports) {
   Expect(machine_.ComNames().Claimed().empty(), L"the ports' numbers are free");
   Table(L"With the ports gone");
   Step(L"The bus finds the ports again; the class installer gives them other numbers");
-  spec.comNumbers = Falling(kFirstNumber + 20, ports);
-  server.ports = EnumeratePorts(machine_, *server.card, spec);
+  wanted.comNumbers = Falling(kFirstNumber + 20, ports);
+  server.ports = EnumeratePorts(machine_, *server.card, wanted);
   Table(L"Before the ports' second pass");
   Step(L"Windows installs the ports");
   InstallPorts(server.ports);

@@ -32,7 +32,7 @@ class InstallStory {
   void ExpectAgreement();
   // Nothing was misused, and all that was expected held.
   [[nodiscard]] bool End();
-  [[nodiscard]] DeviceServer AddServer(const ServerSpec& spec);
+  [[nodiscard]] DeviceServer AddServer(const ServerSpec& wanted);
   void InstallPorts(const std::vector<Device*>& ports);
   [[nodiscard]] std::wstring NameOf(const Device& port);
   void ExpectNames(const std::vector<Device*>& ports, unsigned firstNumber);
