@@ -1,63 +1,63 @@
-// A hostile status document against hostile settings: the first bytes are the port's own settings, the second
-// is how the rest is cut into pieces as the network delivers it.
+// A hostile status document against hostile settings. Input: the port's own settings (twelve bytes), how the
+// answer is cut into pieces as the network delivers it, and whether something long comes before the document (two
+// bytes), then the document.
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
+#include <string>
 #include <string_view>
 
+#include "fuzz_checks.h"
 #include "status/document_buffer.h"
 #include "status/port_status.h"
 
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
 bool IsOneOf(const CWideString& text, std::initializer_list<std::wstring_view> words) {
   return std::find(words.begin(), words.end(), text.View()) != words.end();
 }
 
-std::string_view Deliver(CDocumentBuffer& buffer, const std::uint8_t* data, std::size_t size,
-                         std::size_t pieceBytes) {
-  while (size > 0) {
-    const std::size_t count = std::min({size, pieceBytes, CDocumentBuffer::kPieceBytes});
-    std::memcpy(buffer.Room().data(), data, count);
+std::string_view Deliver(CDocumentBuffer& buffer, std::string_view answer, std::size_t pieceBytes) {
+  while (!answer.empty()) {
+    const std::size_t count = std::min({answer.size(), pieceBytes, CDocumentBuffer::kPieceBytes});
+    std::memcpy(buffer.Room().data(), answer.data(), count);
     buffer.Accept(count);
-    data += count;
-    size -= count;
+    answer.remove_prefix(count);
   }
   return buffer.Document();
 }
 
-void CheckTexts(const PortStatus& status) {
-  Require(IsOneOf(status.state, {L"Idle", L"Connected", L"Tunneling", L"Offline"}));
-  Require(IsOneOf(status.mode, {L"RS232", L"RS422/485", L"RS232/422/485", L"I/O Control", L"Unknown"}));
-  Require(IsOneOf(status.parity, {L"None", L"Odd", L"Even", L"Mark", L"Space"}));
-  Require(IsOneOf(status.stopBits, {L"1", L"1.5", L"2", L"None"}));
-  Require(IsOneOf(status.flowControl, {L"None", L"CTS/RTS", L"DTR/DSR", L"Xon/Xoff"}));
+void CheckTexts(const PortStatus& status, std::size_t documentLength) {
+  Require(IsOneOf(status.state, {L"Idle", L"Connected", L"Tunneling", L"Offline"}), "state");
+  Require(IsOneOf(status.mode, {L"RS232", L"RS422/485", L"RS232/422/485", L"I/O Control", L"Unknown"}), "mode");
+  Require(IsOneOf(status.parity, {L"None", L"Odd", L"Even", L"Mark", L"Space"}), "parity");
+  Require(IsOneOf(status.stopBits, {L"1", L"1.5", L"2", L"None"}), "stop bits");
+  Require(IsOneOf(status.flowControl, {L"None", L"CTS/RTS", L"DTR/DSR", L"Xon/Xoff"}), "flow control");
+  // These two are shown as the document has them; a number of the port's own has ten digits and a sign.
+  const std::size_t longest = std::max<std::size_t>(documentLength, 11);
+  Require(status.baudRate.Length() <= longest && status.dataBits.Length() <= longest, "no text grows");
 }
 
 void CheckSettings(const CVcpParameters& before, const CVcpParameters& after) {
-  Require(after.Databits == before.Databits || after.Databits <= 3);
-  Require(after.Stopbits == before.Stopbits || after.Stopbits <= 2);
-  Require(after.FlowControl == before.FlowControl || after.FlowControl <= 2 || after.FlowControl == 4);
-  Require(after.DuplexMode == before.DuplexMode || after.DuplexMode <= 2);
-  Require(after.CtsSupported <= 1 && after.DsrSupported <= 1);
-  Require(after.PortType == before.PortType || after.PortType == 1);
-  // No document changes these.
+  Require(after.Databits == before.Databits || after.Databits <= 3, "data bits in range");
+  Require(after.Stopbits == before.Stopbits || after.Stopbits <= 2, "stop bits in range");
+  Require(after.FlowControl == before.FlowControl || after.FlowControl <= 2 || after.FlowControl == 4,
+          "flow control in range");
+  Require(after.DuplexMode == before.DuplexMode || after.DuplexMode <= 2, "duplex mode in range");
+  Require(after.CtsSupported <= 1 && after.DsrSupported <= 1, "a line is there or not");
+  Require(after.PortType == before.PortType || after.PortType == 1, "the port's own type is 0 or 1");
   Require(after.Parity == before.Parity && after.EmulateCTSTrue == before.EmulateCTSTrue &&
-          after.EmulateDSRTrue == before.EmulateDSRTrue && after.MaxBaudRate == before.MaxBaudRate);
+              after.EmulateDSRTrue == before.EmulateDSRTrue && after.MaxBaudRate == before.MaxBaudRate,
+          "no document changes these");
 }
 
 void CheckBoxes(const PortStatus& status, const CVcpParameters& port, std::uint32_t index) {
   const bool isRs422485 = IsRs422485Port(port.PortType, index);
-  Require(status.boxes.cts.checked.has_value() && status.boxes.dsr.checked.has_value());
-  Require(!isRs422485 || (status.showDuplex && !status.showOverrideMarks && *status.boxes.dsr.checked));
-  Require(port.CtsSupported != 0 || status.boxes.cts.boxEnabled == false);
-  Require(port.DsrSupported != 0 || status.boxes.dsr.labelEnabled == false);
+  Require(status.boxes.cts.checked.has_value() && status.boxes.dsr.checked.has_value(), "boxes show something");
+  Require(!isRs422485 || (status.showDuplex && !status.showOverrideMarks && *status.boxes.dsr.checked),
+          "an RS-422/485 port has a duplex mode and no DSR");
+  Require(port.CtsSupported != 0 || status.boxes.cts.boxEnabled == false, "no CTS, no choice");
+  Require(port.DsrSupported != 0 || status.boxes.dsr.labelEnabled == false, "no DSR, no choice");
 }
 
 }  // namespace
@@ -65,8 +65,11 @@ void CheckBoxes(const PortStatus& status, const CVcpParameters& port, std::uint3
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t kSettings = 12;
   if (size < kSettings + 2) return 0;
-  CKdUVcpUserModeInterface port;
-  CKdNBusUserModeInterface bus;
+  // Made once, since registering the parameters takes longer than reading a document; no document changes more
+  // of the bus than its type.
+  static CKdUVcpUserModeInterface port;
+  static CKdNBusUserModeInterface bus;
+  static_cast<CVcpParameters&>(port) = CVcpParameters();
   std::uint32_t* const members[] = {&port.PortType,     &port.DuplexMode,     &port.Baudrate,
                                     &port.Databits,     &port.Parity,         &port.Stopbits,
                                     &port.FlowControl,  &port.EmulateCTSTrue, &port.CtsSupported,
@@ -74,17 +77,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static_assert(std::size(members) == kSettings);
   // Small numbers as they are, large ones spread over all 32 bits.
   for (std::size_t i = 0; i < kSettings; ++i) *members[i] = data[i] < 0x80 ? data[i] : data[i] * 0x01010101U;
-  const std::size_t pieceBytes = 1 + (data[kSettings] + data[kSettings + 1] * 256U) % 8192U;
+  const unsigned cut = data[kSettings] + data[kSettings + 1] * 256U;
+  const std::size_t pieceBytes = 1 + cut % 8192U;
 
   CDocumentBuffer buffer;
-  const std::string_view bytes = Deliver(buffer, data + kSettings + 2, size - kSettings - 2, pieceBytes);
-  Require(bytes.size() <= CDocumentBuffer::kPieceBytes);
+  // More than a piece, so that short inputs reach the end of the buffer and a longer piece than the last.
+  static const std::string filler(CDocumentBuffer::kPieceBytes, '<');
+  if (cut >= 0x8000U) Deliver(buffer, filler, pieceBytes);
+  const std::string_view answer(reinterpret_cast<const char*>(data) + kSettings + 2, size - kSettings - 2);
+  const std::string_view bytes = Deliver(buffer, answer, pieceBytes);
+  const std::size_t longest = answer.empty() ? CDocumentBuffer::kPieceBytes : std::min(pieceBytes, answer.size());
+  Require(bytes.size() <= longest, "of an earlier piece nothing is left");
   CWideString document(std::wstring(bytes.begin(), bytes.end()));
   document.MakeLower();
 
   const CVcpParameters before = port;
   const PortStatus status = AdoptStatusDocument(document, port, bus);
-  CheckTexts(status);
+  CheckTexts(status, document.Length());
   CheckSettings(before, port);
   CheckBoxes(status, port, bus.SerialPortIndex);
   return 0;
