@@ -15,6 +15,8 @@ namespace {
 
 constexpr wchar_t kPortName[] = L"PortName";
 constexpr wchar_t kSortedFlag[] = L"ChildPortNameSorted";
+// Where a port stands aside for a moment: not on COM1 and COM2, which are the computer's own ports' and which
+// programs open by habit, whether the database has them as taken or not.
 constexpr std::uint32_t kFirstAside = 3;
 constexpr std::uint32_t kLastAside = 255;
 
@@ -85,7 +87,8 @@ void Sort(const SP_DEVINFO_DATA& port) {
   // After a rename that failed, the server is neither marked nor restarted.
   if (!SortNames(ports.Names(), ports)) return;
   MarkSorted(server);
-  // Read back, so that the value is in the registry before the restart makes other installers look for it.
+  // Read back and not acted on: a server whose flag could not be written has renamed ports all the same, and
+  // they need the restart.
   static_cast<void>(IsSorted(server));
   DisableDevice(server.Set(), server.Element());
   EnableDevice(server.Set(), server.Element());

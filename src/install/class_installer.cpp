@@ -33,8 +33,8 @@ int ChangeState(HDEVINFO set, SP_DEVINFO_DATA& element, DWORD stateChange) {
     return 1;
   }
   SetupDiCallClassInstaller(DIF_PROPERTYCHANGE, set, &element);
-  // The read tells the set's owner nothing new, but class installers see the sequence get, set, change,
-  // get, and some act on the last one.
+  // Read again and not acted on: what the class installer has left there asks for a restart of the computer
+  // (DI_NEEDRESTART, DI_NEEDREBOOT), and none is made or asked for from here.
   static_cast<void>(GetInstallParams(set, element, params));
   return 1;
 }

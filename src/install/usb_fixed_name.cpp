@@ -7,6 +7,8 @@
 namespace {
 
 constexpr wchar_t kPortName[] = L"PortName";
+// A device that moves away stays there, so it goes above COM1 to COM4: two of these numbers are models' own
+// (COM2, COM4), and the others are those of the computer's own ports.
 constexpr std::uint32_t kFirstForMovedHolder = 5;
 constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
 
