@@ -210,11 +210,13 @@ typedef BOOL(WINAPI* KdUpdateDriverFn)(PCWSTR hardwareId, PCWSTR infFullPath);
  *                    every other code returns NO_ERROR at once.
  *   deviceInfoSet,
  *   deviceInfoData   The device, both the installer's.
- *   context          The installer's; read only.
+ *   context          The installer's; read only, and for DIF_INSTALLDEVICE alone.
+ *   Null pointers do nothing and return NO_ERROR.
  *
  * Return NO_ERROR; ERROR_DI_POSTPROCESSING_REQUIRED before an installation, to be called again after it;
- * after it, what the installation came to; or ERROR_DI_DONT_INSTALL when the device's value NoUpgrade
- * forbids the update of its driver from Device Manager (the user is told in a message box).
+ * after it, what the installation came to (NO_ERROR for a port whose COM name is not defined yet, because
+ * its driver is not running); or ERROR_DI_DONT_INSTALL when the device's value NoUpgrade forbids the update
+ * of its driver from Device Manager (the user is told in a message box).
  * The installation of a port waits, without a limit, for that of other ports in any process.
  */
 KDUI10_API DWORD CALLBACK KdUCoInstallCard(DI_FUNCTION installFunction, HDEVINFO deviceInfoSet,
@@ -236,8 +238,8 @@ typedef KdUCoInstallCardFn KdUCoInstallPortFn;
  *            belong to the thread that shows them.
  *   lParam   Handed to addPage.
  *
- * Returns TRUE when the page was added or none was asked for; FALSE when the port's settings cannot be read
- * from the drivers or addPage refuses.
+ * Returns TRUE when the page was added or none was asked for; FALSE when a pointer is null, the port's
+ * settings cannot be read from the drivers or addPage refuses.
  */
 KDUI10_API BOOL CALLBACK KdUPortPropPage(PSP_PROPSHEETPAGE_REQUEST request, LPFNADDPROPSHEETPAGE addPage,
                                          LPARAM lParam);
