@@ -1,4 +1,7 @@
 // Settings and names of ports across a reinstallation of their device server.
+#include <map>
+#include <set>
+
 #include "tests/dll/install_fixture.h"
 
 namespace {
@@ -64,6 +67,38 @@ TEST_F(InstallBackup, WhatABackupHolds) {
   EXPECT_THAT(machine.Registry().ValueNames(backup),
               UnorderedElementsAre(L"Baudrate", L"BaudRatesSupported", L"PortName"));
   EXPECT_THAT(machine.Registry().ValueNames(backup + L"\\UI1"), UnorderedElementsAre(L"Help", L"Last"));
+}
+
+// With the rights that are needed and no others: who may not have them all has none.
+TEST_F(InstallBackup, RightsThatKeysAreOpenedWith) {
+  DeviceServer server = AddServer({5});
+  SetSettings(*server.ports[0], 115200);
+  Reinstall(server, {8});
+  InstallAll(server);
+  std::map<std::wstring, std::set<std::uint64_t>> rights;
+  for (const auto& call : machine.Calls().CallsOf("RegOpenKeyExW")) {
+    rights[call.Text(1)].insert(call.Number(3));
+  }
+  for (const auto& call : machine.Calls().CallsOf("RegCreateKeyExW")) {
+    rights[L"make " + call.Text(1)].insert(call.Number(5));
+  }
+  for (const auto& call : machine.Calls().CallsOf("SetupDiOpenDevRegKey")) {
+    rights[L"of the device"].insert(call.Number(5));
+  }
+  const std::wstring port = Parameters(*server.ports[0]);
+  const std::map<std::wstring, std::set<std::uint64_t>> expected = {
+      {port, {0x20019}},
+      {port + L"\\UI1", {0x20019}},
+      {L"make KDNBUS_T_" + std::wstring(kFirstPort), {0x2001F}},
+      {L"make UI1", {0x2001F}},
+      {BackupPath(*server.card, kFirstPort), {0x20019}},
+      {L"UI1", {0x20019}},
+      {Parameters(*server.card), {0x2001B}},
+      {workbench::kSerialCommKey, {0xF003F}},
+      {std::wstring(L"make ") + workbench::kPortsKey, {0x2001F}},
+      {L"of the device", {GENERIC_READ, GENERIC_WRITE}},
+  };
+  EXPECT_EQ(rights, expected);
 }
 
 TEST_F(InstallBackup, ABackupGoesUnlessItHasPageValues) {
