@@ -16,6 +16,21 @@ class InstallSort : public InstallFixture {
   [[nodiscard]] std::optional<std::uint32_t> Flag(const DeviceServer& server) {
     return machine.Registry().Dword(Parameters(*server.card), L"ChildPortNameSorted");
   }
+  // The calls that concern the installation of a device, without their common prefix, with what they held.
+  [[nodiscard]] std::string StepsOn(const Device& device) {
+    std::string steps;
+    for (const workbench::Call& call : machine.Calls().Log()) {
+      const std::string name = call.function;
+      if (name.find("Install") == std::string::npos) continue;
+      if (!call.injected && !call.detail.starts_with(device.instanceId)) continue;
+      steps += name.substr(7, name.size() - (name.ends_with('W') ? 8 : 7));  // "SetupDi", "W"
+      if (!call.injected) {
+        for (const wchar_t c : call.detail.substr(device.instanceId.size())) steps += static_cast<char>(c);
+      }
+      steps += ", ";
+    }
+    return steps;
+  }
 };
 
 TEST_F(InstallSort, PortsThatCameUpOutOfOrderEndInOrderWithOneRestart) {
@@ -27,12 +42,40 @@ TEST_F(InstallSort, PortsThatCameUpOutOfOrderEndInOrderWithOneRestart) {
   EXPECT_THAT(Restarts(), ElementsAre(server.card->instanceId));
   EXPECT_THAT(machine.ComNames().Claimed(), ElementsAre(5, 6, 7));
   EXPECT_THAT(Questions(), IsEmpty());
+  EXPECT_THAT(machine.Devices().EventsOf(DeviceEvent::Reenumerated), IsEmpty());
+}
+
+// Disabled and enabled for all hardware profiles or, where that is refused, for the present one. Where both
+// are refused the class installer is not called: it would do once more what the element held before.
+TEST_F(InstallSort, StepsOfARestart) {
+  const std::string before = "GetDeviceInstallParams, SetDeviceInstallParams DI_PROPERTIES_CHANGE, ";
+  const std::string behind = "CallClassInstaller DIF_PROPERTYCHANGE, GetDeviceInstallParams, ";
+  const auto change = [](const char* state, const char* scope) {
+    return std::string("SetClassInstallParams DICS_").append(state).append(" DICS_FLAG_") + scope +
+           " profile 0, ";
+  };
+  const std::string refused = "SetClassInstallParams, ";
+  const std::string disabled = before + change("DISABLE", "GLOBAL") + behind;
+  const std::string enabled[] = {change("ENABLE", "GLOBAL") + behind,
+                                 refused + change("ENABLE", "CONFIGSPECIFIC") + behind, refused + refused};
+  for (std::size_t refusals = 0; refusals < 3; ++refusals) {
+    wanted.number++;
+    const unsigned number = 10 * wanted.number;
+    const DeviceServer server = AddServer({number + 1, number});
+    machine.Calls().ClearLog();
+    machine.Calls().Inject({.function = "SetupDiSetClassInstallParamsW", .from = 2, .count = refusals});
+    InstallAll(server);
+    machine.Calls().ClearFaults();
+    EXPECT_EQ(StepsOn(*server.card), disabled + before + enabled[refusals]);
+  }
 }
 
 TEST_F(InstallSort, TheFirstFreeNumberFromThreeServesAsTheTemporaryOne) {
   AddForeignPort(machine, 3);
   const DeviceServer server = AddServer({6, 5});
+  server.ports[1]->port->openElsewhere = true;  // of no matter: nobody is asked during an installation
   InstallAll(server);
+  EXPECT_THAT(Questions(), IsEmpty());
   std::vector<std::wstring> defined;
   for (const auto& call : machine.Calls().CallsOf("DefineDosDeviceW")) {
     if (call.Number(0) == 1) defined.push_back(call.Text(1));
@@ -118,6 +161,14 @@ TEST_F(InstallSort, PortsInstalledAtOnceEndLikePortsInstalledOneByOne) {
     threads.emplace_back([this, port] { EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR)); });
   }
   for (std::thread& thread : threads) thread.join();
+  // Each under the mutex: what one thread does is not mixed with another's.
+  std::vector<DWORD> turns;
+  for (const workbench::Call& call : machine.Calls().Log()) {
+    const bool writes =
+        call.function == std::string("RegSetValueExW") || call.function == std::string("ComDBOpen");
+    if (writes && (turns.empty() || turns.back() != call.thread)) turns.push_back(call.thread);
+  }
+  EXPECT_LE(turns.size(), server.ports.size()) << "a thread may have the id of one that has ended";
   EXPECT_THAT(PortNames(server),
               ElementsAre(L"COM5", L"COM6", L"COM7", L"COM8", L"COM9", L"COM10", L"COM11", L"COM12"));
   ExpectAgreement();

@@ -148,6 +148,7 @@ BOOL WINAPI SetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTA
     return FailWith(ERROR_NO_CLASSINSTALL_PARAMS);
   }
   parameters->install = *given;
+  if ((given->Flags & DI_PROPERTIES_CHANGE) != 0) machine->Calls().Note(L"DI_PROPERTIES_CHANGE");
   if ((given->FlagsEx & DI_FLAGSEX_PROPCHANGE_PENDING) != 0 && data != nullptr) {
     machine->Devices().Find(data->DevInst)->changePending = true;
     machine->Calls().Note(L"DI_FLAGSEX_PROPCHANGE_PENDING");
