@@ -141,6 +141,7 @@ TEST_F(ComServer, LeavesTheThreadsLocaleAsItWas) {
   EXPECT_EQ(dll_.UnregisterServer(), S_OK);
   EXPECT_EQ(GetThreadLocale(), german);
   SetThreadLocale(before);
+  EXPECT_EQ(machine_.Calls().CallsOf("SetThreadLocale").at(0).Number(0), 0x800u) << "the system's default";
 }
 
 // Both registrations end in the same place on Wine, so it is the calls that tell.

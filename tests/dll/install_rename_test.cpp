@@ -30,7 +30,8 @@ TEST_F(InstallRename, MovesAllFivePlacesAndWritesTheDefaultSettings) {
   EXPECT_FALSE(machine.ComNames().IsClaimed(5));
   EXPECT_THAT(Questions(), IsEmpty());
   EXPECT_TRUE(port->changePending);
-  EXPECT_EQ(machine.Devices().EventsOf(DeviceEvent::Reenumerated).size(), 1u);
+  EXPECT_THAT(machine.Devices().EventsOf(DeviceEvent::Reenumerated),
+              ElementsAre(machine.Devices().Root().instanceId));
   EXPECT_THAT(Restarts(), IsEmpty());
 }
 
@@ -64,10 +65,11 @@ TEST_F(InstallRename, CallsThePlatformInTheStatedOrder) {
   EXPECT_EQ(machine.Calls().CallsOf("ComDBClaimPort").at(0).Number(2), 1u);
   const auto devices = machine.Calls().CallsOf("SetupDiGetClassDevsW").at(0);
   EXPECT_EQ(devices.Number(3), 6u);
+  EXPECT_EQ(machine.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6u);
 }
 
 // "PortName" is written without its terminator (what the registry makes of that is its own business); the
-// Ports value is written with it.
+// Ports value and the map's are written with it.
 TEST_F(InstallRename, HowNamesAreWritten) {
   Rename(L"COM19");
   std::map<std::wstring, std::uint64_t> sizes;
@@ -77,6 +79,7 @@ TEST_F(InstallRename, HowNamesAreWritten) {
   }
   EXPECT_EQ(sizes[L"PortName"], 10u);
   EXPECT_EQ(sizes[L"COM19:"], 22u);
+  EXPECT_EQ(sizes[port->port->kernelDevice], 12u);
   SetRaw(*port, L"PortName", REG_SZ, L"COM19");
   EXPECT_EQ(Rename(L"COM9"), 1);
   EXPECT_EQ(PortName(*port), L"COM9");

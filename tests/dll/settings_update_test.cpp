@@ -75,6 +75,8 @@ TEST_F(SettingsUpdateTest, PortThatOpensIsNotRestarted) {
   const auto opens = machine_.Calls().CallsOf("CreateFileW");
   ASSERT_FALSE(opens.empty());
   EXPECT_EQ(opens.back().Text(0), L"\\\\.\\COM6") << "asked last, when the drivers have the settings";
+  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiGetClassDevsW").at(0).Number(3), 6U);
+  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6U);
 }
 
 TEST_F(SettingsUpdateTest, PortInUseIsDisabledAndEnabledAgain) {
