@@ -50,6 +50,26 @@ std::wstring FormatMessageBoxes(const std::vector<MessageBoxRecord>& boxes) {
   return text;
 }
 
+DriverValues ValuesOf(SampleHost& host) {
+  DriverValues values;
+  for (unsigned number = 1; number <= SampleHost::kPorts; ++number) {
+    for (const std::uint32_t set : {kPortSet, kBusSet}) values.push_back(host.Driver(number).Current(set));
+  }
+  return values;
+}
+
+std::wstring FormatChanges(const DriverValues& before, const DriverValues& after) {
+  std::wstring text;
+  for (std::size_t at = 0; at < before.size(); ++at) {
+    const std::wstring where = L"  Driver of port " + std::to_wstring(at / 2 + 1) + L", set " +
+                               std::to_wstring(before[at].Selector()) + L": ";
+    for (const std::string& change : Differences(before[at], after.at(at))) {
+      text += where + Widen(change) + L"\n";
+    }
+  }
+  return text;
+}
+
 std::vector<std::wstring> ViolationsOf(SampleHost& host) {
   std::vector<std::wstring> violations;
   for (const std::string& text : host.Host().Calls().Violations()) violations.push_back(Widen(text));
@@ -67,6 +87,12 @@ std::vector<std::wstring> ViolationsOf(SampleHost& host) {
     }
   }
   return violations;
+}
+
+bool ReportViolations(SampleHost& host) {
+  const std::vector<std::wstring> violations = ViolationsOf(host);
+  for (const std::wstring& violation : violations) Print(L"VIOLATION: " + violation + L"\n");
+  return violations.empty();
 }
 
 }  // namespace workbench

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "workbench/host/on_screen.h"
+
 namespace workbench {
 namespace {
 
@@ -32,19 +34,11 @@ std::vector<HPROPSHEETPAGE> AskForPages(const Dll& dll, DeviceElement& element) 
   return pages;
 }
 
-void Center(HWND window) {
-  RECT frame{};
-  GetWindowRect(window, &frame);
-  const int left = (GetSystemMetrics(SM_CXSCREEN) - (frame.right - frame.left)) / 2;
-  const int top = (GetSystemMetrics(SM_CYSCREEN) - (frame.bottom - frame.top)) / 2;
-  SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 }  // namespace
 
 PageSheet::PageSheet(Machine& machine, const Dll& dll, Device& device, const std::wstring& caption,
                      HWND owner)
-    : element_(machine, device) {
+    : element_(machine, device), owner_(owner) {
   std::vector<HPROPSHEETPAGE> pages = AskForPages(dll, element_);
   PROPSHEETHEADERW header{};
   header.dwSize = sizeof header;
@@ -56,8 +50,10 @@ PageSheet::PageSheet(Machine& machine, const Dll& dll, Device& device, const std
   const INT_PTR sheet = PropertySheetW(&header);
   if (sheet == 0 || sheet == -1) throw std::runtime_error("The property sheet does not open");
   sheet_ = reinterpret_cast<HWND>(sheet);
-  Center(sheet_);
+  CenterOnScreen(sheet_);
   ShowWindow(sheet_, SW_SHOW);
+  SetActiveWindow(sheet_);
+  if (owner_) EnableWindow(owner_, FALSE);
 }
 
 PageSheet::~PageSheet() {
@@ -75,14 +71,7 @@ bool PageSheet::IsOpen() const {
 }
 
 void PageSheet::Settle() const {
-  MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (PropSheet_IsDialogMessage(sheet_, &message)) continue;
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-  RedrawWindow(sheet_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-  GdiFlush();
+  PaintNow(sheet_);
 }
 
 void PageSheet::RunUntilClosed() {
@@ -103,6 +92,8 @@ bool PageSheet::Take(MSG& message) {
 }
 
 void PageSheet::Destroy() {
+  // First the owner, or the system would activate another program's window.
+  if (owner_) EnableWindow(owner_, TRUE);
   if (const HWND sheet = std::exchange(sheet_, nullptr)) DestroyWindow(sheet);
 }
 

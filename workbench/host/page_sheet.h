@@ -17,7 +17,8 @@ namespace workbench {
 class PageSheet {
  public:
   // Asks the DLL for the device's advanced pages and opens the sheet, modeless, in the middle of the
-  // screen. Throws std::runtime_error when the DLL gives no page or the sheet does not open.
+  // screen. An owner waits for it, disabled. Throws std::runtime_error when the DLL gives no page or the
+  // sheet does not open.
   PageSheet(Machine& machine, const Dll& dll, Device& device, const std::wstring& caption,
             HWND owner = nullptr);
   ~PageSheet();  // closes it as the Cancel button does
@@ -40,6 +41,7 @@ class PageSheet {
   void Destroy();
 
   DeviceElement element_;  // Device Manager keeps its set while the sheet is open
+  HWND owner_;
   HWND sheet_ = nullptr;
 };
 

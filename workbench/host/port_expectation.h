@@ -8,20 +8,17 @@
 #include <vector>
 
 #include "workbench/drivers/set_layout.h"
+#include "workbench/host/expected_control.h"
 #include "workbench/server/port_state.h"
 
 namespace workbench {
 
-struct ExpectedText {
-  int control;
-  std::wstring shows;
-};
 struct ExpectedCheckBox {
   bool checked = false;
   bool enabled = true;
 };
 struct PageExpectation {
-  std::vector<ExpectedText> texts;  // the eight values
+  std::vector<ExpectedControl> texts;  // the eight values
   bool duplexShown = false;
   ExpectedCheckBox cts{};
   ExpectedCheckBox dsr{};

@@ -39,6 +39,7 @@ constexpr std::array kPortSettings = {
 
 SampleHost::SampleHost() {
   web_.Start();
+  AddForeignPort(machine_, 1);
   server_ = AddDeviceServer(machine_, {.comNumbers = {5, 6, 7, 8},
                                        .driver = [this](unsigned index) { return &drivers_.at(index); }});
   for (unsigned number = 1; number <= kPorts; ++number) SetUpPort(number);
@@ -50,6 +51,7 @@ void SampleHost::SetUpPort(unsigned number) {
   bus.SetNumber("AddressToConnect", kLoopbackAddress);
   bus.SetNumber("ServerWebPort", web_.Port());
   bus.SetNumber("PortNumber", 4000 + number);
+  bus.SetNumber("ConnectionAttemptTimeout", 5);
   bus.SetNumber("SerialPortIndex", number);
   bus.SetNumber("MACAddress1", 0x0004D3A2);
   bus.SetNumber("MACAddress2", 0x1B70);

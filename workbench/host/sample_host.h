@@ -12,8 +12,8 @@
 namespace workbench {
 
 // A simulated machine with a device server of four ports, COM5 to COM8, their drivers, and the device
-// server's web side on loopback. Each port is set differently on the device and in the drivers, so that it
-// shows where a value comes from:
+// server's web side on loopback; the machine's own serial port is COM1. Each port is set differently on the
+// device and in the drivers, so that it shows where a value comes from:
 //   1  RS-232, connected
 //   2  RS-232, idle, without a DSR line, ordered to show CTS always
 //   3  RS-485 half duplex, tunneling

@@ -31,13 +31,7 @@ bool CheckRequests(const std::vector<LoggedRequest>& requests, unsigned number, 
          requests[0].status == 200;
 }
 
-bool CheckDriver(PortDriver& driver, const PageExpectation& expectation, const ParameterValues& portBefore,
-                 const ParameterValues& busBefore) {
-  for (const auto* before : {&portBefore, &busBefore}) {
-    for (const std::string& change : Differences(*before, driver.Current(before->Selector()))) {
-      Print(L"  Driver set " + std::to_wstring(before->Selector()) + L": " + Widen(change) + L"\n");
-    }
-  }
+bool CheckDriver(PortDriver& driver, const PageExpectation& expectation) {
   std::vector<std::string> faults = Differences(expectation.port, driver.Current(kPortSet));
   for (std::string& fault : Differences(expectation.bus, driver.Current(kBusSet)))
     faults.push_back(std::move(fault));
@@ -51,15 +45,13 @@ void ShowPage::Describe(CLI::App& app) {
   app.add_option("--port", port_, "number of the port on the device server; without it, all are shown")
       ->check(CLI::Range(1u, SampleHost::kPorts));
   app.add_flag("--offline", offline_, "the device server cannot be reached");
-  app.add_flag("--interactive", interactive_,
-               "leave the sheet open until it is closed, with message boxes shown");
-  app.add_option("--png", pictureFile_,
-                 "write a picture of the page to this file; with several ports, of the first");
+  app.add_option("--png", files_, "write a picture of this port's page to this file; may be given repeatedly")
+      ->type_name("PORT FILE");
 }
 
 int ShowPage::Run() {
   const bool right = ShowAll();
-  if (picture_) picture_->Save(Widen(pictureFile_));
+  for (const auto& [file, picture] : pictures_) picture.Save(Widen(file));
   Print(!right     ? L"\nNot everything is as it should be.\n"
         : offline_ ? L"\nEverything is as it should be with the device out of reach.\n"
                    : L"\nEverything is as the device said.\n");
@@ -73,23 +65,19 @@ bool ShowPage::ShowAll() {
   {
     const Dll dll(host.Host());
     const unsigned first = port_ ? port_ : 1;
-    const unsigned last = port_ || interactive_ ? first : SampleHost::kPorts;
-    if (interactive_) LeaveOpen(host, dll, first);
-    for (unsigned number = first; number <= last && !interactive_; ++number) {
+    const unsigned last = port_ ? first : SampleHost::kPorts;
+    for (unsigned number = first; number <= last; ++number) {
       right = ShowPort(host, dll, number) && right;
     }
   }
-  const std::vector<std::wstring> violations = ViolationsOf(host);
-  for (const std::wstring& violation : violations) Print(L"VIOLATION: " + violation + L"\n");
-  return right && violations.empty();
+  return ReportViolations(host) && right;
 }
 
 bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) {
   PortDriver& driver = host.Driver(number);
-  const ParameterValues portBefore = driver.Current(kPortSet);
-  const ParameterValues busBefore = driver.Current(kBusSet);
+  const DriverValues before = ValuesOf(host);
   const auto said = offline_ ? std::nullopt : std::optional(host.Web().PortAt(number));
-  const PageExpectation expectation = ExpectPage(said, portBefore, busBefore);
+  const PageExpectation expectation = ExpectPage(said, driver.Current(kPortSet), driver.Current(kBusSet));
   host.Host().Screen().messageBoxes.clear();
   host.Web().ClearRequests();
 
@@ -99,19 +87,16 @@ bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) {
   sheet.Settle();
   const std::vector<ControlCheck> checks = CheckPage(sheet.Page(), expectation);
   Print(FormatChecks(checks, offline_ ? L"Drivers said" : L"Device said"));
-  if (!pictureFile_.empty() && !picture_) picture_.emplace(sheet.Window());
+  for (const auto& [port, file] : files_) {
+    if (port == number) pictures_.emplace_back(file, Picture(sheet.Window()));
+  }
 
+  Print(FormatChanges(before, ValuesOf(host)));
   bool right = AllAgree(checks);
-  right = CheckDriver(driver, expectation, portBefore, busBefore) && right;
+  right = CheckDriver(driver, expectation) && right;
   right = CheckRequests(host.Web().Requests(), number, offline_) && right;
   right = CheckMessageBoxes(host.Host().Screen().messageBoxes, offline_) && right;
   return right;
-}
-
-void ShowPage::LeaveOpen(SampleHost& host, const Dll& dll, unsigned number) const {
-  host.Host().Screen().ShowMessageBoxes(true);
-  PageSheet sheet(host.Host(), dll, host.Port(number), CaptionOf(host.Host(), host.Port(number)));
-  sheet.RunUntilClosed();
 }
 
 }  // namespace workbench

@@ -1,8 +1,9 @@
 // workbench show-page: a port's page in a real property sheet, compared with what the device said.
 #pragma once
 
-#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "workbench/host/command.h"
 #include "workbench/host/picture.h"
@@ -24,13 +25,11 @@ class ShowPage : public Command {
  private:
   [[nodiscard]] bool ShowAll();
   [[nodiscard]] bool ShowPort(SampleHost& host, const Dll& dll, unsigned number);
-  void LeaveOpen(SampleHost& host, const Dll& dll, unsigned number) const;
 
   unsigned port_ = 0;
   bool offline_ = false;
-  bool interactive_ = false;
-  std::string pictureFile_;
-  std::optional<Picture> picture_;
+  std::vector<std::pair<unsigned, std::string>> files_;  // of which port, and where
+  std::vector<std::pair<std::string, Picture>> pictures_;
 };
 
 }  // namespace workbench

@@ -17,7 +17,7 @@ ParameterValues BusOfPort(std::uint32_t index) {
 }
 
 std::wstring TextOf(const PageExpectation& page, int control) {
-  const auto found = std::ranges::find(page.texts, control, &ExpectedText::control);
+  const auto found = std::ranges::find(page.texts, control, &ExpectedControl::control);
   return found == page.texts.end() ? L"(none)" : found->shows;
 }
 

@@ -1,0 +1,114 @@
+#include "workbench/host/control_check.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "workbench/host/text_table.h"
+
+namespace workbench {
+namespace {
+
+constexpr std::wstring_view kInUse = L" (in use)";
+
+std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
+bool IsOfClass(HWND window, const wchar_t* name) {
+  wchar_t own[32] = L"";
+  GetClassNameW(window, own, 32);
+  return lstrcmpiW(own, name) == 0;
+}
+
+bool IsCheckBox(HWND window) {
+  const auto kind = GetWindowLongPtrW(window, GWL_STYLE) & BS_TYPEMASK;
+  return IsOfClass(window, WC_BUTTONW) && (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX);
+}
+
+std::vector<std::wstring> EntriesOf(HWND combo) {
+  std::vector<std::wstring> entries;
+  const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
+  for (LRESULT at = 0; at < count; ++at) {
+    const auto index = static_cast<WPARAM>(at);
+    std::wstring entry(static_cast<std::size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, index, 0)), L'\0');
+    SendMessageW(combo, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(entry.data()));
+    entries.push_back(std::move(entry));
+  }
+  return entries;
+}
+
+std::wstring SelectedOf(HWND combo) {
+  const LRESULT index = SendMessageW(combo, CB_GETCURSEL, 0, 0);
+  return index == CB_ERR ? L"(no selection)" : EntriesOf(combo).at(static_cast<std::size_t>(index));
+}
+
+}  // namespace
+
+std::wstring CheckBoxInWords(bool checked, bool enabled) {
+  return std::wstring(checked ? L"checked" : L"not checked") + (enabled ? L"" : L", greyed");
+}
+
+std::wstring ReadControl(HWND page, int control) {
+  const HWND window = GetDlgItem(page, control);
+  if (!window) return L"(missing)";
+  if (!(GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE)) return L"(hidden)";
+  if (IsCheckBox(window)) {
+    return CheckBoxInWords(SendMessageW(window, BM_GETCHECK, 0, 0) == BST_CHECKED,
+                           IsWindowEnabled(window) != FALSE);
+  }
+  return IsOfClass(window, WC_COMBOBOXW) ? SelectedOf(window) : TextOf(window);
+}
+
+std::wstring NumbersInUseInWords(const std::vector<std::wstring>& names, std::size_t entries) {
+  std::wstring text;
+  for (const std::wstring& name : names) text += name + L" ";
+  return text + L"of " + std::to_wstring(entries);
+}
+
+std::wstring ReadNumbersInUse(HWND page, int combo) {
+  const std::vector<std::wstring> entries = EntriesOf(GetDlgItem(page, combo));
+  std::vector<std::wstring> inUse;
+  for (const std::wstring& entry : entries) {
+    if (entry.ends_with(kInUse)) inUse.push_back(entry.substr(0, entry.size() - kInUse.size()));
+  }
+  return NumbersInUseInWords(inUse, entries.size());
+}
+
+std::wstring LabelText(HWND label) {
+  std::wstring text = TextOf(label);
+  std::erase(text, L'&');
+  while (text.ends_with(L':') || text.ends_with(L' ')) text.pop_back();
+  return text;
+}
+
+std::wstring LabelOf(HWND page, int control) {
+  const HWND window = GetDlgItem(page, control);
+  const bool ownText = IsOfClass(window, WC_BUTTONW) && GetWindowTextLengthW(window) > 0;
+  return LabelText(ownText ? window : GetWindow(window, GW_HWNDPREV));
+}
+
+std::vector<ControlCheck> CheckControls(HWND page, const std::vector<ExpectedControl>& expected) {
+  std::vector<ControlCheck> checks;
+  for (const ExpectedControl& one : expected) {
+    checks.push_back({one.control, LabelOf(page, one.control), ReadControl(page, one.control), one.shows});
+  }
+  return checks;
+}
+
+bool AllAgree(const std::vector<ControlCheck>& checks) {
+  return std::ranges::all_of(checks, &ControlCheck::Agrees);
+}
+
+std::wstring FormatChecks(const std::vector<ControlCheck>& checks, const std::wstring& source) {
+  TextTable table({L"Id", L"Label", L"Shows", source, L""});
+  for (const ControlCheck& check : checks) {
+    table.Add({check.control == 0 ? L"" : std::to_wstring(check.control), check.label, check.shows,
+               check.expected, check.Agrees() ? L"ok" : L"DIFFERS"});
+  }
+  return table.Text();
+}
+
+}  // namespace workbench
