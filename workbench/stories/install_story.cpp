@@ -40,7 +40,8 @@ void InstallStory::Table(const std::wstring& when) {
     Tell(L"Asked: \"" + box.text + L"\"");
     Tell(box.answer == IDYES ? L"Answered: Yes" : L"Answered: No");
   }
-  print_(L"\n" + when + L":\n" + FormatPlaces(AllComPlaces(machine_)));
+  const std::vector<ComPlaces> places = AllComPlaces(machine_);
+  print_(L"\n" + when + L":\n" + (places.empty() ? L"(no port is there)\n" : FormatPlaces(places)));
 }
 
 void InstallStory::Expect(bool holds, const std::wstring& what) {

@@ -1,0 +1,68 @@
+// A stand-in for Device Manager's window.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+
+#include "base/unique_handle.h"
+#include "workbench/machine/machine.h"
+
+namespace workbench {
+
+struct ImageListTraits {
+  using Handle = HIMAGELIST;
+  static Handle Invalid() noexcept { return nullptr; }
+  static void Close(Handle handle) noexcept { ImageList_Destroy(handle); }
+};
+
+// The devices of a machine in a tree. A double click or Enter on a port opens its property sheet with the
+// DLL's page; the window waits for the sheet, and then shows what has become of the devices. Belongs to the
+// thread that made it.
+class TreeWindow {
+ public:
+  // Shows the window in the middle of the screen. Throws std::runtime_error when there is none.
+  TreeWindow(Machine& machine, const Dll& dll);
+  ~TreeWindow();
+  TreeWindow(const TreeWindow&) = delete;
+  TreeWindow& operator=(const TreeWindow&) = delete;
+
+  // Called before a device's sheet opens and after it has closed.
+  std::function<void(Device&)> opening = [](Device&) {};
+  std::function<void(Device&)> closed = [](Device&) {};
+
+  [[nodiscard]] HWND Window() const { return window_; }
+  [[nodiscard]] HWND Tree() const { return tree_; }
+  // The line at the bottom, which tells what to do or why a device does not open.
+  [[nodiscard]] std::wstring Status() const;
+  void Select(const Device& device);
+
+  // Handles messages until the user has closed the window.
+  void RunUntilClosed();
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
+  void MakeWindow();
+  void MakeControls();
+  void MakeImages();
+  void Layout();
+  void Fill();
+  LRESULT OnNotify(const NMHDR& notification);
+  [[nodiscard]] Device* SelectedDevice() const;
+  void OpenSelected();
+  void SetStatus(const std::wstring& text);
+
+  Machine& machine_;
+  const Dll& dll_;
+  HWND window_ = nullptr;
+  HWND tree_ = nullptr;
+  HWND status_ = nullptr;
+  CUniqueHandle<GdiHandleTraits<HFONT>> font_;
+  CUniqueHandle<ImageListTraits> images_;
+};
+
+}  // namespace workbench
