@@ -72,11 +72,13 @@ void CUtils::FillChoiceCombo(const HWND& combo, ChoiceList list, std::int32_t va
     list.push_back({CWideString::Format(L"%d", value), value});
   }
   SendMessageW(combo, CB_RESETCONTENT, 0, 0);
+  LRESULT selectedIndex = -1;
   for (std::size_t at = 0; at < list.size(); ++at) {
     const LRESULT index = AddText(combo, list[at].text);
     SendMessageW(combo, CB_SETITEMDATA, static_cast<WPARAM>(index), list[at].value);
-    if (at == *selected) Select(combo, index);
+    if (at == *selected) selectedIndex = index;
   }
+  Select(combo, selectedIndex);
 }
 
 void CUtils::FillStringCombo(const HWND& combo, std::vector<CWideString> list,
