@@ -183,8 +183,10 @@ LRESULT CKdUIPropertyPage::OnApply() {
   return PSNRET_NOERROR;
 }
 
-// Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone.
+// Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone,
+// and a port whose name cannot be read has no place here.
 void CKdUIPropertyPage::WritePortsDefault(const CWideString& portName) const {
+  if (portName.IsEmpty()) return;
   static_cast<void>(CUtils().WritePortsDefaultSettings(portName, portSet_.Baudrate, portSet_.Databits,
                                                        portSet_.Parity, portSet_.Stopbits,
                                                        portSet_.FlowControl));

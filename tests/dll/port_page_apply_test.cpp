@@ -92,6 +92,19 @@ TEST(PortPageApply, DriverThatRefusesKeepsItsSettings) {
   EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
 }
 
+// A port without a name cannot be opened, so the question comes; a yes writes to the driver alone.
+TEST(PortPageApply, WithoutAPortNameNothingGoesToThePortsKey) {
+  PortPageRig rig;
+  PortSheet sheet(rig);
+  rig.machine.Registry().DeleteValue(workbench::ParametersKeyOf(rig.Port().instanceId), L"PortName");
+  rig.machine.Screen().Answer(IDYES);
+  sheet.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
+  EXPECT_TRUE(sheet.PressOk());
+  EXPECT_EQ(rig.Boxes().size(), 1u);
+  EXPECT_EQ(rig.PortSet().Number("EmulateCTSTrue"), 1u);
+  EXPECT_EQ(rig.machine.Registry().Text(workbench::kPortsKey, L":"), std::nullopt);
+}
+
 TEST(PortPageApply, OfflineDeviceIsToldAndTheSettingsAreWritten) {
   PortPageRig rig;
   PortSheet sheet(rig);
