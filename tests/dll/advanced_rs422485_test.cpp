@@ -48,7 +48,12 @@ TEST_F(AdvancedRs422485, OffersTheSupportedModes) {
 TEST_F(AdvancedRs422485, WritesTheModeAndTellsEverybody) {
   EXPECT_EQ(Choose(kRs485).result, 1);
   EXPECT_THAT(Written(), ElementsAre("DuplexMode 1 -> 2"));
-  EXPECT_THAT(machine_.Screen().broadcasts, ElementsAre(static_cast<UINT>(WM_DEVICECHANGE)));
+  const auto broadcasts = machine_.Calls().CallsOf("BroadcastSystemMessageW");
+  ASSERT_EQ(broadcasts.size(), 1u);
+  EXPECT_EQ(broadcasts[0].Number(0), 0x1u) << "asked, not posted";
+  EXPECT_EQ(broadcasts[0].Number(2), static_cast<UINT>(WM_DEVICECHANGE));
+  EXPECT_EQ(broadcasts[0].Number(3), 0x8006u) << "DBT_CUSTOMEVENT";
+  EXPECT_EQ(broadcasts[0].detail, L"to all, about {4d36e978-e325-11ce-bfc1-08002be10318}");
 }
 
 TEST_F(AdvancedRs422485, APortInUseAsks) {

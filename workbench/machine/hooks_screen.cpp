@@ -1,9 +1,11 @@
 // What the user sees and hears, and what is started for him.
 #include <windows.h>
 
+#include <dbt.h>
 #include <htmlhelp.h>
 #include <shellapi.h>
 
+#include "workbench/machine/device_text.h"
 #include "workbench/machine/hooks.h"
 
 namespace workbench {
@@ -51,9 +53,20 @@ HWND WINAPI Help(HWND owner, const wchar_t* topic, UINT command, DWORD_PTR data)
   return owner == nullptr ? GetDesktopWindow() : owner;
 }
 
-LONG WINAPI Broadcast(DWORD, DWORD* recipients, UINT message, WPARAM, LPARAM) {
+// A device event carries the description of what it is about.
+LONG WINAPI Broadcast(DWORD, DWORD* recipients, UINT message, WPARAM, LPARAM lParam) {
   MachineLock machine;
-  if (recipients == nullptr) machine->Calls().Note(L"to all");
+  std::wstring detail = recipients == nullptr ? L"to all" : L"to some";
+  if (message == WM_DEVICECHANGE) {
+    const auto* about = reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_W*>(lParam);
+    if (about == nullptr || about->dbcc_size != sizeof(*about) ||
+        about->dbcc_devicetype != DBT_DEVTYP_DEVICEINTERFACE || about->dbcc_name[0] != L'\0') {
+      machine->Calls().Violate("not the description of a class of devices");
+    } else {
+      detail += L", about " + GuidText(about->dbcc_classguid);
+    }
+  }
+  machine->Calls().Note(detail);
   machine->Screen().broadcasts.push_back(message);
   return 1;
 }
