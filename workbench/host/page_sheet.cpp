@@ -52,7 +52,8 @@ PageSheet::PageSheet(Machine& machine, const Dll& dll, Device& device, const std
   sheet_ = reinterpret_cast<HWND>(sheet);
   CenterOnScreen(sheet_);
   ShowWindow(sheet_, SW_SHOW);
-  SetActiveWindow(sheet_);
+  // Wine gives a program's first dialog the caption of an inactive window.
+  if (GetForegroundWindow() == sheet_) SendMessageW(sheet_, WM_NCACTIVATE, TRUE, 0);
   if (owner_) EnableWindow(owner_, FALSE);
 }
 
