@@ -47,23 +47,31 @@ TEST(PortPageLifetime, NullPointersAreRefusals) {
 
 struct FailureRow {
   const char* name;
-  const char* function;  // failed from its first call on; null: the driver refuses set 1
+  void (*breakIt)(PortPageRig&);
+};
+
+void FailAll(PortPageRig& rig, const char* function) {
+  rig.machine.Calls().Inject({.function = function, .count = workbench::Fault::kEveryLater});
+}
+
+const FailureRow kFailures[] = {
+    {"no configuration interface", [](PortPageRig& rig) { FailAll(rig, "SetupDiEnumDeviceInterfaces"); }},
+    {"driver cannot be opened", [](PortPageRig& rig) { FailAll(rig, "CreateFileW"); }},
+    {"driver does not answer", [](PortPageRig& rig) { FailAll(rig, "DeviceIoControl"); }},
+    {"port without a parent", [](PortPageRig& rig) { FailAll(rig, "CM_Get_Parent"); }},
+    {"parent is gone", [](PortPageRig& rig) { rig.server.card->present = false; }},
+    {"bus set is refused",
+     [](PortPageRig& rig) {
+       rig.Driver().Inject(
+           {.operation = workbench::DriverFault::Operation::Read, .selector = workbench::kBusSet});
+     }},
 };
 
 TEST(PortPageLifetime, PortWhoseSettingsCannotBeReadGetsNoPage) {
-  for (const FailureRow& row :
-       {FailureRow{"no configuration interface", "SetupDiEnumDeviceInterfaces"},
-        FailureRow{"driver cannot be opened", "CreateFileW"},
-        FailureRow{"driver does not answer", "DeviceIoControl"},
-        FailureRow{"parent is gone", "CM_Get_Parent"}, FailureRow{"bus set is refused", nullptr}}) {
+  for (const FailureRow& row : kFailures) {
     SCOPED_TRACE(row.name);
     PortPageRig rig;
-    if (row.function != nullptr) {
-      rig.machine.Calls().Inject({.function = row.function, .count = workbench::Fault::kEveryLater});
-    } else {
-      rig.Driver().Inject(
-          {.operation = workbench::DriverFault::Operation::Read, .selector = workbench::kBusSet});
-    }
+    row.breakIt(rig);
     const PageRequest answer(rig, 0);
     EXPECT_FALSE(answer.result);
     EXPECT_EQ(answer.offered, 0u);
