@@ -1,6 +1,8 @@
 // The file that ships: what it exports and imports, how it is hardened, what it says about itself.
 #include <windows.h>
 
+#include <winternl.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -76,6 +78,41 @@ TEST_F(ModuleImage, ImportsOnlyWhatAnInstallerHasLoaded) {
                                             "msvcrt.dll",   "setupapi.dll", "user32.dll"};
   EXPECT_THAT(allowed, testing::IsSupersetOf(names));
   EXPECT_THAT(names, testing::Contains("setupapi.dll"));
+}
+
+// What the loader tells about a library that comes in.
+struct LoaderNotice {
+  ULONG flags;
+  const UNICODE_STRING* path;
+  const UNICODE_STRING* name;
+};
+using LoaderCallback = void(CALLBACK*)(ULONG reason, const LoaderNotice* notice, void* names);
+using RegisterNotification = LONG(NTAPI*)(ULONG, LoaderCallback, void*, void** cookie);
+using UnregisterNotification = LONG(NTAPI*)(void* cookie);
+
+template <class Function>
+Function FindInLoader(const char* name) {
+  const auto address = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name);
+  return reinterpret_cast<Function>(reinterpret_cast<void (*)()>(address));
+}
+
+// Loaded and freed on the way counts too: the cost is the same.
+TEST_F(ModuleImage, LoadingItLoadsNothingElse) {
+  FreeLibrary(module_);
+  const HMODULE held = LoadLibraryW(L"setupapi.dll");
+  std::vector<std::wstring> names;
+  const LoaderCallback note = [](ULONG reason, const LoaderNotice* notice, void* list) {
+    constexpr ULONG kLoaded = 1;
+    const std::wstring name(notice->name->Buffer, notice->name->Length / sizeof(wchar_t));
+    if (reason == kLoaded) static_cast<std::vector<std::wstring>*>(list)->push_back(name);
+  };
+  void* cookie = nullptr;
+  const auto enter = FindInLoader<RegisterNotification>("LdrRegisterDllNotification");
+  ASSERT_EQ(enter(0, note, &names, &cookie), 0);
+  module_ = LoadLibraryW(L"KdUUI10.DLL");
+  FindInLoader<UnregisterNotification>("LdrUnregisterDllNotification")(cookie);
+  FreeLibrary(held);
+  EXPECT_THAT(names, testing::ElementsAre(L"KdUUI10.DLL"));
 }
 
 TEST_F(ModuleImage, IsHardenedReproducibleAndStripped) {
