@@ -156,8 +156,9 @@ std::optional<CWideString> ExtractTagValue(const CWideString& text, std::wstring
   const std::size_t open = text.Find(openTag);
   const std::size_t close = text.Find(closeTag);
   if (open == CWideString::kNotFound || close == CWideString::kNotFound || close <= open) return std::nullopt;
-  const CWideString rest = text.Mid(open + openTag.size());
-  return rest.Left(rest.Find(closeTag));
+  const std::size_t from = open + openTag.size();
+  const std::size_t end = text.Find(closeTag, from);
+  return text.Mid(from, end == CWideString::kNotFound ? end : end - from);
 }
 
 PortStatus AdoptStatusDocument(const CWideString& document, CVcpParameters& port,
