@@ -12,11 +12,11 @@
 namespace {
 
 constexpr wchar_t kSerialMapKey[] = L"Hardware\\DeviceMap\\SERIALCOMM";
-constexpr wchar_t kPortsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports";
-constexpr wchar_t kPortsDefault[] = L"9600,n,8,1";
 
-DWORD TextBytes(const CWideString& text) {
-  return static_cast<DWORD>((text.Length() + 1) * sizeof(wchar_t));
+bool WriteText(HKEY key, const CWideString& value, const CWideString& text) {
+  const auto bytes = static_cast<DWORD>((text.Length() + 1) * sizeof(wchar_t));
+  return RegSetValueExW(key, value.Text(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.Text()), bytes) ==
+         ERROR_SUCCESS;
 }
 
 DWORD NumberOf(const CWideString& comName) {
@@ -34,8 +34,7 @@ bool MapKernelDevice(const CWideString& kernelPath, const CWideString& comName) 
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSerialMapKey, 0, KEY_ALL_ACCESS, map.Put()) != ERROR_SUCCESS) {
     return false;
   }
-  return RegSetValueExW(map.Get(), kernelPath.Text(), 0, REG_SZ,
-                        reinterpret_cast<const BYTE*>(comName.Text()), TextBytes(comName)) == ERROR_SUCCESS;
+  return WriteText(map.Get(), kernelPath, comName);
 }
 
 bool RenameInFriendlyName(const CCOMPortUtil& port, const CWideString& oldName, const CWideString& newName) {
@@ -116,10 +115,14 @@ bool CCOMPortUtil::IsComNumberFree(DWORD number) const {
 }
 
 std::optional<ComUsage> CCOMPortUtil::ReadComUsage() const {
-  if (database_ == HCOMDB_INVALID_HANDLE_VALUE) return std::nullopt;
+  return ::ReadComUsage(database_);
+}
+
+std::optional<ComUsage> ReadComUsage(HCOMDB database) {
+  if (database == HCOMDB_INVALID_HANDLE_VALUE) return std::nullopt;
   ComUsage usage{};
   DWORD reported = 0;
-  if (ComDBGetCurrentPortUsage(database_, usage.data(), static_cast<DWORD>(usage.size()), CDB_REPORT_BYTES,
+  if (ComDBGetCurrentPortUsage(database, usage.data(), static_cast<DWORD>(usage.size()), CDB_REPORT_BYTES,
                                &reported) != ERROR_SUCCESS) {
     return std::nullopt;
   }
@@ -149,16 +152,19 @@ int RenameDosDeviceAndSerialComm(const CWideString& oldName, const CWideString& 
   return MapKernelDevice(kernelPath, newName) ? 1 : 0;
 }
 
+bool WritePortsSettings(const CWideString& comName, const CWideString& settings) {
+  CRegistryKey ports;
+  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports", 0,
+                      nullptr, REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr, ports.Put(),
+                      nullptr) != ERROR_SUCCESS) {
+    return false;
+  }
+  return WriteText(ports.Get(), comName + L":", settings);
+}
+
 void WritePortsDefault(HDEVINFO set, const SP_DEVINFO_DATA& element) {
   CWideString name;
-  if (!ReadDevRegString(set, element, L"PortName", name)) return;
-  CRegistryKey ports;
-  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, kPortsKey, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                      KEY_READ | KEY_WRITE, nullptr, ports.Put(), nullptr) != ERROR_SUCCESS) {
-    return;
-  }
-  RegSetValueExW(ports.Get(), (name + L":").Text(), 0, REG_SZ, reinterpret_cast<const BYTE*>(kPortsDefault),
-                 sizeof(kPortsDefault));
+  if (ReadDevRegString(set, element, L"PortName", name)) WritePortsSettings(name, L"9600,n,8,1");
 }
 
 void WritePortsDefault(const CKDDeviceRegInfo& port) {

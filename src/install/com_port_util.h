@@ -39,6 +39,9 @@ class CCOMPortUtil : public CKDDeviceRegInfo {
   HCOMDB database_ = HCOMDB_INVALID_HANDLE_VALUE;
 };
 
+// All numbers of a database that the caller opened; nothing when it is not open or does not answer.
+[[nodiscard]] std::optional<ComUsage> ReadComUsage(HCOMDB database);
+
 // Whether nothing has the port open: opens "\\.\" and the name for itself alone and closes it again.
 [[nodiscard]] bool IsPortOpenable(const CWideString& comName);
 
@@ -46,6 +49,10 @@ class CCOMPortUtil : public CKDDeviceRegInfo {
 // failed: before the new DOS device exists everything is as it was; when only the map could not be written,
 // the DOS device keeps the new name.
 [[nodiscard]] int RenameDosDeviceAndSerialComm(const CWideString& oldName, const CWideString& newName);
+
+// Writes the settings that programs find for a COM name where Windows keeps them, as "9600,n,8,1". False
+// when the registry refuses; needs administrator rights.
+bool WritePortsSettings(const CWideString& comName, const CWideString& settings);
 
 // Writes "9600,n,8,1" as the settings that programs find for the port's present name.
 void WritePortsDefault(HDEVINFO set, const SP_DEVINFO_DATA& element);

@@ -1,13 +1,11 @@
 #include "status/utils.h"
 
-#include "base/unique_handle.h"
+#include "install/com_port_util.h"
 #include "status/com_name_list.h"
 #include "status/ports_default.h"
 #include "status/serial_words.h"
 
 namespace {
-
-constexpr wchar_t kPortsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports";
 
 LRESULT AddText(HWND combo, const CWideString& text) {
   return SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.Text()));
@@ -103,24 +101,10 @@ bool CUtils::WritePortsDefaultSettings(const CWideString& portName, std::uint32_
                                        std::uint32_t stopBitsIndex, std::uint32_t flowControl) const {
   const auto settings =
       PortsDefaultSettings(baudRate, dataBitsIndex, parityIndex, stopBitsIndex, flowControl);
-  if (!settings) return false;
-  CRegistryKey ports;
-  if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, kPortsKey, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                      KEY_READ | KEY_WRITE, nullptr, ports.Put(), nullptr) != ERROR_SUCCESS) {
-    return false;
-  }
-  const auto bytes = static_cast<DWORD>((settings->Length() + 1) * sizeof(wchar_t));
-  return RegSetValueExW(ports.Get(), (portName + L":").Text(), 0, REG_SZ,
-                        reinterpret_cast<const BYTE*>(settings->Text()), bytes) == ERROR_SUCCESS;
+  return settings && WritePortsSettings(portName, *settings);
 }
 
 std::vector<CWideString> CUtils::BuildComNameList(HCOMDB comDb, const CWideString& currentName) const {
-  if (comDb == HCOMDB_INVALID_HANDLE_VALUE) return {};
-  ComUsage usage{};
-  DWORD reported = 0;
-  if (ComDBGetCurrentPortUsage(comDb, usage.data(), static_cast<DWORD>(usage.size()), CDB_REPORT_BYTES,
-                               &reported) != ERROR_SUCCESS) {
-    return {};
-  }
-  return ComNameList(usage, currentName);
+  const std::optional<ComUsage> usage = ReadComUsage(comDb);
+  return usage ? ComNameList(*usage, currentName) : std::vector<CWideString>();
 }
