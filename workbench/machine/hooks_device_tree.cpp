@@ -21,12 +21,21 @@ Device* Named(MachineLock& machine, DEVINST node) {
   return device;
 }
 
+// What every question about a node checks first. CR_SUCCESS with the device; otherwise what the caller
+// answers.
+CONFIGRET Asked(MachineLock& machine, bool hasPlace, DEVINST node, ULONG flags, const Device*& device) {
+  if (!hasPlace) return Reject(machine, "no place for the result", CR_INVALID_POINTER);
+  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
+  device = Named(machine, node);
+  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  return CR_SUCCESS;
+}
+
 CONFIGRET WINAPI GetParent(DEVINST* parent, DEVINST node, ULONG flags) {
   MachineLock machine;
-  if (parent == nullptr) return Reject(machine, "no place for the result", CR_INVALID_POINTER);
-  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
-  const Device* device = Named(machine, node);
-  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  const Device* device = nullptr;
+  const CONFIGRET asked = Asked(machine, parent != nullptr, node, flags, device);
+  if (asked != CR_SUCCESS) return asked;
   if (device->removed || device->parent == nullptr) return CR_NO_SUCH_DEVNODE;
   *parent = device->parent->node;
   return CR_SUCCESS;
@@ -34,10 +43,9 @@ CONFIGRET WINAPI GetParent(DEVINST* parent, DEVINST node, ULONG flags) {
 
 CONFIGRET WINAPI GetChild(DEVINST* child, DEVINST node, ULONG flags) {
   MachineLock machine;
-  if (child == nullptr) return Reject(machine, "no place for the result", CR_INVALID_POINTER);
-  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
-  const Device* device = Named(machine, node);
-  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  const Device* device = nullptr;
+  const CONFIGRET asked = Asked(machine, child != nullptr, node, flags, device);
+  if (asked != CR_SUCCESS) return asked;
   for (const Device* one : device->children) {
     if (one->removed || !one->present) continue;
     *child = one->node;
@@ -50,10 +58,9 @@ CONFIGRET WINAPI GetChild(DEVINST* child, DEVINST node, ULONG flags) {
 // the one that it stands on.
 CONFIGRET WINAPI GetSibling(DEVINST* sibling, DEVINST node, ULONG flags) {
   MachineLock machine;
-  if (sibling == nullptr) return Reject(machine, "no place for the result", CR_INVALID_POINTER);
-  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
-  const Device* device = Named(machine, node);
-  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  const Device* device = nullptr;
+  const CONFIGRET asked = Asked(machine, sibling != nullptr, node, flags, device);
+  if (asked != CR_SUCCESS) return asked;
   if (device->parent == nullptr) return CR_NO_SUCH_DEVNODE;
   bool behind = false;
   for (const Device* one : device->parent->children) {
@@ -68,20 +75,18 @@ CONFIGRET WINAPI GetSibling(DEVINST* sibling, DEVINST node, ULONG flags) {
 
 CONFIGRET WINAPI GetIdSize(ULONG* length, DEVINST node, ULONG flags) {
   MachineLock machine;
-  if (length == nullptr) return Reject(machine, "no place for the result", CR_INVALID_POINTER);
-  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
-  const Device* device = Named(machine, node);
-  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  const Device* device = nullptr;
+  const CONFIGRET asked = Asked(machine, length != nullptr, node, flags, device);
+  if (asked != CR_SUCCESS) return asked;
   *length = static_cast<ULONG>(device->instanceId.size());  // without the terminator
   return CR_SUCCESS;
 }
 
 CONFIGRET WINAPI GetId(DEVINST node, wchar_t* buffer, ULONG length, ULONG flags) {
   MachineLock machine;
-  if (buffer == nullptr) return Reject(machine, "no place for the result", CR_INVALID_POINTER);
-  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
-  const Device* device = Named(machine, node);
-  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  const Device* device = nullptr;
+  const CONFIGRET asked = Asked(machine, buffer != nullptr, node, flags, device);
+  if (asked != CR_SUCCESS) return asked;
   // Windows fills a buffer that has no room for the terminator, and leaves it out.
   const std::wstring& id = device->instanceId;
   if (length < id.size()) return CR_BUFFER_SMALL;
@@ -92,11 +97,9 @@ CONFIGRET WINAPI GetId(DEVINST node, wchar_t* buffer, ULONG length, ULONG flags)
 
 CONFIGRET WINAPI GetStatus(ULONG* status, ULONG* problem, DEVINST node, ULONG flags) {
   MachineLock machine;
-  if (status == nullptr || problem == nullptr)
-    return Reject(machine, "no place for the result", CR_INVALID_POINTER);
-  if (flags != 0) return Reject(machine, "flags must be 0", CR_INVALID_FLAG);
-  const Device* device = Named(machine, node);
-  if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
+  const Device* device = nullptr;
+  const CONFIGRET asked = Asked(machine, status != nullptr && problem != nullptr, node, flags, device);
+  if (asked != CR_SUCCESS) return asked;
   if (device->removed || !device->present) return CR_NO_SUCH_DEVNODE;
   *status = 0;
   *problem = 0;
