@@ -108,6 +108,8 @@ TEST_F(InstallBackup, ABackupGoesUnlessItHasPageValues) {
   ASSERT_TRUE(machine.Registry().HasKey(BackupPath(*server.card, kFirstPort)));
   InstallAll(server);
   EXPECT_FALSE(machine.Registry().HasKey(BackupPath(*server.card, kFirstPort)));
+  const auto removal = machine.Calls().CallsOf("RegDeleteKeyExW").at(0);
+  EXPECT_EQ(removal.Number(2) | removal.Number(3), 0u);
 
   SetSettings(*server.ports[0], 600);
   Reinstall(server, {8});
@@ -151,11 +153,21 @@ TEST_F(InstallBackup, TheNumberThatThePortStillHoldsIsClaimedAgain) {
 
 // An open port is renamed as long as its present name is a DOS device.
 TEST_F(InstallBackup, AnOpenPortIsRenamedToo) {
-  DeviceServer server = AddServer({5});
-  Reinstall(server, {8});
-  server.ports[0]->port->openElsewhere = true;
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5"));
+  for (const bool isDevice : {false, true}) {
+    wanted.number++;
+    DeviceServer server = AddServer({5});
+    Reinstall(server, {8});
+    server.ports[0]->port->openElsewhere = true;
+    machine.Calls().ClearLog();
+    // Asked first whether the port is to be looked at at all.
+    if (!isDevice) machine.Calls().Inject({.function = "QueryDosDeviceW", .from = 2});
+    InstallAll(server);
+    EXPECT_THAT(PortNames(server), ElementsAre(isDevice ? L"COM5" : L"COM8"));
+    installer.Remove(*server.ports[0]);
+  }
+  EXPECT_THAT(machine.Calls().OrderOf({"ComDBReleasePort", "ComDBClaimPort"}),
+              ElementsAre("ComDBReleasePort", "ComDBClaimPort", "ComDBReleasePort"))
+      << "the free number 5 is not given back first";
   EXPECT_THAT(Questions(), IsEmpty());
 }
 

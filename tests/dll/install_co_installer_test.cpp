@@ -43,7 +43,15 @@ TEST_F(InstallCoInstaller, InstallingAsksForASecondPassAndHandsItsResultOn) {
   EXPECT_TRUE(TouchedNothing());
   EXPECT_EQ(Call(*server.ports[0], DIF_INSTALLDEVICE, true, 1234), 1234u);
   EXPECT_EQ(Call(*server.card, DIF_INSTALLDEVICE, false), ERROR_DI_POSTPROCESSING_REQUIRED);
+  EXPECT_TRUE(server.ports[0]->removed);
+  // The class installer starts the server, whose bus finds the port again; what was saved stays.
+  wanted.comNumbers = {8};
+  const Device* found = EnumeratePorts(machine, *server.card, wanted).at(0);
   EXPECT_EQ(Call(*server.card, DIF_INSTALLDEVICE, true), static_cast<DWORD>(NO_ERROR));
+  EXPECT_TRUE(found->removed);
+  EXPECT_FALSE(machine.ComNames().IsClaimed(8));
+  const std::wstring backup = Parameters(*server.card) + L"\\KDNBUS_T_1&2F8C1D3A&0&01";
+  EXPECT_EQ(machine.Registry().Text(backup, L"PortName"), L"COM5");
   EXPECT_EQ(Call(*server.card, DIF_INSTALLDEVICE, true, 1234), 1234u);
 }
 

@@ -80,6 +80,8 @@ TEST_F(InstallRename, HowNamesAreWritten) {
   EXPECT_EQ(sizes[L"PortName"], 10u);
   EXPECT_EQ(sizes[L"COM19:"], 22u);
   EXPECT_EQ(sizes[port->port->kernelDevice], 12u);
+  EXPECT_EQ(machine.Calls().CallsOf("SetupDiSetDeviceRegistryPropertyW").at(0).Number(4),
+            2 * (FriendlyName().size() + 1));
   SetRaw(*port, L"PortName", REG_SZ, L"COM19");
   EXPECT_EQ(Rename(L"COM9"), 1);
   EXPECT_EQ(PortName(*port), L"COM9");
@@ -145,8 +147,13 @@ TEST_F(InstallRename, UsbModelsTakeATakenNumberWithoutAsking) {
         AddUsbDevice(machine,
                      {.hardwareId = row.hardwareId, .instance = std::to_wstring(number), .comNumber = number})
             .port;
-    ++number;
+    machine.Calls().ClearLog();
     EXPECT_EQ(Rename(L"COM9"), 1);
+    std::vector<std::uint64_t> released;
+    for (const auto& call : machine.Calls().CallsOf("ComDBReleasePort")) released.push_back(call.Number(1));
+    const std::vector<std::uint64_t> both = {9, number};
+    EXPECT_EQ(released, row.asks ? std::vector<std::uint64_t>() : both) << row.hardwareId;
+    ++number;
     EXPECT_EQ(Questions().size(), row.asks ? 1u : 0u) << row.hardwareId;
     EXPECT_EQ(PortName(*port) == L"COM9", !row.asks) << row.hardwareId;
   }
@@ -227,10 +234,9 @@ TEST_F(InstallRename, TooLongPortNamesCountAsAbsent) {
   machine.DosNames().Define(name, port->port->kernelDevice);
   SetRaw(*port, L"PortName", REG_SZ, name + L'x');  // 300 bytes, no terminator
   Rename(L"COM9");
-  EXPECT_EQ(machine.Calls().CountOf("QueryDosDeviceW"), 0u);
   SetRaw(*port, L"PortName", REG_SZ, name + L"xx");
   Rename(L"COM9");
-  EXPECT_EQ(machine.Calls().CountOf("QueryDosDeviceW"), 0u);
+  EXPECT_EQ(machine.Calls().CountOf("CreateFileW"), 0u) << "no port of that name is tried";
   SetRaw(*port, L"PortName", REG_BINARY, name);  // no terminator, and another type
   Rename(L"COM9");
   EXPECT_EQ(PortName(*port), L"COM9");
