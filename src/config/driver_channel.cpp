@@ -16,7 +16,7 @@
 namespace {
 
 constexpr DWORD ControlCode(DWORD function) {
-  return CTL_CODE(0x8001, function, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS);
+  return CTL_CODE(0x8001U, function, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS);
 }
 
 constexpr DWORD kWriteSet = ControlCode(0x802);

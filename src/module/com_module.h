@@ -26,7 +26,7 @@ struct ComClassEntry {
 
 // One %NAME% of a registration script and what stands for it.
 struct ScriptReplacement {
-  const wchar_t* name;
+  const wchar_t* name = nullptr;
   CWideString text;
 };
 

@@ -51,10 +51,10 @@ FARPROC MissingFunctionOf(const char* dll) noexcept {
 HMODULE LoadFromSystem(const char* dll) noexcept {
   wchar_t name[64];
   if (MultiByteToWideChar(CP_ACP, 0, dll, -1, name, ARRAYSIZE(name)) == 0) return nullptr;
-  const HMODULE module = LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  if (const HMODULE module = LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) return module;
   // This module stands in for one that cannot be loaded: its functions are not found in it, and the
   // failure hook is asked for each of them.
-  return module != nullptr ? module : ModuleInstance();
+  return ModuleInstance();
 }
 
 FARPROC WINAPI OnDelayLoad(unsigned notification, PDelayLoadInfo info) noexcept {

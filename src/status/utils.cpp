@@ -79,8 +79,10 @@ void CUtils::FillChoiceCombo(const HWND& combo, ChoiceList list, std::int32_t va
   Select(combo, selectedIndex);
 }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): one of the fixed interfaces, which take their texts by value
 void CUtils::FillStringCombo(const HWND& combo, std::vector<CWideString> list,
                              CWideString selectedText) const {
+  // NOLINTEND(performance-unnecessary-value-param)
   SendMessageW(combo, CB_RESETCONTENT, 0, 0);
   LRESULT selected = -1;
   for (const CWideString& text : list) {

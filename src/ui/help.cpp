@@ -32,12 +32,12 @@ std::optional<std::string> RegisteredPath() {
   DWORD size = kMaximumPath;
   auto* const bytes = reinterpret_cast<BYTE*>(stored);
   if (RegQueryValueExA(key.Get(), nullptr, nullptr, &type, bytes, &size) != ERROR_SUCCESS) return {};
-  if (type == REG_SZ) return stored;
+  if (type == REG_SZ) return std::string(stored);
   if (type != REG_EXPAND_SZ) return {};
   char expanded[kMaximumPath];
   const DWORD length = ExpandEnvironmentStringsA(stored, expanded, kMaximumPath);
   if (length == 0 || length > kMaximumPath) return {};
-  return expanded;
+  return std::string(expanded);
 }
 
 // A path without a directory is looked for in the system directory only, and so is what the control itself

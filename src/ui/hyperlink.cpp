@@ -257,7 +257,7 @@ void CHyperLink::DrawPart(HDC context, std::wstring_view text, HFONT font, COLOR
   SetTextColor(context, colour);
   RECT area = rest;
   const int length = static_cast<int>(text.size());
-  constexpr UINT kFormat = DT_SINGLELINE | DT_NOPREFIX | DT_LEFT | DT_TOP;
+  constexpr UINT kFormat = DT_SINGLELINE | DT_NOPREFIX;  // at the left and the top, which are 0
   if (length != 0) DrawTextW(context, text.data(), length, &area, kFormat | DT_CALCRECT);
   if (length == 0) area.right = area.left;
   if (area.right > rest.right) area.right = rest.right;
