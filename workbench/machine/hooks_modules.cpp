@@ -33,19 +33,30 @@ bool AnswerHelp(std::wstring_view path, HMODULE& module) {
   return true;
 }
 
+// Whoever can write to a directory that is searched before the system's own would get into the host.
+void RequireSystemSearch(const std::wstring& name, DWORD flags) {
+  if ((flags & LOAD_LIBRARY_SEARCH_SYSTEM32) != 0 || name.find_first_of(L"\\/:") != std::wstring::npos) return;
+  if (GetModuleHandleW(name.c_str()) != nullptr) return;  // nothing is searched for
+  CurrentGate()->Violate("loads " + std::string(name.begin(), name.end()) + " from where it is found first");
+}
+
 HMODULE WINAPI LoadA(const char* path) {
+  RequireSystemSearch(Wide(path), 0);
   HMODULE module = nullptr;
   return AnswerHelp(Wide(path), module) ? module : ::LoadLibraryA(path);
 }
 HMODULE WINAPI LoadW(const wchar_t* path) {
+  RequireSystemSearch(path != nullptr ? path : L"", 0);
   HMODULE module = nullptr;
   return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryW(path);
 }
 HMODULE WINAPI LoadExA(const char* path, HANDLE file, DWORD flags) {
+  RequireSystemSearch(Wide(path), flags);
   HMODULE module = nullptr;
   return AnswerHelp(Wide(path), module) ? module : ::LoadLibraryExA(path, file, flags);
 }
 HMODULE WINAPI LoadExW(const wchar_t* path, HANDLE file, DWORD flags) {
+  RequireSystemSearch(path != nullptr ? path : L"", flags);
   HMODULE module = nullptr;
   return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryExW(path, file, flags);
 }
