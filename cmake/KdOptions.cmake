@@ -4,9 +4,17 @@ target_include_directories(kd_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
 target_compile_features(kd_options INTERFACE cxx_std_20)
 target_compile_options(kd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Werror
-  -fstack-protector-strong -ffunction-sections -fdata-sections
+  -fstack-protector-strong -ffunction-sections -fdata-sections)
+
+option(KDUUI_COVERAGE "The sources of src/ count which of their lines run" OFF)
+if(KDUUI_COVERAGE)
+  target_compile_options(kd_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:--coverage>)
+  target_link_options(kd_options INTERFACE --coverage)
+else()
   # Paths inside the binaries are relative, so that a build does not depend on where it was made.
-  "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
+  target_compile_options(kd_options INTERFACE
+    "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=" "-ffile-prefix-map=${PROJECT_BINARY_DIR}=build")
+endif()
 
 if(WIN32)
   target_compile_definitions(kd_options INTERFACE
@@ -22,6 +30,14 @@ if(KDUUI_SANITIZE)
     "-fsanitize=${KDUUI_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
   string(REPLACE "fuzzer-no-link," "" kd_link_sanitize "${KDUUI_SANITIZE}")
   target_link_options(kd_options INTERFACE "-fsanitize=${kd_link_sanitize}")
+endif()
+
+# The DLL cannot have a sanitizer's run-time library with it; traps need none. A trap ends the process where it is,
+# and so does an assertion of the standard library.
+option(KDUUI_TRAPS "Undefined behaviour traps, and the standard library asserts what it expects" OFF)
+if(KDUUI_TRAPS)
+  target_compile_options(kd_options INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+  target_compile_definitions(kd_options INTERFACE _GLIBCXX_ASSERTIONS KDUUI_TRAPS)
 endif()
 
 # The DLL is loaded and freed for every step of an installation: small counts for more than fast. The debug
