@@ -163,6 +163,7 @@ TEST_F(InstallBackup, AnOpenPortIsRenamedToo) {
     if (!isDevice) machine.Calls().Inject({.function = "QueryDosDeviceW", .from = 2});
     InstallAll(server);
     EXPECT_THAT(PortNames(server), ElementsAre(isDevice ? L"COM5" : L"COM8"));
+    EXPECT_EQ(machine.Calls().CountOf("ComDBOpen") != 0, isDevice);
     installer.Remove(*server.ports[0]);
   }
   EXPECT_THAT(machine.Calls().OrderOf({"ComDBReleasePort", "ComDBClaimPort"}),
