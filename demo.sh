@@ -52,7 +52,7 @@ finish() {
 # Every page, and the picture of each that the documents use.
 show_pages() {
   show tree --png docs/images/device-tree.png
-  show show-page --png 1 docs/images/port-page.png --png 3 docs/images/port-page-rs485.png
+  show show-page --tips --png 1 docs/images/port-page.png --png 3 docs/images/port-page-rs485.png
   show show-page --offline --port 1 --png 1 docs/images/port-page-offline.png
   show show-advanced --pictures docs/images
 }

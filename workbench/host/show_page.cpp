@@ -5,6 +5,7 @@
 #include "workbench/host/page_sheet.h"
 #include "workbench/host/sample_host.h"
 #include "workbench/host/text_table.h"
+#include "workbench/host/tip_texts.h"
 
 namespace workbench {
 namespace {
@@ -44,6 +45,7 @@ bool CheckDriver(PortDriver& driver, const PageExpectation& expectation) {
 void ShowPage::Describe(CLI::App& app) {
   app.add_option("--port", port_, "number of the port on the device server; without it, all are shown")
       ->check(CLI::Range(1u, SampleHost::kPorts));
+  app.add_flag("--tips", tips_, "print what the tips of the page say");
   app.add_flag("--offline", offline_, "the device server cannot be reached");
   app.add_option("--png", files_, "write a picture of this port's page to this file; may be given repeatedly")
       ->type_name("PORT FILE");
@@ -87,6 +89,8 @@ bool ShowPage::ShowPort(SampleHost& host, const Dll& dll, unsigned number) {
   sheet.Settle();
   const std::vector<ControlCheck> checks = CheckPage(sheet.Page(), expectation);
   Print(FormatChecks(checks, offline_ ? L"Drivers said" : L"Device said"));
+  // They are the same on every port's page.
+  if (std::exchange(tips_, false)) Print(L"\n" + FormatTips(sheet.Page()));
   for (const auto& [port, file] : files_) {
     if (port == number) pictures_.emplace_back(file, Picture(sheet.Window()));
   }

@@ -28,6 +28,7 @@ class ShowPage : public Command {
 
   unsigned port_ = 0;
   bool offline_ = false;
+  bool tips_ = false;
   std::vector<std::pair<unsigned, std::string>> files_;  // of which port, and where
   std::vector<std::pair<std::string, Picture>> pictures_;
 };
