@@ -7,7 +7,6 @@
 #include "base/resource_ids.h"
 #include "install/com_port_util.h"
 #include "status/utils.h"
-#include "ui/help.h"
 #include "ui/port_rules.h"
 
 namespace {
@@ -24,12 +23,7 @@ constexpr DWORD kHelpIds[] = {IDC_DEVICE_COM_NUMBER,
                               0,
                               0};
 
-struct ControlText {
-  int control;
-  UINT stringId;
-};
-
-// In the order in which they are set. The note on the duplex mode has no control in the dialog.
+// The note on the duplex mode has no control in the dialog.
 constexpr ControlText kTexts[] = {
     {IDC_DEVICE_COM_NUMBER_LABEL, IDS_COM_PORT_NUMBER},
     {IDC_DEVICE_DUPLEX_NOTE, IDS_DUPLEX_NOTE},
@@ -43,6 +37,8 @@ constexpr ControlText kTexts[] = {
 };
 
 constexpr ToolTipText kTips[] = {{IDC_DEVICE_COM_NUMBER, IDS_TIP_COM_NUMBER}};
+
+constexpr PageTables kTables{.texts = kTexts, .tips = kTips, .helpIds = kHelpIds};
 
 // The COM name database, for the time in which its numbers are read.
 struct ComDatabaseTraits {
@@ -60,10 +56,10 @@ CUniqueHandle<ComDatabaseTraits> OpenComDatabase() noexcept {
 }  // namespace
 
 CDeviceAdvSettingPage::CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), set, element) {}
+    : CPortSettingsPage(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
 
 void CDeviceAdvSettingPage::OnInitDialog() {
-  background_.Create();
+  CPortSettingsPage::OnInitDialog();
   SetUpBalloon();
   SetTexts();
   ShowInformation();
@@ -73,10 +69,6 @@ void CDeviceAdvSettingPage::OnInitDialog() {
   CheckDlgButton(Window(), IDC_DEVICE_CONNECT_OFFLINE, switches.connectOffline ? BST_CHECKED : BST_UNCHECKED);
   CheckDlgButton(Window(), IDC_DEVICE_HIGH_PERFORMANCE,
                  switches.highPerformance ? BST_CHECKED : BST_UNCHECKED);
-}
-
-void CDeviceAdvSettingPage::SetTexts() const {
-  for (const ControlText& row : kTexts) SetControlText(row.control, row.stringId);
 }
 
 void CDeviceAdvSettingPage::ShowInformation() const {
@@ -99,21 +91,10 @@ void CDeviceAdvSettingPage::FillComNames() const {
                         portName);
 }
 
-bool CDeviceAdvSettingPage::OnToolTipText(NMTTDISPINFOW& request) {
-  AnswerText(request, kTips);
-  return true;
-}
-
-bool CDeviceAdvSettingPage::OnHelp(const HELPINFO& request) {
-  return ShowContextHelp(request, kHelpIds);
-}
-
 // This topic goes by the network bus's PortType, unlike those of the other pages.
-bool CDeviceAdvSettingPage::OnClicked(int control) {
-  if (control != IDC_DEVICE_HELP_LINK) return false;
+const wchar_t* CDeviceAdvSettingPage::HelpTopic() const {
   const bool rs485 = IsRs422485Port(busSet_.PortType, busSet_.SerialPortIndex);
-  ShowHelpTopic(Window(), rs485 ? kHelpTopic485 : kHelpTopic);
-  return true;
+  return rs485 ? kHelpTopic485 : kHelpTopic;
 }
 
 LRESULT CDeviceAdvSettingPage::OnApply() {

@@ -16,13 +16,10 @@ class CDeviceAdvSettingPage : public CPortSettingsPage {
 
  protected:
   void OnInitDialog() override;
-  bool OnHelp(const HELPINFO& request) override;
-  bool OnClicked(int control) override;
-  bool OnToolTipText(NMTTDISPINFOW& request) override;
+  const wchar_t* HelpTopic() const override;
   LRESULT OnApply() override;
 
  private:
-  void SetTexts() const;
   void ShowInformation() const;
   void FillComNames() const;
   [[nodiscard]] DeviceSwitches EnteredSwitches() const noexcept;

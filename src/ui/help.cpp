@@ -86,10 +86,9 @@ void ShowHelpTopic(HWND owner, const wchar_t* topicFormat) {
   HtmlHelp(owner, TopicOf(topicFormat), HH_DISPLAY_TOPIC, 0);
 }
 
-bool ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table) {
-  if (request.iContextType != HELPINFO_WINDOW) return false;
-  if (!HasControl(table, static_cast<DWORD>(request.iCtrlId))) return false;
+void ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table) {
+  if (request.iContextType != HELPINFO_WINDOW) return;
+  if (!HasControl(table, static_cast<DWORD>(request.iCtrlId))) return;
   HtmlHelp(static_cast<HWND>(request.hItemHandle), TopicOf(kPopUpTopics), HH_TP_HELP_WM_HELP,
            reinterpret_cast<DWORD_PTR>(table.data()));
-  return true;
 }

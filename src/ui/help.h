@@ -13,5 +13,5 @@
 void ShowHelpTopic(HWND owner, const wchar_t* topicFormat);
 
 // Answers a request for help on a control of a page with a pop-up. `table` holds pairs of control id and help
-// id and ends in (0, 0). False, and nothing shown, when the request is not about a control of the table.
-bool ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table);
+// id and ends in (0, 0). Nothing is shown when the request is not about a control of the table.
+void ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table);

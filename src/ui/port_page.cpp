@@ -6,17 +6,11 @@
 #include "install/com_port_util.h"
 #include "status/utils.h"
 #include "ui/advanced_dialog.h"
-#include "ui/help.h"
 #include "ui/port_rules.h"
 
 namespace {
 
-struct ControlText {
-  int control;
-  UINT stringId;
-};
-
-// In the order in which they are set. The note on overriding has no control in the dialog.
+// The note on overriding has no control in the dialog.
 constexpr ControlText kTexts[] = {
     {IDC_PORT_STATE_LABEL, IDS_PORT_STATE},
     {IDC_PORT_MODE_LABEL, IDS_PORT_MODE},
@@ -49,7 +43,6 @@ constexpr ToolTipText kTips[] = {
     {IDC_PORT_RESTORE_DEFAULTS, IDS_TIP_RESTORE_DEFAULTS},
 };
 
-// Control and help id, in pairs that end in (0, 0).
 constexpr DWORD kHelpIds[] = {IDC_PORT_CTS_ALWAYS_TRUE,
                               0x806B00D3,
                               IDC_PORT_CTS_LABEL,
@@ -66,6 +59,8 @@ constexpr DWORD kHelpIds[] = {IDC_PORT_CTS_ALWAYS_TRUE,
                               0x806B035E,
                               0,
                               0};
+
+constexpr PageTables kTables{.texts = kTexts, .tips = kTips, .helpIds = kHelpIds};
 
 // Sets a flag for as long as it lives.
 class CFlagScope {
@@ -90,17 +85,13 @@ constexpr int kTools[] = {IDC_PORT_BAUD_RATE_LABEL, IDC_PORT_DATA_BITS_LABEL,   
 }  // namespace
 
 CKdUIPropertyPage::CKdUIPropertyPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_PORT_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), set, element) {}
+    : CPortSettingsPage(IDD_PORT_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
 
 void CKdUIPropertyPage::OnInitDialog() {
-  background_.Create();
+  CPortSettingsPage::OnInitDialog();
   SetTexts();
   SetUpTips();
   Refresh(true);
-}
-
-void CKdUIPropertyPage::SetTexts() const {
-  for (const ControlText& row : kTexts) SetControlText(row.control, row.stringId);
 }
 
 void CKdUIPropertyPage::SetUpTips() const {
@@ -119,16 +110,6 @@ bool CKdUIPropertyPage::OnClose() {
   return true;
 }
 
-bool CKdUIPropertyPage::OnToolTipText(NMTTDISPINFOW& request) {
-  AnswerText(request, kTips);
-  return true;
-}
-
-bool CKdUIPropertyPage::OnHelp(const HELPINFO& help) {
-  ShowContextHelp(help, kHelpIds);
-  return true;
-}
-
 bool CKdUIPropertyPage::OnClicked(int control) {
   switch (control) {
     case IDC_PORT_ADVANCED:
@@ -138,14 +119,11 @@ bool CKdUIPropertyPage::OnClicked(int control) {
       // Everything comes from the driver and the device server again; nothing else is reset.
       Refresh(true);
       return true;
-    case IDC_PORT_HELP_LINK:
-      OnHelpLink();
-      return true;
     case IDC_PORT_CONFIGURE:
       OnConfigure();
       return true;
     default:
-      return false;
+      return CPortSettingsPage::OnClicked(control);
   }
 }
 
@@ -218,7 +196,7 @@ void CKdUIPropertyPage::OnConfigure() {
   timer_ = SetTimer(Window(), kRefreshTimer, kRefreshInterval, nullptr);
 }
 
-void CKdUIPropertyPage::OnHelpLink() const {
+const wchar_t* CKdUIPropertyPage::HelpTopic() const {
   const bool rs422485 = IsRs422485Port(portSet_.PortType, busSet_.SerialPortIndex);
-  ShowHelpTopic(Window(), rs422485 ? L"%s::/StdPage485.htm>mainwin" : L"%s::/StdPage.htm>mainwin");
+  return rs422485 ? L"%s::/StdPage485.htm>mainwin" : L"%s::/StdPage.htm>mainwin";
 }

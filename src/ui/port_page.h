@@ -22,13 +22,11 @@ class CKdUIPropertyPage : public CPortSettingsPage {
   void OnInitDialog() override;
   bool OnTimer(UINT_PTR timer) override;
   bool OnClose() override;
-  bool OnHelp(const HELPINFO& help) override;
+  const wchar_t* HelpTopic() const override;
   bool OnClicked(int control) override;
-  bool OnToolTipText(NMTTDISPINFOW& request) override;
   LRESULT OnApply() override;
 
  private:
-  void SetTexts() const;
   void SetUpTips() const;
   // Shows the port's state anew (RefreshPortStatus). Does nothing while a refresh is under way: its message
   // box lets the timer's ticks through.
@@ -39,7 +37,6 @@ class CKdUIPropertyPage : public CPortSettingsPage {
 
   void OnAdvanced();
   void OnConfigure();
-  void OnHelpLink() const;
 
   PortWebAddress web_;
   UINT_PTR timer_ = 0;

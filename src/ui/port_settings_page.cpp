@@ -1,9 +1,19 @@
 #include "ui/port_settings_page.h"
 
-CPortSettingsPage::CPortSettingsPage(WORD dialogId, const wchar_t* title, HDEVINFO set,
-                                     const SP_DEVINFO_DATA& element)
+#include "base/resource_ids.h"
+#include "ui/help.h"
+
+namespace {
+
+constexpr int kHelpLink = IDC_PORT_HELP_LINK;  // on every page
+
+}  // namespace
+
+CPortSettingsPage::CPortSettingsPage(WORD dialogId, const wchar_t* title, const PageTables& tables,
+                                     HDEVINFO set, const SP_DEVINFO_DATA& element)
     : CPropertyPageImpl(dialogId, title),
       CKdUserModeConfig(set, element),
+      tables_(tables),
       element_(element),
       registry_(set, element),
       parent_(set, element_),
@@ -19,10 +29,32 @@ CWideString CPortSettingsPage::PortName() const {
   return name;
 }
 
-void CPortSettingsPage::SetControlText(int control, UINT stringId) const {
-  CWideString text;
-  text.LoadFromTable(stringId);
-  SetDlgItemTextW(Window(), control, text.Text());
+void CPortSettingsPage::OnInitDialog() {
+  background_.Create();
+}
+
+void CPortSettingsPage::SetTexts() const {
+  for (const ControlText& row : tables_.texts) {
+    CWideString text;
+    text.LoadFromTable(row.stringId);
+    SetDlgItemTextW(Window(), row.control, text.Text());
+  }
+}
+
+bool CPortSettingsPage::OnHelp(const HELPINFO& request) {
+  ShowContextHelp(request, tables_.helpIds);
+  return true;
+}
+
+bool CPortSettingsPage::OnClicked(int control) {
+  if (control != kHelpLink) return false;
+  ShowHelpTopic(Window(), HelpTopic());
+  return true;
+}
+
+bool CPortSettingsPage::OnToolTipText(NMTTDISPINFOW& request) {
+  AnswerText(request, tables_.tips, tables_.otherTip);
+  return true;
 }
 
 int CPortSettingsPage::Ask(UINT stringId, const wchar_t* caption, UINT style) const {

@@ -5,6 +5,8 @@
 
 #include <setupapi.h>
 
+#include <span>
+
 #include "base/wide_string.h"
 #include "config/nbus_parameters.h"
 #include "config/parent_device.h"
@@ -14,6 +16,20 @@
 #include "ui/framework/page_background.h"
 #include "ui/framework/property_page.h"
 #include "ui/framework/tooltip_dialog.h"
+
+// A control, and the id of its text in the string table.
+struct ControlText {
+  int control;
+  UINT stringId;
+};
+
+// What a page says, row by row.
+struct PageTables {
+  std::span<const ControlText> texts{};  // in the order in which they are set; an id without a control is no error
+  std::span<const ToolTipText> tips{};
+  UINT otherTip = 0;                 // the tip of all other controls; 0: none
+  std::span<const DWORD> helpIds{};  // control and help id, in pairs that end in (0, 0)
+};
 
 // Base of the pages that show and change the settings of one port: a page with tips and the product's
 // background, on the configuration channel of the port's drivers, with a copy of both parameter sets.
@@ -26,8 +42,9 @@ class CPortSettingsPage : public CPropertyPageImpl, public CToolTipDialog, publi
 
  protected:
   // The device information set is borrowed and outlives the page; the element is copied. `title` as in
-  // CPropertyPageImpl.
-  CPortSettingsPage(WORD dialogId, const wchar_t* title, HDEVINFO set, const SP_DEVINFO_DATA& element);
+  // CPropertyPageImpl; `tables` outlives the page.
+  CPortSettingsPage(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO set,
+                    const SP_DEVINFO_DATA& element);
 
   // Exchanges with the drivers: set 0 is the port's, set 1 the network bus's.
   [[nodiscard]] bool ReadPortSet() { return GetParameterSet(portSet_, CKdUVcpUserModeInterface::kSelector); }
@@ -41,22 +58,31 @@ class CPortSettingsPage : public CPropertyPageImpl, public CToolTipDialog, publi
   // The page's own copy, for calls that want to write through it.
   [[nodiscard]] SP_DEVINFO_DATA& DeviceElement() noexcept { return element_; }
 
-  // Puts a string of the module's table into a control; an id without a control is no error.
-  void SetControlText(int control, UINT stringId) const;
+  // Puts the texts of the tables into their controls.
+  void SetTexts() const;
   // Shows a message box over the page, with a text of the string table.
   [[nodiscard]] int Ask(UINT stringId, const wchar_t* caption, UINT style) const;
   [[nodiscard]] bool IsChecked(int control) const noexcept;
 
+  // What the help link shows, with "%s" for the help file (ShowHelpTopic).
+  [[nodiscard]] virtual const wchar_t* HelpTopic() const = 0;
+
+  // The background, first thing on every page.
+  void OnInitDialog() override;
   void BeforeDispatch(const MSG& message) override { ProcessToolTip(message); }
+  bool OnHelp(const HELPINFO& request) override;
+  bool OnClicked(int control) override;  // the help link
+  bool OnToolTipText(NMTTDISPINFOW& request) override;
   HBRUSH OnControlColour(HDC context) override { return background_.Prepare(context); }
 
-  CPageBackground background_;
   CKdUVcpUserModeInterface portSet_;
   CKdNBusUserModeInterface busSet_;
 
  private:
   [[nodiscard]] bool Open();
 
+  const PageTables& tables_;
+  CPageBackground background_;
   SP_DEVINFO_DATA element_;
   CKDDeviceRegInfo registry_;
   CKdSetupDi_ParentDevice parent_;

@@ -6,16 +6,18 @@
 #include "install/com_port_util.h"
 #include "status/utils.h"
 #include "ui/device_rules.h"
-#include "ui/help.h"
 
 namespace {
-
-constexpr wchar_t kHelpTopic[] = L"%s::/422485Page.htm>mainwin";
 
 constexpr DWORD kHelpIds[] = {IDC_RS422485_DUPLEX, 0x806B034E, IDC_RS422485_RESTORE_DEFAULTS,
                               0x806B037C,          0,          0};
 
+constexpr ControlText kTexts[] = {{IDC_RS422485_NOTE, IDS_DUPLEX_NOTE}};
+
 constexpr ToolTipText kTips[] = {{IDC_RS422485_DUPLEX, IDS_TIP_DUPLEX}};
+
+constexpr PageTables kTables{
+    .texts = kTexts, .tips = kTips, .otherTip = IDS_TIP_RESTORE_DEFAULTS, .helpIds = kHelpIds};
 
 constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
 
@@ -33,36 +35,20 @@ void BroadcastPortChange() noexcept {
 }  // namespace
 
 CRS422485Page::CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), set, element) {}
+    : CPortSettingsPage(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), kTables, set, element) {}
 
 void CRS422485Page::OnInitDialog() {
-  SetControlText(IDC_RS422485_NOTE, IDS_DUPLEX_NOTE);
-  background_.Create();
+  SetTexts();
+  CPortSettingsPage::OnInitDialog();
   SetUpBalloon();
   for (const int control : {IDC_RS422485_DUPLEX, IDC_RS422485_RESTORE_DEFAULTS}) AddTool(Control(control));
   ShowDuplexModes();
 }
 
-bool CRS422485Page::OnToolTipText(NMTTDISPINFOW& request) {
-  AnswerText(request, kTips, IDS_TIP_RESTORE_DEFAULTS);
-  return true;
-}
-
-bool CRS422485Page::OnHelp(const HELPINFO& request) {
-  return ShowContextHelp(request, kHelpIds);
-}
-
 bool CRS422485Page::OnClicked(int control) {
-  switch (control) {
-    case IDC_RS422485_RESTORE_DEFAULTS:
-      RestoreDefaults();
-      return true;
-    case IDC_RS422485_HELP_LINK:
-      ShowHelpTopic(Window(), kHelpTopic);
-      return true;
-    default:
-      return false;
-  }
+  if (control != IDC_RS422485_RESTORE_DEFAULTS) return CPortSettingsPage::OnClicked(control);
+  RestoreDefaults();
+  return true;
 }
 
 void CRS422485Page::ShowDuplexModes() const {

@@ -23,9 +23,8 @@ class CRS422485Page : public CPortSettingsPage, private CWinDataExchange {
 
  protected:
   void OnInitDialog() override;
-  bool OnHelp(const HELPINFO& request) override;
+  const wchar_t* HelpTopic() const override { return L"%s::/422485Page.htm>mainwin"; }
   bool OnClicked(int control) override;
-  bool OnToolTipText(NMTTDISPINFOW& request) override;
   LRESULT OnApply() override;
 
  private:

@@ -2,7 +2,6 @@
 
 #include "base/resource_ids.h"
 #include "ui/address_text.h"
-#include "ui/help.h"
 #include "ui/port_rules.h"
 
 namespace {
@@ -27,23 +26,21 @@ constexpr DWORD kHelpIds[] = {IDC_TCPIP_MAC_ADDRESS,
                               0,
                               0};
 
+// The string table has no tips for this page: its tools stay without one.
+constexpr PageTables kTables{.helpIds = kHelpIds};
+
 }  // namespace
 
 CTcpIpSettingsPage::CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_TCPIP_PAGE, L"TCP/IP Settings", set, element) {}
+    : CPortSettingsPage(IDD_TCPIP_PAGE, L"TCP/IP Settings", kTables, set, element) {}
 
 void CTcpIpSettingsPage::OnInitDialog() {
-  background_.Create();
+  CPortSettingsPage::OnInitDialog();
   SetUpBalloon();
   for (const int control : {IDC_TCPIP_ADDRESS, IDC_TCPIP_PORT_NUMBER}) AddTool(Control(control));
   fields_ = FieldsOf(busSet_);
   ShowFields();
   SetText(IDC_TCPIP_MAC_ADDRESS, MacText(busSet_.MACAddress1, busSet_.MACAddress2));
-}
-
-// The page asks for tips and has no texts for them: the tools stay without a tip.
-bool CTcpIpSettingsPage::OnToolTipText(NMTTDISPINFOW&) {
-  return true;
 }
 
 // This page is drawn on the sheet's own background, as it always was; the brush that it has in common with
@@ -52,21 +49,10 @@ HBRUSH CTcpIpSettingsPage::OnControlColour(HDC) {
   return nullptr;
 }
 
-bool CTcpIpSettingsPage::OnHelp(const HELPINFO& request) {
-  return ShowContextHelp(request, kHelpIds);
-}
-
 bool CTcpIpSettingsPage::OnClicked(int control) {
-  switch (control) {
-    case IDC_TCPIP_RESTORE_DEFAULTS:
-      RestoreDefaults();
-      return true;
-    case IDC_TCPIP_HELP_LINK:
-      ShowHelp();
-      return true;
-    default:
-      return false;
-  }
+  if (control != IDC_TCPIP_RESTORE_DEFAULTS) return CPortSettingsPage::OnClicked(control);
+  RestoreDefaults();
+  return true;
 }
 
 void CTcpIpSettingsPage::ShowFields() {
@@ -84,9 +70,9 @@ void CTcpIpSettingsPage::RestoreDefaults() {
 }
 
 // This topic goes by the port's own PortType, unlike that of the device page.
-void CTcpIpSettingsPage::ShowHelp() const {
+const wchar_t* CTcpIpSettingsPage::HelpTopic() const {
   const bool rs485 = IsRs422485Port(portSet_.PortType, busSet_.SerialPortIndex);
-  ShowHelpTopic(Window(), rs485 ? kHelpTopic485 : kHelpTopic);
+  return rs485 ? kHelpTopic485 : kHelpTopic;
 }
 
 LRESULT CTcpIpSettingsPage::OnApply() {

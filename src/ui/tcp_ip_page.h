@@ -17,16 +17,14 @@ class CTcpIpSettingsPage : public CPortSettingsPage, private CWinDataExchange {
 
  protected:
   void OnInitDialog() override;
-  bool OnHelp(const HELPINFO& request) override;
+  const wchar_t* HelpTopic() const override;
   bool OnClicked(int control) override;
-  bool OnToolTipText(NMTTDISPINFOW& request) override;
   HBRUSH OnControlColour(HDC context) override;
   LRESULT OnApply() override;
 
  private:
   void ShowFields();
   void RestoreDefaults();
-  void ShowHelp() const;
   [[nodiscard]] bool ReadFields();
   [[nodiscard]] bool ReadField(int control, std::uint32_t maximum, std::uint32_t& value) const;
   void SetText(int control, const CWideString& text) const;
