@@ -10,6 +10,7 @@
 
 #include "base/export_guard.h"
 #include "base/module_instance.h"
+#include "ui/framework/link_keys.h"
 #include "ui/link_text.h"
 
 namespace {
@@ -169,7 +170,7 @@ LRESULT CHyperLink::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CHAR:
       return OnCharacter(wParam);
     case WM_GETDLGCODE:
-      return OnDialogCode(reinterpret_cast<const MSG*>(lParam));
+      return LinkDialogCode(lParam);
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       Redraw();
@@ -210,14 +211,8 @@ LRESULT CHyperLink::OnButtonUp(LPARAM position) {
 }
 
 LRESULT CHyperLink::OnCharacter(WPARAM character) {
-  if (character == VK_RETURN || character == VK_SPACE) Navigate();
+  if (IsLinkKey(character)) Navigate();
   return 0;
-}
-
-// Enter would press the sheet's OK button if the link did not ask for it.
-LRESULT CHyperLink::OnDialogCode(const MSG* message) const noexcept {
-  const bool enter = message != nullptr && message->message == WM_KEYDOWN && message->wParam == VK_RETURN;
-  return DLGC_WANTCHARS | (enter ? DLGC_WANTMESSAGE : 0);
 }
 
 bool CHyperLink::IsOnLink(LPARAM position) const noexcept {

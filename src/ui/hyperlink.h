@@ -42,7 +42,6 @@ class CHyperLink {
 
   [[nodiscard]] LRESULT OnPaint();
   [[nodiscard]] LRESULT OnButtonUp(LPARAM position);
-  [[nodiscard]] LRESULT OnDialogCode(const MSG* message) const noexcept;
   [[nodiscard]] LRESULT OnCharacter(WPARAM character);
   [[nodiscard]] bool IsCursorOnLink() const noexcept;
   [[nodiscard]] bool IsOnLink(LPARAM position) const noexcept;

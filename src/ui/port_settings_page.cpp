@@ -1,6 +1,7 @@
 #include "ui/port_settings_page.h"
 
 #include "base/resource_ids.h"
+#include "ui/framework/picture_link.h"
 #include "ui/help.h"
 
 namespace {
@@ -31,6 +32,7 @@ CWideString CPortSettingsPage::PortName() const {
 
 void CPortSettingsPage::OnInitDialog() {
   background_.Create();
+  MakePictureLink(Control(kHelpLink));
 }
 
 void CPortSettingsPage::SetTexts() const {

@@ -67,7 +67,7 @@ class CPortSettingsPage : public CPropertyPageImpl, public CToolTipDialog, publi
   // What the help link shows, with "%s" for the help file (ShowHelpTopic).
   [[nodiscard]] virtual const wchar_t* HelpTopic() const = 0;
 
-  // The background, first thing on every page.
+  // The background and the help link, first thing on every page.
   void OnInitDialog() override;
   void BeforeDispatch(const MSG& message) override { ProcessToolTip(message); }
   bool OnHelp(const HELPINFO& request) override;
