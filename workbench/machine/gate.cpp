@@ -214,6 +214,7 @@ void Gate::ClearLog() {
   const std::scoped_lock guard(lock_);
   log_.clear();
   counts_.clear();
+  std::erase_if(handles_, [](const auto& entry) { return IsGone(entry.second); });
   faultable_ = injected_ = allocations_ = allocationToFail_ = failedAllocations_ = 0;
 }
 
