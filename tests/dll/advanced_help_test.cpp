@@ -15,7 +15,7 @@ constexpr wchar_t kColourKey[] = L"Software\\Microsoft\\Internet Explorer\\Setti
 
 class AdvancedHelp : public AdvancedRig {
  protected:
-  [[nodiscard]] std::vector<workbench::HelpRecord>& HelpCalls() { return machine_.Screen().helpCalls; }
+  [[nodiscard]] std::vector<workbench::HelpRecord>& HelpCalls() { return machine.Screen().helpCalls; }
   [[nodiscard]] std::vector<std::wstring> Topics() {
     std::vector<std::wstring> topics;
     for (const workbench::HelpRecord& record : HelpCalls()) topics.push_back(record.topic);
@@ -30,10 +30,10 @@ class AdvancedHelp : public AdvancedRig {
 
 // The device page goes by the bus's PortType, the TCP/IP page by the port's.
 TEST_F(AdvancedHelp, EachTopicGoesByItsOwnPortType) {
-  BusSet().SetNumber("PortType", 1u << 1);  // port 2
+  BusSet().SetNumber("PortType", 1);
   ClickHelpOf({OpenSheet::kDevice, OpenSheet::kTcpIp});
-  BusSet().SetNumber("PortType", ~(1u << 1));
-  PortSet().SetNumber("PortType", 1u << 1);
+  BusSet().SetNumber("PortType", ~1u);
+  PortSet().SetNumber("PortType", 1);
   ClickHelpOf({OpenSheet::kDevice, OpenSheet::kTcpIp});
   EXPECT_THAT(Topics(),
               ElementsAre(L"KdNUI41.chm::/AdvDevice485.htm>mainwin", L"KdNUI41.chm::/TcpIpPage.htm>mainwin",
@@ -64,13 +64,13 @@ TEST_F(AdvancedHelp, ControlsOfTheTablesHaveAPopUp) {
 }
 
 TEST_F(AdvancedHelp, WithoutHtmlHelpClicksDoNothingAndItIsLookedForOnce) {
-  machine_.Screen().htmlHelpInstalled = false;
+  machine.Screen().htmlHelpInstalled = false;
   ClickHelpOf({OpenSheet::kDevice});
-  const std::size_t attempts = machine_.Calls().CountOf("LoadLibraryExA");
+  const std::size_t attempts = machine.Calls().CountOf("LoadLibraryExA");
   EXPECT_EQ(attempts, 2u) << "the registered control, then the one of the system directory";
-  machine_.Screen().htmlHelpInstalled = true;
+  machine.Screen().htmlHelpInstalled = true;
   ClickHelpOf({OpenSheet::kDevice, OpenSheet::kTcpIp});
-  EXPECT_EQ(machine_.Calls().CountOf("LoadLibraryExA"), attempts);
+  EXPECT_EQ(machine.Calls().CountOf("LoadLibraryExA"), attempts);
   EXPECT_THAT(HelpCalls(), IsEmpty());
   EXPECT_THAT(Boxes(), IsEmpty());
 }
@@ -79,6 +79,29 @@ TEST_F(AdvancedHelp, AnUnregisteredControlIsFoundByItsName) {
   RegDeleteTreeW(HKEY_CLASSES_ROOT, L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}");
   ClickHelpOf({OpenSheet::kDevice});
   EXPECT_THAT(Topics(), ElementsAre(L"KdNUI41.chm::/AdvDevice.htm>mainwin"));
+}
+
+// "": no tip. The TCP/IP page asks for tips of two controls, and the string table has none for them.
+TEST_F(AdvancedHelp, OnlyTheListOfComNumbersHasATip) {
+  struct Row {
+    int tab, control;
+    const wchar_t* tip;
+  };
+  const Row rows[] = {
+      {OpenSheet::kDevice, IDC_DEVICE_COM_NUMBER,
+       L"Change selection to use a different COM number for this port."},
+      {OpenSheet::kDevice, IDC_DEVICE_COM_NUMBER_LABEL, L""},
+      {OpenSheet::kDevice, IDC_DEVICE_HIGH_PERFORMANCE, L""},
+      {OpenSheet::kTcpIp, IDC_TCPIP_ADDRESS, L""},
+      {OpenSheet::kTcpIp, IDC_TCPIP_PORT_NUMBER, L""},
+      {OpenSheet::kTcpIp, IDC_TCPIP_RESTORE_DEFAULTS, L""},
+  };
+  Run([&](const OpenSheet& sheet) {
+    for (const Row& row : rows) {
+      const HWND page = sheet.Turn(row.tab);
+      EXPECT_EQ(TipOf(page, GetDlgItem(page, row.control)), row.tip) << row.control;
+    }
+  });
 }
 
 class AdvancedAbout : public AdvancedRig {
@@ -122,8 +145,8 @@ TEST_F(AdvancedAbout, TheLinkOpensTheMakersSite) {
     SendMessageW(link, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
     SendMessageW(link, WM_LBUTTONUP, 0, MAKELPARAM(-5, 500));  // let go elsewhere
   });
-  ASSERT_EQ(machine_.Screen().shellCalls.size(), 3u);
-  const workbench::ShellRecord& call = machine_.Screen().shellCalls[0];
+  ASSERT_EQ(machine.Screen().shellCalls.size(), 3u);
+  const workbench::ShellRecord& call = machine.Screen().shellCalls[0];
   EXPECT_EQ(call.owner, nullptr);
   EXPECT_EQ(call.operation, L"open");
   EXPECT_EQ(call.file, L"https://www.keldrin.example/");

@@ -73,11 +73,6 @@ class SheetDriver {
   bool wasCancelled_ = false;
 };
 
-template <class Signature>
-Signature* ExportOf(HMODULE module, const char* name) {
-  return reinterpret_cast<Signature*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-}
-
 }  // namespace
 
 std::wstring OpenSheet::Caption() const {
@@ -166,58 +161,29 @@ void Select(HWND page, int combo, const std::wstring& entry) {
                reinterpret_cast<LPARAM>(GetDlgItem(page, combo)));
 }
 
-void AskForHelp(HWND page, int control) {
-  HELPINFO request{};
-  request.cbSize = sizeof request;
-  request.iContextType = HELPINFO_WINDOW;
-  request.iCtrlId = control;
-  request.hItemHandle = GetDlgItem(page, control);
-  SendMessageW(page, WM_HELP, 0, reinterpret_cast<LPARAM>(&request));
-}
-
-Footprint TakeFootprint() {
-  Footprint footprint;
-  GetProcessHandleCount(GetCurrentProcess(), &footprint.handles);
-  const auto count = [](HWND, LPARAM total) -> BOOL { return ++*reinterpret_cast<std::size_t*>(total) != 0; };
-  EnumThreadWindows(GetCurrentThreadId(), count, reinterpret_cast<LPARAM>(&footprint.windows));
-  HANDLE heaps[64];
-  const DWORD heapCount = std::min<DWORD>(GetProcessHeaps(ARRAYSIZE(heaps), heaps), ARRAYSIZE(heaps));
-  for (DWORD index = 0; index < heapCount; ++index) {
-    PROCESS_HEAP_ENTRY entry{};
-    HeapLock(heaps[index]);
-    while (HeapWalk(heaps[index], &entry)) {
-      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) footprint.heapBytes += entry.cbData;
-    }
-    HeapUnlock(heaps[index]);
-  }
-  return footprint;
-}
-
 AdvancedRig::AdvancedRig()
     : before_{workbench::ParameterValues(workbench::kPortSet),
               workbench::ParameterValues(workbench::kBusSet)} {
-  for (unsigned index = 0; index < 3; ++index) {
-    workbench::ParameterValues& bus = drivers_[index].Current(workbench::kBusSet);
-    bus.SetNumber("AddressToConnect", 0x7F000001);
-    bus.SetNumber("PortNumber", 4001 + index);
-    bus.SetNumber("ConnectionAttemptTimeout", 5);
-    bus.SetNumber("SerialPortIndex", index + 1);
-  }
+  BusSet().SetNumber("PortNumber", 4002);
+  BusSet().SetNumber("ConnectionAttemptTimeout", 5);
+  PageOf();
 }
 
 AdvancedRig::~AdvancedRig() {
-  for (const workbench::PortDriver& driver : drivers_) {
-    EXPECT_THAT(driver.Violations(), testing::IsEmpty());
-    EXPECT_EQ(driver.OpenSessions(), 0u);
-  }
+  for (std::optional<PortSheet>& page : pages_) page.reset();
+  for (const workbench::PortDriver& driver : drivers) EXPECT_EQ(driver.OpenSessions(), 0u);
   EXPECT_EQ(LeftOpen(), "");
-  EXPECT_THAT(machine_.Calls().Violations(), testing::IsEmpty());
-  EXPECT_EQ(machine_.Screen().PendingAnswers(), 0u);
+  EXPECT_THAT(Complaints(), testing::IsEmpty());
+  EXPECT_EQ(machine.Screen().PendingAnswers(), 0u);
 }
 
-std::wstring AdvancedRig::ProbePath() {
-  const std::wstring path = workbench::Dll::DefaultPath();
-  return path.substr(0, path.rfind(L'\\') + 1) + L"page_probe.dll";
+PortSheet& AdvancedRig::PageOf(unsigned port) {
+  if (!pages_[port]) {
+    pages_[port].emplace(static_cast<PortPageRig&>(*this), port);
+    Driver(port).ClearRecords();
+    Boxes().clear();
+  }
+  return *pages_[port];
 }
 
 AdvancedRig::Outcome AdvancedRig::Drive(const Step& step, const std::function<INT_PTR()>& show) {
@@ -232,53 +198,12 @@ AdvancedRig::Outcome AdvancedRig::Drive(const Step& step, const std::function<IN
 }
 
 AdvancedRig::Outcome AdvancedRig::RunOn(unsigned port, const Step& step) {
-  workbench::DeviceElement element(machine_, *server_.ports[port]);
-  auto* show = ExportOf<INT_PTR(HDEVINFO, SP_DEVINFO_DATA*)>(dll_.Module(), "ShowAdvancedSheet");
-  return Drive(step, [&] { return show(element.Set(), element.Data()); });
-}
-
-// In the module's activation context, which gives the same controls.
-AdvancedRig::Outcome AdvancedRig::RunBare(const Step& step) {
-  ACTCTXW description{};
-  description.cbSize = sizeof description;
-  description.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
-  description.hModule = dll_.Module();
-  description.lpResourceName = MAKEINTRESOURCEW(IDR_MANIFEST);
-  const HANDLE context = CreateActCtxW(&description);
-  ULONG_PTR cookie = 0;
-  EXPECT_TRUE(ActivateActCtx(context, &cookie));
-  PROPSHEETPAGEW pages[3] = {};
-  const WORD templates[] = {IDD_DEVICE_PAGE, IDD_TCPIP_PAGE, IDD_ABOUT_PAGE};
-  for (std::size_t index = 0; index < 3; ++index) {
-    pages[index].dwSize = sizeof pages[index];
-    pages[index].hInstance = dll_.Module();
-    pages[index].pszTemplate = MAKEINTRESOURCEW(templates[index]);
-    pages[index].dwFlags = PSP_USEFUSIONCONTEXT;
-    pages[index].hActCtx = context;
-    pages[index].pfnDlgProc = [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; };
-  }
-  PROPSHEETHEADERW header{};
-  header.dwSize = sizeof header;
-  header.dwFlags = PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW | PSH_PROPTITLE;
-  header.pszCaption = L"Advanced Settings for COM6";
-  header.nPages = 3;
-  header.ppsp = pages;
-  const Outcome outcome = Drive(step, [&] { return PropertySheetW(&header); });
-  DeactivateActCtx(0, cookie);
-  ReleaseActCtx(context);
-  return outcome;
-}
-
-std::uint32_t AdvancedRig::DuplexModeOf(unsigned port) {
-  workbench::DeviceElement element(machine_, *server_.ports[port]);
-  auto* tell = ExportOf<std::uint32_t(HDEVINFO, SP_DEVINFO_DATA*)>(dll_.Module(), "Rs485DuplexModeOf");
-  return tell(element.Set(), element.Data());
-}
-
-AdvancedRig::Outcome AdvancedRig::RunRs422485(const Step& step) {
-  workbench::DeviceElement element(machine_, Port());
-  auto* show = ExportOf<INT_PTR(HDEVINFO, SP_DEVINFO_DATA*)>(dll_.Module(), "ShowRs422485Sheet");
-  return Drive(step, [&] { return show(element.Set(), element.Data()); });
+  const PortSheet& page = PageOf(port);
+  return Drive(step, [&] {
+    const std::size_t earlier = machine.Calls().CallsOf("PropertySheetW").size();
+    page.Click(IDC_PORT_ADVANCED);
+    return static_cast<INT_PTR>(machine.Calls().CallsOf("PropertySheetW").at(earlier).result);
+  });
 }
 
 std::vector<std::wstring> AdvancedRig::BoxTexts() {
@@ -307,7 +232,7 @@ std::vector<std::string> AdvancedRig::Written() {
 // the HTML Help control is loaded for good.
 std::string AdvancedRig::LeftOpen() {
   std::string text;
-  for (const auto& handle : machine_.Calls().OpenHandles()) {
+  for (const auto& handle : machine.Calls().OpenHandles()) {
     if (handle.kind == workbench::HandleKind::Event || handle.kind == workbench::HandleKind::Thread ||
         handle.kind == workbench::HandleKind::Module) {
       continue;

@@ -1,17 +1,15 @@
-// The advanced sheet of a port, driven by messages while it is up.
+// The advanced sheet of a port, opened from the port's page and driven by messages while it is up.
 #pragma once
 
-#include <windows.h>
+#include "port_page_rig.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
-
-#include "workbench/drivers/port_driver.h"
-#include "workbench/machine/machine.h"
 
 // A property sheet that is up, on the thread of its message loop.
 class OpenSheet {
@@ -42,19 +40,9 @@ void Click(HWND page, int control);
 [[nodiscard]] std::vector<std::wstring> EntriesOf(HWND page, int combo);
 [[nodiscard]] std::wstring SelectedOf(HWND page, int combo);
 void Select(HWND page, int combo, const std::wstring& entry);
-// What F1 on a control sends.
-void AskForHelp(HWND page, int control);
 
-// What the process holds: kernel handles, top-level windows of this thread, and bytes on all heaps.
-struct Footprint {
-  DWORD handles = 0;
-  std::size_t windows = 0;
-  std::size_t heapBytes = 0;
-};
-[[nodiscard]] Footprint TakeFootprint();
-
-// A host with a device server of three ports, COM5 to COM7, and the pages' DLL loaded on it.
-class AdvancedRig : public testing::Test {
+// A host whose port COM7 has its page open; the page's button opens the sheet.
+class AdvancedRig : public testing::Test, protected PortPageRig {
  protected:
   using Step = std::function<void(const OpenSheet&)>;
   struct Outcome {
@@ -66,40 +54,24 @@ class AdvancedRig : public testing::Test {
   // Whatever a test does: nothing stays open, no interface was misused, every question had an answer.
   ~AdvancedRig() override;
 
-  // Shows the port's sheet and runs `step` when it is up; a sheet that is still open then is cancelled.
-  Outcome Run(const Step& step) { return RunOn(1, step); }
+  // The page of a port, opened by its first use. What was written and asked until then is forgotten.
+  PortSheet& PageOf(unsigned port = 0);
+
+  // Opens the port's sheet and runs `step` when it is up; a sheet that is still open then is cancelled.
+  Outcome Run(const Step& step) { return RunOn(0, step); }
   Outcome RunOn(unsigned port, const Step& step);
-  // The same with a sheet around the RS422/485 page alone.
-  Outcome RunRs422485(const Step& step);
+  // The same with the sheet that `show` puts up, whose result it returns.
+  Outcome Drive(const Step& step, const std::function<INT_PTR()>& show);
 
-  // The same with a sheet of the same three templates and no code of the product's behind them.
-  Outcome RunBare(const Step& step);
-  // The duplex mode that the port's owner takes over after a save.
-  [[nodiscard]] std::uint32_t DuplexModeOf(unsigned port);
-
-  [[nodiscard]] workbench::Device& Port() { return *server_.ports[1]; }
-  [[nodiscard]] workbench::PortDriver& Driver() { return drivers_[1]; }
-  [[nodiscard]] workbench::ParameterValues& PortSet() { return Driver().Current(workbench::kPortSet); }
-  [[nodiscard]] workbench::ParameterValues& BusSet() { return Driver().Current(workbench::kBusSet); }
-  [[nodiscard]] const std::vector<workbench::MessageBoxRecord>& Boxes() {
-    return machine_.Screen().messageBoxes;
-  }
   // "text|caption|style" of the boxes so far.
   [[nodiscard]] std::vector<std::wstring> BoxTexts();
-  // What was written to the drivers, as differences from the set that was there before: one entry for each
-  // write, "" for one that changed nothing.
+  // What was written to the drivers of COM7, as differences from the set that was there before: one entry for
+  // each write, "" for one that changed nothing.
   [[nodiscard]] std::vector<std::string> Written();
   [[nodiscard]] std::string LeftOpen();
 
-  workbench::PortDriver drivers_[3];
-  workbench::Machine machine_;
-  workbench::DeviceServer server_ = workbench::AddDeviceServer(
-      machine_, {.comNumbers = {5, 6, 7}, .driver = [this](unsigned index) { return &drivers_[index]; }});
-  workbench::Dll dll_{machine_, ProbePath()};
+  std::optional<PortSheet> pages_[2];
 
  private:
-  [[nodiscard]] static std::wstring ProbePath();
-  Outcome Drive(const Step& step, const std::function<INT_PTR()>& show);
-
   workbench::ParameterValues before_[2];
 };

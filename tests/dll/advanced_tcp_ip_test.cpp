@@ -62,14 +62,14 @@ TEST_F(AdvancedTcpIp, TakesNumbersInRangeOnly) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.port) + " " + testing::PrintToString(row.timeout));
-    machine_.Screen().messageBoxes.clear();
-    machine_.Screen().beeps.clear();
+    machine.Screen().messageBoxes.clear();
+    machine.Screen().beeps.clear();
     int focus = 0;
     const Outcome outcome = Run([&](const OpenSheet& sheet) {
       const HWND page = sheet.Turn(OpenSheet::kTcpIp);
       Enter(page, IDC_TCPIP_PORT_NUMBER, row.port);
       Enter(page, IDC_TCPIP_ATTEMPT_TIMEOUT, row.timeout);
-      machine_.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
+      machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
         focus = GetDlgCtrlID(GetFocus());
         return IDOK;
       });
@@ -79,7 +79,7 @@ TEST_F(AdvancedTcpIp, TakesNumbersInRangeOnly) {
     EXPECT_EQ(focus, row.refused);
     if (row.refused != 0) {
       EXPECT_THAT(BoxTexts(), ElementsAre(kOutOfRange));
-      EXPECT_THAT(machine_.Screen().beeps, ElementsAre(static_cast<UINT>(-1)));
+      EXPECT_THAT(machine.Screen().beeps, ElementsAre(static_cast<UINT>(-1)));
     } else {
       EXPECT_THAT(Boxes(), IsEmpty());
       EXPECT_EQ(BusSet().Number("PortNumber"), static_cast<std::uint32_t>(_wtoi(row.port)));

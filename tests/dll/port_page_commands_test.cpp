@@ -74,27 +74,18 @@ TEST(PortPageCommands, FocusLeavesABoxThatIsDisabled) {
   EXPECT_TRUE(GetFocus() != nullptr && IsWindowEnabled(GetFocus()));
 }
 
-std::wstring TipOf(const PortSheet& sheet, HWND tool) {
-  NMTTDISPINFOW request{};
-  request.hdr.code = TTN_GETDISPINFOW;
-  request.hdr.idFrom = reinterpret_cast<UINT_PTR>(tool);
-  request.uFlags = TTF_IDISHWND;
-  SendMessageW(sheet.Page(), WM_NOTIFY, request.hdr.idFrom, reinterpret_cast<LPARAM>(&request));
-  return request.lpszText != nullptr ? request.lpszText : L"(no answer)";
-}
-
 TEST(PortPageCommands, TipsFollowTheTable) {
   PortPageRig rig;
   const PortSheet sheet(rig);
   for (const auto& [label, value] : {std::pair{223, 297}, {224, 298}, {225, 299}, {226, 300}}) {
-    EXPECT_NE(TipOf(sheet, sheet.Control(label)), L"") << label;
-    EXPECT_EQ(TipOf(sheet, sheet.Control(label)), TipOf(sheet, sheet.Control(value))) << label;
+    EXPECT_NE(TipOf(sheet.Page(), sheet.Control(label)), L"") << label;
+    EXPECT_EQ(TipOf(sheet.Page(), sheet.Control(label)), TipOf(sheet.Page(), sheet.Control(value))) << label;
   }
-  EXPECT_NE(TipOf(sheet, sheet.Control(840)), L"");
-  EXPECT_NE(TipOf(sheet, sheet.Control(892)), TipOf(sheet, sheet.Control(840)));
+  EXPECT_NE(TipOf(sheet.Page(), sheet.Control(840)), L"");
+  EXPECT_NE(TipOf(sheet.Page(), sheet.Control(892)), TipOf(sheet.Page(), sheet.Control(840)));
   for (const int quiet : {222, 296, 294, 841, 211})
-    EXPECT_EQ(TipOf(sheet, sheet.Control(quiet)), L"") << quiet;
-  EXPECT_EQ(TipOf(sheet, sheet.Page()), L"");
+    EXPECT_EQ(TipOf(sheet.Page(), sheet.Control(quiet)), L"") << quiet;
+  EXPECT_EQ(TipOf(sheet.Page(), sheet.Page()), L"");
 }
 
 struct ToolTipSearch {
@@ -161,22 +152,13 @@ TEST(PortPageCommands, HelpTopicFollowsThePortSet) {
   }
 }
 
-void AskForHelp(const PortSheet& sheet, int control, UINT contextType) {
-  HELPINFO help{};
-  help.cbSize = sizeof(help);
-  help.iContextType = static_cast<int>(contextType);
-  help.iCtrlId = control;
-  help.hItemHandle = sheet.Control(control);
-  SendMessageW(sheet.Page(), WM_HELP, 0, reinterpret_cast<LPARAM>(&help));
-}
-
 TEST(PortPageCommands, ContextHelpIsForTheControlsOfTheTable) {
   PortPageRig rig;
   const PortSheet sheet(rig);
-  AskForHelp(sheet, IDC_PORT_BAUD_RATE, HELPINFO_WINDOW);
-  AskForHelp(sheet, IDC_PORT_ADVANCED, HELPINFO_MENUITEM);
+  AskForHelp(sheet.Page(), IDC_PORT_BAUD_RATE);
+  AskForHelp(sheet.Page(), IDC_PORT_ADVANCED, HELPINFO_MENUITEM);
   EXPECT_THAT(rig.machine.Screen().helpCalls, testing::IsEmpty());
-  AskForHelp(sheet, IDC_PORT_CTS_LABEL, HELPINFO_WINDOW);
+  AskForHelp(sheet.Page(), IDC_PORT_CTS_LABEL);
   ASSERT_EQ(rig.machine.Screen().helpCalls.size(), 1u);
   const workbench::HelpRecord& call = rig.machine.Screen().helpCalls[0];
   EXPECT_EQ(call.owner, sheet.Control(IDC_PORT_CTS_LABEL));

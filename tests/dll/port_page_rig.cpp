@@ -111,6 +111,24 @@ bool PortSheet::PressOk() {
   return true;
 }
 
+std::wstring TipOf(HWND page, HWND tool) {
+  NMTTDISPINFOW request{};
+  request.hdr.code = TTN_GETDISPINFOW;
+  request.hdr.idFrom = reinterpret_cast<UINT_PTR>(tool);
+  request.uFlags = TTF_IDISHWND;
+  SendMessageW(page, WM_NOTIFY, request.hdr.idFrom, reinterpret_cast<LPARAM>(&request));
+  return request.lpszText != nullptr ? request.lpszText : L"(no answer)";
+}
+
+void AskForHelp(HWND page, int control, int contextType) {
+  HELPINFO request{};
+  request.cbSize = sizeof request;
+  request.iContextType = contextType;
+  request.iCtrlId = control;
+  request.hItemHandle = GetDlgItem(page, control);
+  SendMessageW(page, WM_HELP, 0, reinterpret_cast<LPARAM>(&request));
+}
+
 void PumpMessages(DWORD milliseconds) {
   const ULONGLONG end = GetTickCount64() + milliseconds;
   do {

@@ -83,5 +83,10 @@ class PortSheet {
   HWND page_ = nullptr;
 };
 
+// The tip that a page gives for a control, or for itself; "" when it has none.
+[[nodiscard]] std::wstring TipOf(HWND page, HWND tool);
+// What F1 on a control sends.
+void AskForHelp(HWND page, int control, int contextType = HELPINFO_WINDOW);
+
 // Lets the calling thread handle its messages until there are none or `milliseconds` have passed.
 void PumpMessages(DWORD milliseconds = 0);

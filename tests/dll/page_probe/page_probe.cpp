@@ -1,12 +1,12 @@
-// The module's pages in a DLL of their own, for tests that need a page without the port page around it: the
-// advanced sheet alone, and the RS422/485 page, which the product makes and never shows.
+// The RS422/485 page, which the product makes and never shows, in a sheet of its own.
 #include <windows.h>
 
 #include <setupapi.h>
 
 #include "base/export_guard.h"
 #include "base/module_instance.h"
-#include "ui/advanced_dialog.h"
+#include "ui/framework/property_sheet.h"
+#include "ui/rs422485_page.h"
 
 namespace {
 
@@ -21,14 +21,6 @@ class Rs422485Sheet : public CPropertySheetImpl {
 }  // namespace
 
 extern "C" {
-
-__declspec(dllexport) INT_PTR ShowAdvancedSheet(HDEVINFO set, SP_DEVINFO_DATA* element) {
-  return GuardBoundary(INT_PTR{-2}, [&] { return CAdvancedDialog(set, *element).DoModal(nullptr); });
-}
-
-__declspec(dllexport) std::uint32_t Rs485DuplexModeOf(HDEVINFO set, SP_DEVINFO_DATA* element) {
-  return CAdvancedDialog(set, *element).Rs485DuplexMode();
-}
 
 __declspec(dllexport) INT_PTR ShowRs422485Sheet(HDEVINFO set, SP_DEVINFO_DATA* element) {
   return GuardBoundary(INT_PTR{-2}, [&] { return Rs422485Sheet(set, *element).DoModal(nullptr); });
