@@ -25,7 +25,8 @@ struct ControlText {
 
 // What a page says, row by row.
 struct PageTables {
-  std::span<const ControlText> texts{};  // in the order in which they are set; an id without a control is no error
+  std::span<const ControlText>
+      texts{};  // in the order in which they are set; an id without a control is no error
   std::span<const ToolTipText> tips{};
   UINT otherTip = 0;                 // the tip of all other controls; 0: none
   std::span<const DWORD> helpIds{};  // control and help id, in pairs that end in (0, 0)

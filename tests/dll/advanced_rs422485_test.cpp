@@ -1,5 +1,5 @@
-// The RS422/485 page, in a sheet of its own. The product makes it and never shows it, so that a DLL of the same
-// code puts it up.
+// The RS422/485 page, in a sheet of its own. The product makes it and never shows it, so that a DLL of the
+// same code puts it up.
 #include "advanced_rig.h"
 #include "base/resource_ids.h"
 

@@ -41,8 +41,8 @@ TEST_F(AdvancedSheet, ReportsASaveAlsoWhenNothingWasWritten) {
   EXPECT_EQ(Run([](const OpenSheet& sheet) { sheet.PressCancel(); }).result, 0);
 }
 
-// The page that is not shown has read its set when the sheet is made, and the port page goes by that: in RS-485
-// mode there is no CTS, whatever the driver says by then.
+// The page that is not shown has read its set when the sheet is made, and the port page goes by that: in
+// RS-485 mode there is no CTS, whatever the driver says by then.
 TEST_F(AdvancedSheet, ASaveTakesTheDuplexModeOfTheHiddenPage) {
   struct Row {
     std::uint32_t atOpening, later;
@@ -138,7 +138,8 @@ TEST(FootprintTest, SeesWhatIsLeft) {
   CloseHandle(event);
 }
 
-// Wine's static controls forget the bitmaps that they have loaded; on Windows there is nothing left to delete.
+// Wine's static controls forget the bitmaps that they have loaded; on Windows there is nothing left to
+// delete.
 class LoadedBitmaps {
  public:
   void NoteThoseOf(HWND window) { EnumChildWindows(window, &Note, reinterpret_cast<LPARAM>(&bitmaps_)); }
@@ -151,7 +152,8 @@ class LoadedBitmaps {
  private:
   static BOOL CALLBACK Note(HWND control, LPARAM list) {
     const LRESULT bitmap = SendMessageW(control, STM_GETIMAGE, IMAGE_BITMAP, 0);
-    if (bitmap != 0) reinterpret_cast<std::vector<HGDIOBJ>*>(list)->push_back(reinterpret_cast<HGDIOBJ>(bitmap));
+    if (bitmap != 0)
+      reinterpret_cast<std::vector<HGDIOBJ>*>(list)->push_back(reinterpret_cast<HGDIOBJ>(bitmap));
     return TRUE;
   }
   std::vector<HGDIOBJ> bitmaps_;

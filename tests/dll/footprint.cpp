@@ -11,8 +11,8 @@
 
 namespace {
 
-// Wine 8 answers GetGuiResources and GetProcessHandleCount with 0, always. What they would count is taken from
-// where Wine has it; on Windows the functions are asked.
+// Wine 8 answers GetGuiResources and GetProcessHandleCount with 0, always. What they would count is taken
+// from where Wine has it; on Windows the functions are asked.
 
 constexpr int kHandleInformation = 64;  // SystemExtendedHandleInformation
 
@@ -30,7 +30,8 @@ std::size_t CountKernelHandles() {
   const auto bytes = static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR));
   // Looked up, because its declaration does not know this number.
   const FARPROC query = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation");
-  auto* const ask = reinterpret_cast<LONG(WINAPI*)(int, void*, ULONG, ULONG*)>(reinterpret_cast<void*>(query));
+  auto* const ask =
+      reinterpret_cast<LONG(WINAPI*)(int, void*, ULONG, ULONG*)>(reinterpret_cast<void*>(query));
   if (ask(kHandleInformation, buffer.data(), bytes, nullptr) != 0) return 0;
   // Their number, a word that is not used, and the entries.
   const auto* const first = reinterpret_cast<const HandleEntry*>(buffer.data() + 2);

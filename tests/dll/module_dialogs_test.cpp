@@ -4,6 +4,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <cwchar>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,15 +16,32 @@ namespace {
 struct Page {
   WORD id;
   std::vector<int> controls;
+  std::vector<int> tabOrder;
 };
 
 const Page kPages[] = {
-    {IDD_PORT_PAGE, {205, 211, 222, 223, 224, 225, 226, 227, 228, 229, 230, 231, 242, 246,
-                     247, 248, 294, 295, 296, 297, 298, 299, 300, 301, 302, 840, 841, 892}},
-    {IDD_DEVICE_PAGE, {200, 220, 235, 246, 247, 249, 250, 251, 252, 253, 254, 255, 256, 257, 258, 290, 9000}},
-    {IDD_ABOUT_PAGE, {1035}},
-    {IDD_RS422485_PAGE, {220, 246, 247, 249, 259, 271, 892}},
-    {IDD_TCPIP_PAGE, {237, 239, 240, 246, 247, 283, 288, 289, 892}},
+    {IDD_PORT_PAGE,
+     {205, 211, 222, 223, 224, 225, 226, 227, 228, 229, 230, 231, 242, 246,
+      247, 248, 294, 295, 296, 297, 298, 299, 300, 301, 302, 840, 841, 892},
+     {841, 211, 205, 246, 840, 892}},
+    {IDD_DEVICE_PAGE,
+     {200, 220, 235, 246, 247, 249, 250, 251, 252, 253, 254, 255, 256, 257, 258, 290, 9000},
+     {200, 9000, 290, 246}},
+    {IDD_ABOUT_PAGE, {1035}, {1035}},
+    {IDD_RS422485_PAGE, {220, 246, 247, 249, 259, 271, 892}, {259, 246, 892}},
+    {IDD_TCPIP_PAGE, {237, 239, 240, 246, 247, 283, 288, 289, 892}, {237, 239, 288, 246, 892}},
+};
+
+// Mnemonics of labels and the control that gets the focus.
+struct Mnemonic {
+  WORD dialog;
+  wchar_t letter;
+  int control;
+};
+// Not "c" and "d" of the port page's labels: a button has each of them as well, and they go round.
+const Mnemonic kMnemonics[] = {
+    {IDD_PORT_PAGE, L'h', 246},  {IDD_DEVICE_PAGE, L'h', 246}, {IDD_RS422485_PAGE, L'h', 246},
+    {IDD_TCPIP_PAGE, L't', 237}, {IDD_TCPIP_PAGE, L'h', 246},
 };
 
 // Labels and the control that each one's mnemonic and a screen reader's name belong to.
@@ -64,12 +82,32 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
     ASSERT_NE(module_, nullptr) << "error " << GetLastError();
     parent_ = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 800, 800, nullptr, nullptr, nullptr,
                             nullptr);
-    dialog_ = CreateDialogParamW(module_, MAKEINTRESOURCEW(GetParam().id), parent_, &NoMessages, 0);
-    ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
+    OpenWithFont(kFontSize);
   }
   void TearDown() override {
     if (parent_ != nullptr) DestroyWindow(parent_);
     if (module_ != nullptr) FreeLibrary(module_);
+  }
+
+  // Opens the dialog with its font in another size, in points.
+  void OpenWithFont(WORD points) {
+    if (dialog_ != nullptr) DestroyWindow(dialog_);
+    const HRSRC resource = FindResourceW(module_, MAKEINTRESOURCEW(GetParam().id), RT_DIALOG);
+    const auto* const bytes = static_cast<const char*>(LockResource(LoadResource(module_, resource)));
+    std::vector<char> form(bytes, bytes + SizeofResource(module_, resource));
+    // An extended template's fixed part, no menu, no class, the title; then the size of the font.
+    constexpr std::size_t kTitle = 26 + 2 * sizeof(WORD);
+    auto* const title = reinterpret_cast<wchar_t*>(form.data() + kTitle);
+    title[std::wcslen(title) + 1] = points;
+    dialog_ = CreateDialogIndirectParamW(module_, reinterpret_cast<const DLGTEMPLATE*>(form.data()), parent_,
+                                         &NoMessages, 0);
+    ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
+  }
+  // Pixels of a control's width that its text cannot have: the box of a check box, the edges of a button.
+  static LONG FrameOf(HWND child) {
+    if (ClassOf(child) != L"Button") return 0;
+    const LONG kind = GetWindowLongW(child, GWL_STYLE) & BS_TYPEMASK;
+    return kind == BS_AUTOCHECKBOX ? 18 : 12;  // at 96 DPI, with room to spare
   }
 
   std::vector<HWND> Children() const {
@@ -96,6 +134,9 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
     return text;
   }
 
+  void ExpectTextsFit(WORD points);
+
+  static constexpr WORD kFontSize = 8;  // the templates' own, in points
   HMODULE module_ = nullptr;
   HWND parent_ = nullptr;
   HWND dialog_ = nullptr;
@@ -140,7 +181,17 @@ TEST_P(ModuleDialogs, ControlsDoNotOverlap) {
   }
 }
 
+// Dialog units follow the font: 8 points at 120, 144 and 192 DPI are 10, 12 and 16 at 96. The others are what
+// users set who like it larger.
 TEST_P(ModuleDialogs, NoTextIsCutOff) {
+  for (const WORD points : std::initializer_list<WORD>{8, 9, 10, 11, 12, 14, 16}) {
+    SCOPED_TRACE(std::to_string(points) + " points");
+    OpenWithFont(points);
+    ExpectTextsFit(points);
+  }
+}
+
+void ModuleDialogs::ExpectTextsFit(WORD points) {
   const HDC context = GetDC(dialog_);
   SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(dialog_, WM_GETFONT, 0, 0)));
   for (const HWND child : Children()) {
@@ -151,11 +202,13 @@ TEST_P(ModuleDialogs, NoTextIsCutOff) {
     if (isStatic && (kind == SS_BITMAP || kind == SS_ICON)) continue;
     const auto widest = kWidest.find({GetParam().id, GetDlgCtrlID(child)});
     const std::wstring text = widest != kWidest.end() ? widest->second : TextOf(child);
+    if (text.empty()) continue;
     const RECT place = PlaceOf(child);
+    const LONG room = place.right - place.left - FrameOf(child) * points / kFontSize;
     // What DrawText needs for the text, wrapped at the control's width.
-    RECT needed = {0, 0, place.right - place.left, 0};
+    RECT needed = {0, 0, room, 0};
     DrawTextW(context, text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK);
-    EXPECT_LE(needed.right, place.right - place.left) << "control " << GetDlgCtrlID(child) << ": " << text;
+    EXPECT_LE(needed.right, room) << "control " << GetDlgCtrlID(child) << ": " << text;
     EXPECT_LE(needed.bottom, place.bottom - place.top) << "control " << GetDlgCtrlID(child) << ": " << text;
   }
   ReleaseDC(dialog_, context);
@@ -169,9 +222,35 @@ TEST_P(ModuleDialogs, LabelsStandBeforeTheirControl) {
   }
 }
 
+// With Tab alone, from the first control to the last one and back to the first.
+TEST_P(ModuleDialogs, TheKeyboardReachesEveryControlInOrder) {
+  HWND control = nullptr;
+  for (const int id : GetParam().tabOrder) {
+    control = GetNextDlgTabItem(dialog_, control, FALSE);
+    EXPECT_EQ(GetDlgCtrlID(control), id);
+  }
+  control = GetNextDlgTabItem(dialog_, control, FALSE);
+  EXPECT_EQ(GetDlgCtrlID(control), GetParam().tabOrder.front());
+}
+
+TEST_P(ModuleDialogs, MnemonicsLandOnTheControlThatTheyName) {
+  EnableWindow(dialog_, TRUE);
+  for (const HWND window : {parent_, dialog_}) ShowWindow(window, SW_SHOW);
+  for (const Mnemonic& row : kMnemonics) {
+    if (row.dialog != GetParam().id) continue;
+    SetFocus(GetDlgItem(dialog_, GetParam().tabOrder.front()));
+    MSG message{};
+    message.hwnd = GetFocus();
+    message.message = WM_SYSCHAR;
+    message.wParam = row.letter;
+    EXPECT_TRUE(IsDialogMessageW(dialog_, &message));
+    EXPECT_EQ(GetDlgCtrlID(GetFocus()), row.control) << static_cast<char>(row.letter);
+  }
+}
+
 // A static control without the style never sees the mouse, and its tip never shows.
 TEST_P(ModuleDialogs, LabelsWithATipNoticeTheMouse) {
-  if (GetParam().id != IDD_PORT_PAGE) GTEST_SKIP() << "only the port page has tips on labels";
+  if (GetParam().id != IDD_PORT_PAGE) return;  // the only one with tips on labels
   for (const int id : {222, 223, 224, 225, 226, 246, 297, 298, 299, 300}) {
     EXPECT_TRUE(GetWindowLongW(GetDlgItem(dialog_, id), GWL_STYLE) & SS_NOTIFY) << "control " << id;
   }

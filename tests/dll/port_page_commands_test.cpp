@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include "base/resource_ids.h"
 
 namespace {
@@ -35,6 +38,22 @@ TEST(PortPageCommands, TickShowsWhatChangedAndIsSilent) {
   EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");
   EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800") << "the driver has been told the last one";
   EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
+}
+
+// No flicker: what shows the right thing already is not set again.
+TEST(PortPageCommands, TickLeavesUnchangedControlsAlone) {
+  PortPageRig rig;
+  rig.web.SetPort(1, {.ctsLine = 0});
+  const PortSheet sheet(rig);
+  rig.machine.Calls().ClearLog();
+  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
+  EXPECT_EQ(rig.machine.Calls().CountOf("HttpSendRequestW"), 1u);
+  for (const char* change : {"SetWindowTextW", "SetDlgItemTextW", "ShowWindow", "EnableWindow"}) {
+    EXPECT_EQ(rig.machine.Calls().CountOf(change), 0u) << change;
+  }
+  for (const workbench::Call& call : rig.machine.Calls().CallsOf("SendMessageW")) {
+    EXPECT_NE(call.Number(1), static_cast<std::uint64_t>(BM_SETCHECK));
+  }
 }
 
 TEST(PortPageCommands, CloseMessageStopsTheTimerAndRefreshesSilently) {
@@ -132,6 +151,54 @@ TEST(PortPageCommands, BalloonHasOneToolPerChild) {
     }
   }
   EXPECT_FALSE(IsWindow(tip));
+}
+
+// The mouse over a static label: the baud rate has no tip, the data bits have one.
+TEST(PortPageCommands, BalloonAppearsOverALabel) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  ToolTipSearch search{sheet.Page(), nullptr};
+  EnumThreadWindows(GetCurrentThreadId(), &FindToolTip, reinterpret_cast<LPARAM>(&search));
+  ASSERT_NE(search.found, nullptr);
+  SendMessageW(search.found, TTM_SETDELAYTIME, TTDT_INITIAL, 1);
+  for (const auto& [label, shows] :
+       {std::pair{IDC_PORT_BAUD_RATE_LABEL, false}, {IDC_PORT_DATA_BITS_LABEL, true}}) {
+    RECT place;
+    GetWindowRect(sheet.Control(label), &place);
+    SetCursorPos(place.left + 3, (place.top + place.bottom) / 2);
+    for (int wait = 0; wait < (shows ? 50 : 3) && !IsWindowVisible(search.found); ++wait) PumpMessages(100);
+    EXPECT_EQ(IsWindowVisible(search.found) != FALSE, shows) << label;
+  }
+}
+
+// What a click does, Enter and Space do; Enter does not press OK. The link shows the focus and has a name.
+TEST(PortPageCommands, HelpLinkIsForTheKeyboardToo) {
+  PortPageRig rig;
+  const PortSheet sheet(rig);
+  const HWND link = sheet.Control(IDC_PORT_HELP_LINK);
+  EXPECT_EQ(sheet.Text(IDC_PORT_HELP_LINK), L"Need More &Help? Click:");
+  const auto topRow = [&] {
+    RedrawWindow(link, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    const HDC context = GetDC(link);
+    std::vector<COLORREF> row;
+    for (int x = 0; x < 12; ++x) row.push_back(GetPixel(context, x, 0));
+    ReleaseDC(link, context);
+    return row;
+  };
+  const std::vector<COLORREF> without = topRow();
+  SetFocus(link);
+  EXPECT_NE(topRow(), without);
+  for (const int key : {VK_RETURN, VK_SPACE, static_cast<int>('x')}) {
+    SendMessageW(link, WM_CHAR, static_cast<WPARAM>(key), 0);
+  }
+  EXPECT_EQ(rig.machine.Screen().helpCalls.size(), 2u);
+  MSG enter{};
+  enter.message = WM_KEYDOWN;
+  enter.wParam = VK_RETURN;
+  EXPECT_TRUE(SendMessageW(link, WM_GETDLGCODE, VK_RETURN, reinterpret_cast<LPARAM>(&enter)) &
+              DLGC_WANTMESSAGE);
+  SetFocus(sheet.Control(IDC_PORT_ADVANCED));
+  EXPECT_EQ(topRow(), without);
 }
 
 TEST(PortPageCommands, HelpTopicFollowsThePortSet) {
