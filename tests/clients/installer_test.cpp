@@ -6,12 +6,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <newdev.h>
 
 #include <fstream>
 
-#include "base/device_handles.h"
 #include "client.h"
+#include "root_device.h"
 
 namespace {
 
@@ -19,7 +18,6 @@ namespace fs = std::filesystem;
 
 constexpr GUID kMultiportClass = {
     0x50906CB8, 0xBA12, 0x11D1, {0xBF, 0x5D, 0x00, 0x00, 0xF8, 0x05, 0xF5, 0x30}};
-constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
 
 // A folder with a driver package: the INF files, the DLL, and files that stand for the drivers.
 fs::path MakePackage() {
@@ -32,39 +30,6 @@ fs::path MakePackage() {
   fs::copy_file(ProgramFolder() / L"KdUUI10.DLL", folder / L"KdUUI10.DLL");
   for (const wchar_t* driver : {L"kdnbus.sys", L"kdvcp.sys"}) std::ofstream(folder / driver) << "no driver";
   return folder;
-}
-
-// One device that has been made and registered, but has no driver yet.
-class RootDevice {
- public:
-  RootDevice(const GUID& deviceClass, const wchar_t* name, const std::wstring& hardwareId)
-      : set_(SetupDiCreateDeviceInfoList(&deviceClass, nullptr)) {
-    element_.cbSize = sizeof element_;
-    std::wstring ids = hardwareId + L'\0';
-    made_ = SetupDiCreateDeviceInfoW(set_.Get(), name, &deviceClass, nullptr, nullptr, DICD_GENERATE_ID,
-                                     &element_) &&
-            SetupDiSetDeviceRegistryPropertyW(set_.Get(), &element_, SPDRP_HARDWAREID,
-                                              reinterpret_cast<BYTE*>(ids.data()),
-                                              static_cast<DWORD>((ids.size() + 1) * sizeof(wchar_t))) &&
-            SetupDiCallClassInstaller(DIF_REGISTERDEVICE, set_.Get(), &element_);
-  }
-  [[nodiscard]] bool IsMade() const { return made_; }
-  BOOL Call(DI_FUNCTION function) { return SetupDiCallClassInstaller(function, set_.Get(), &element_); }
-  [[nodiscard]] std::wstring Text(DWORD keyType, const wchar_t* name) {
-    const CDeviceKey key(SetupDiOpenDevRegKey(set_.Get(), &element_, DICS_FLAG_GLOBAL, 0, keyType, KEY_READ));
-    return RegistryText(key.Get(), L"", name);
-  }
-
- private:
-  CDeviceInfoList set_;
-  SP_DEVINFO_DATA element_{};
-  bool made_ = false;
-};
-
-bool Install(const fs::path& inf, const wchar_t* hardwareId) {
-  BOOL restart = FALSE;
-  return UpdateDriverForPlugAndPlayDevicesW(nullptr, hardwareId, inf.c_str(), INSTALLFLAG_FORCE, &restart) !=
-         FALSE;
 }
 
 // What the co-installers have answered, as the installer saw it, since the object was made.

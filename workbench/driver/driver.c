@@ -1,0 +1,48 @@
+/* A kernel driver behind a port's configuration interface, for Wine's and Windows' own I/O manager: what user
+   mode sends it has gone through a real CreateFile and DeviceIoControl. It moves no serial data. */
+#include "driver.h"
+
+KSPIN_LOCK kd_lock;
+
+NTSTATUS kd_complete(IRP *irp, NTSTATUS status, ULONG_PTR information) {
+  irp->IoStatus.Status = status;
+  irp->IoStatus.Information = information;
+  IoCompleteRequest(irp, IO_NO_INCREMENT);
+  return status;
+}
+
+static struct kd_port_device *port_of(DEVICE_OBJECT *device) {
+  struct kd_port_device *port = device->DeviceExtension;
+  return port->kind == KD_PORT_DEVICE ? port : NULL;
+}
+
+static NTSTATUS NTAPI dispatch_create(DEVICE_OBJECT *device, IRP *irp) {
+  struct kd_port_device *port = port_of(device);
+  return port != NULL ? kd_port_create(port, irp) : kd_complete(irp, STATUS_SUCCESS, 0);
+}
+
+static NTSTATUS NTAPI dispatch_close(DEVICE_OBJECT *device, IRP *irp) {
+  struct kd_port_device *port = port_of(device);
+  return port != NULL ? kd_port_close(port, irp) : kd_complete(irp, STATUS_SUCCESS, 0);
+}
+
+static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT *device, IRP *irp) {
+  struct kd_port_device *port = port_of(device);
+  return port != NULL ? kd_port_control(port, irp) : kd_control_control(device, irp);
+}
+
+static void NTAPI unload(DRIVER_OBJECT *driver) {
+  kd_delete_control(driver);
+}
+
+NTSTATUS NTAPI DriverEntry(DRIVER_OBJECT *driver, UNICODE_STRING *registry_path) {
+  (void)registry_path;
+  KeInitializeSpinLock(&kd_lock);
+  driver->DriverExtension->AddDevice = kd_add_device;
+  driver->DriverUnload = unload;
+  driver->MajorFunction[IRP_MJ_CREATE] = dispatch_create;
+  driver->MajorFunction[IRP_MJ_CLOSE] = dispatch_close;
+  driver->MajorFunction[IRP_MJ_DEVICE_CONTROL] = dispatch_control;
+  driver->MajorFunction[IRP_MJ_PNP] = kd_plug_and_play;
+  return kd_create_control(driver);
+}
