@@ -1,9 +1,9 @@
 // The stack protector's part of the run time.
 //
-// The compiler's own library asks the cryptographic provider for its value while the module is loaded, and the
-// provider's DLLs are loaded and freed with it: several times the cost of the rest of the load, for every step
-// of an installation. This one is made as the platform's own compiler makes its cookie: from the time, the
-// performance counter, the process and where the module and the stack lie.
+// The compiler's own library asks the cryptographic provider for its value while the module is loaded, and
+// the provider's DLLs are loaded and freed with it: several times the cost of the rest of the load, for every
+// step of an installation. This one is made as the platform's own compiler makes its cookie: from the time,
+// the performance counter, the process and where the module and the stack lie.
 #include <windows.h>
 
 #include <cstdint>
