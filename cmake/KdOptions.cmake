@@ -41,10 +41,8 @@ if(KDUUI_TRAPS)
 endif()
 
 # The DLL is loaded and freed for every step of an installation: small counts for more than fast. The debug
-# information is split off when the DLL is linked.
-if(WIN32)
-  set(KDUUI_PRODUCT_OPTIONS "$<$<CONFIG:Release>:-Os;-g>")
-endif()
+# information is split off when the DLL is linked. Natively too, so that what is measured there is what ships.
+set(KDUUI_PRODUCT_OPTIONS "$<$<CONFIG:Release>:-Os;-g>")
 
 # kd_library(NAME sources... [LIBS libraries...]): a static library of one room.
 function(kd_library name)

@@ -1,0 +1,140 @@
+// install_bench: what installation steps cost by the number of ports of a device server.
+//
+// Calls are those of the DLL to Windows; the time is that of the simulated machine and the real registry, so
+// that it says how cost grows and little more.
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "measure.h"
+#include "workbench/stories/device_installer.h"
+
+namespace {
+
+constexpr std::array kSizes = {8u, 32u, 128u, 254u};
+constexpr int kRepeats = 3;
+
+struct Cost {
+  double calls = 0;
+  double seconds = 0;
+};
+
+// A host with one device server, and the DLL loaded on it.
+struct Rig {
+  explicit Rig(const workbench::ServerSpec& spec)
+      : wanted(spec), server(AddDeviceServer(machine, wanted)), dll(machine), installer(machine, dll) {}
+
+  [[nodiscard]] std::wstring NameOf(const workbench::Device& port) {
+    return machine.Registry().Text(workbench::ParametersKeyOf(port.instanceId), L"PortName").value_or(L"");
+  }
+  // What the work costs; what it is made of lies before.
+  Cost Measure(const std::function<void()>& work) {
+    machine.Calls().ClearLog();
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    if (!machine.Calls().Violations().empty()) throw std::runtime_error(machine.Calls().Violations().front());
+    return {static_cast<double>(machine.Calls().Log().size()), time.count()};
+  }
+
+  workbench::ServerSpec wanted;
+  workbench::Machine machine;
+  workbench::DeviceServer server;
+  workbench::Dll dll;
+  workbench::DeviceInstaller installer;
+};
+
+std::vector<unsigned> Numbers(unsigned ports, bool falling) {
+  std::vector<unsigned> numbers(ports);
+  for (unsigned at = 0; at < ports; ++at) numbers[at] = falling ? ports - at : at + 1;
+  return numbers;
+}
+
+void Expect(bool holds, const char* what) {
+  if (!holds) throw std::runtime_error(what);
+}
+
+// The ports came up in reverse order, the worst case, and are put in order.
+Cost Sort(unsigned ports) {
+  Rig rig({.comNumbers = Numbers(ports, true)});
+  const Cost cost = rig.Measure([&] { rig.installer.Install(*rig.server.ports.front()); });
+  Expect(rig.NameOf(*rig.server.ports.front()) == L"COM1", "the ports are not in order");
+  return cost;
+}
+
+// The last port of the server gets a number that is free.
+Cost Rename(unsigned ports) {
+  Rig rig({.comNumbers = Numbers(ports, false)});
+  const workbench::Device& last = *rig.server.ports.back();
+  const Cost cost = rig.Measure([&] { rig.dll.ChangeComNumber(last.instanceId.c_str(), L"COM255"); });
+  Expect(rig.NameOf(last) == L"COM255", "the port is not renamed");
+  return cost;
+}
+
+// The server's driver is installed again: its ports are saved and removed, come back with other numbers, and
+// are installed one after the other.
+Cost Reinstall(unsigned ports) {
+  Rig rig({.comNumbers = Numbers(ports, false)});
+  for (const workbench::Device* port : rig.server.ports) {
+    rig.machine.Registry().SetDword(workbench::ParametersKeyOf(port->instanceId), L"Baudrate", 115200);
+  }
+  rig.wanted.comNumbers = Numbers(ports, true);
+  const Cost cost = rig.Measure([&] {
+    rig.installer.Install(*rig.server.card);
+    rig.server.ports = EnumeratePorts(rig.machine, *rig.server.card, rig.wanted);
+    for (workbench::Device* port : rig.server.ports) rig.installer.Install(*port);
+  });
+  for (unsigned at = 0; at < ports; ++at) {
+    Expect(rig.NameOf(*rig.server.ports[at]) == L"COM" + std::to_wstring(at + 1), "a port lost its name");
+  }
+  return cost;
+}
+
+// The exponent of the growth between the smallest and the largest size: 1 in step with the ports, 2 with
+// their square.
+double Exponent(double smallest, double largest) {
+  return std::log(largest / smallest) / std::log(double{kSizes.back()} / kSizes.front());
+}
+
+void PrintGrowth(const char* name, Cost (*measure)(unsigned)) {
+  std::array<Cost, kSizes.size()> costs{};
+  // In turn, so that other work on the machine falls on all sizes alike.
+  for (int repeat = 0; repeat < kRepeats; ++repeat) {
+    for (std::size_t i = 0; i < kSizes.size(); ++i) {
+      const Cost cost = measure(kSizes[i]);
+      costs[i].calls = cost.calls;
+      costs[i].seconds = repeat == 0 ? cost.seconds : std::min(costs[i].seconds, cost.seconds);
+    }
+  }
+  for (std::size_t i = 0; i < kSizes.size(); ++i) {
+    std::printf("| %s | %u | %.0f | %.1f | %s | %s |\n", name, kSizes[i], costs[i].calls,
+                costs[i].calls / kSizes[i], bench::TimeText(costs[i].seconds).c_str(),
+                bench::TimeText(costs[i].seconds / kSizes[i]).c_str());
+  }
+  std::printf("| %s | slope | %.2f | | %.2f | |\n", name, Exponent(costs.front().calls, costs.back().calls),
+              Exponent(costs.front().seconds, costs.back().seconds));
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+int main() {
+  try {
+    PrintGrowth("Sorting, from reverse order", Sort);
+    PrintGrowth("Renaming one port", Rename);
+    PrintGrowth("Reinstalling the server", Reinstall);
+    return 0;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "install_bench: %s\n", error.what());
+    return 1;
+  }
+}

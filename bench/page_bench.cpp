@@ -1,0 +1,235 @@
+// page_bench: the port page from the call of the export until it is refreshed and painted, and the memory
+// that an open one takes, each against a bare page of the same template.
+#include "workbench/host/sample_host.h"  // before windows.h
+
+#include <commctrl.h>
+#include <prsht.h>
+#include <wininet.h>
+
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "base/resource_ids.h"
+#include "measure.h"
+
+namespace {
+
+constexpr double kMostPage = 1.10;
+
+using PageMaker = std::function<HPROPSHEETPAGE()>;
+
+// A modeless sheet of one page, shown and painted. Closes as the Cancel button does.
+class Sheet {
+ public:
+  explicit Sheet(const PageMaker& make) {
+    HPROPSHEETPAGE page = make();
+    if (page == nullptr) throw std::runtime_error("no page");
+    PROPSHEETHEADERW header{};
+    header.dwSize = sizeof header;
+    header.dwFlags = PSH_MODELESS | PSH_NOAPPLYNOW | PSH_NOCONTEXTHELP;
+    header.pszCaption = L"Port";
+    header.nPages = 1;
+    header.phpage = &page;
+    sheet_ = reinterpret_cast<HWND>(PropertySheetW(&header));
+    if (!IsWindow(sheet_)) throw std::runtime_error("the sheet does not open");
+    ShowWindow(sheet_, SW_SHOW);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      if (PropSheet_IsDialogMessage(sheet_, &message)) continue;
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    RedrawWindow(sheet_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    GdiFlush();
+  }
+  ~Sheet() {
+    PropSheet_PressButton(sheet_, PSBTN_CANCEL);
+    DestroyWindow(sheet_);
+  }
+  Sheet(const Sheet&) = delete;
+  Sheet& operator=(const Sheet&) = delete;
+
+  [[nodiscard]] std::wstring Text(int control) const {
+    wchar_t text[64] = {};
+    GetDlgItemTextW(PropSheet_GetCurrentPageHwnd(sheet_), control, text, 64);
+    return text;
+  }
+
+ private:
+  HWND sheet_ = nullptr;
+};
+
+BOOL CALLBACK KeepPage(HPROPSHEETPAGE page, LPARAM place) {
+  *reinterpret_cast<HPROPSHEETPAGE*>(place) = page;
+  return TRUE;
+}
+
+// The page of a port of the sample host, from the export.
+class ProductPage {
+ public:
+  ProductPage(workbench::SampleHost& host, const workbench::Dll& dll, unsigned port)
+      : dll_(dll), element_(host.Host(), host.Port(port)) {}
+  HPROPSHEETPAGE operator()() {
+    SP_PROPSHEETPAGE_REQUEST request{};
+    request.cbSize = sizeof request;
+    request.PageRequested = SPPSR_ENUM_ADV_DEVICE_PROPERTIES;
+    request.DeviceInfoSet = element_.Set();
+    request.DeviceInfoData = element_.Data();
+    HPROPSHEETPAGE page = nullptr;
+    return dll_.PropPage(&request, KeepPage, reinterpret_cast<LPARAM>(&page)) ? page : nullptr;
+  }
+
+ private:
+  const workbench::Dll& dll_;
+  workbench::DeviceElement element_;
+};
+
+BOOL CALLBACK AddTool(HWND child, LPARAM toolTip) {
+  TTTOOLINFOW tool{};
+  tool.cbSize = sizeof tool;
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = GetParent(child);
+  tool.uId = reinterpret_cast<UINT_PTR>(child);
+  tool.lpszText = LPSTR_TEXTCALLBACKW;
+  SendMessageW(reinterpret_cast<HWND>(toolTip), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  return TRUE;
+}
+
+// Nothing but the dialog; with tips (lParam of the page is not 0), each child is a tool of a tooltip control.
+INT_PTR CALLBACK BareProcedure(HWND window, UINT message, WPARAM, LPARAM lParam) {
+  if (message != WM_INITDIALOG) return FALSE;
+  if (reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam != 0) {
+    const HWND toolTip = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP, 0, 0, 0, 0, window, nullptr,
+                                         GetModuleHandleW(nullptr), nullptr);
+    EnumChildWindows(window, AddTool, reinterpret_cast<LPARAM>(toolTip));
+  }
+  return TRUE;
+}
+
+HPROPSHEETPAGE BarePage(HMODULE module, bool tips) {
+  PROPSHEETPAGEW page{};
+  page.dwSize = sizeof page;
+  page.hInstance = module;
+  page.pszTemplate = MAKEINTRESOURCEW(IDD_PORT_PAGE);
+  page.pfnDlgProc = BareProcedure;
+  page.lParam = tips ? 1 : 0;
+  return CreatePropertySheetPageW(&page);
+}
+
+// Closes a WinINet handle.
+struct InternetCloser {
+  using pointer = HINTERNET;
+  void operator()(HINTERNET handle) const { InternetCloseHandle(handle); }
+};
+using InternetHandle = std::unique_ptr<HINTERNET, InternetCloser>;
+
+// One GET, plain: a session, a connection, a request, the document to its end.
+std::string Get(std::uint16_t port, const wchar_t* path) {
+  const InternetHandle session(InternetOpenW(L"bench", INTERNET_OPEN_TYPE_DIRECT, nullptr, nullptr, 0));
+  const InternetHandle connection(
+      InternetConnectW(session.get(), L"127.0.0.1", port, nullptr, nullptr, INTERNET_SERVICE_HTTP, 0, 0));
+  const InternetHandle request(HttpOpenRequestW(connection.get(), L"GET", path, nullptr, nullptr, nullptr,
+                                                INTERNET_FLAG_KEEP_CONNECTION | INTERNET_FLAG_NO_CACHE_WRITE,
+                                                0));
+  if (!request || !HttpSendRequestW(request.get(), nullptr, 0, nullptr, 0)) {
+    throw std::runtime_error("the document cannot be had");
+  }
+  std::string document;
+  char bytes[4096];
+  DWORD count = 0;
+  while (InternetReadFile(request.get(), bytes, sizeof bytes, &count) && count > 0)
+    document.append(bytes, count);
+  return document;
+}
+
+// Bytes in use in the heaps of the process.
+std::size_t BytesInUse() {
+  HANDLE heaps[64];
+  const DWORD count = GetProcessHeaps(ARRAYSIZE(heaps), heaps);
+  std::size_t bytes = 0;
+  for (DWORD i = 0; i < count && i < ARRAYSIZE(heaps); ++i) {
+    PROCESS_HEAP_ENTRY entry{};
+    HeapLock(heaps[i]);
+    while (HeapWalk(heaps[i], &entry)) {
+      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+    }
+    HeapUnlock(heaps[i]);
+  }
+  return bytes;
+}
+
+// Heap bytes that one more open sheet takes.
+double BytesPerSheet(workbench::Machine& machine, const PageMaker& make) {
+  constexpr std::size_t kSheets = 20;
+  std::vector<std::unique_ptr<Sheet>> sheets;
+  sheets.reserve(kSheets + 1);
+  sheets.push_back(std::make_unique<Sheet>(make));
+  machine.Calls().ClearLog();
+  const std::size_t before = BytesInUse();
+  for (std::size_t i = 0; i < kSheets; ++i) {
+    sheets.push_back(std::make_unique<Sheet>(make));
+    machine.Calls().ClearLog();
+  }
+  return (static_cast<double>(BytesInUse()) - static_cast<double>(before)) / kSheets;
+}
+
+std::string BytesText(double bytes) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.1f KB", bytes / 1024);
+  return text;
+}
+
+void ComparePages() {
+  workbench::SampleHost host;
+  const workbench::Dll dll(host.Host());
+  ProductPage product(host, dll, 1);
+  const PageMaker makeProduct = [&] { return product(); };
+  const PageMaker makeBare = [&] { return BarePage(dll.Module(), false); };
+  const PageMaker makeWithTips = [&] { return BarePage(dll.Module(), true); };
+  const auto clear = [&] {
+    host.Host().Calls().ClearLog();
+    host.Web().ClearRequests();
+    host.Driver(1).ClearRecords();
+  };
+  const bench::Work openProduct = [&] {
+    const Sheet sheet(makeProduct);
+    if (sheet.Text(IDC_PORT_STATE) != L"Connected") throw std::runtime_error("the page is not refreshed");
+    clear();
+  };
+  const auto openBare = [&](const PageMaker& make) {
+    const Sheet sheet(make);
+    if (Get(host.Web().Port(), L"/p1").empty()) throw std::runtime_error("no document");
+    clear();
+  };
+  const bench::Patience patience{.sampleSeconds = 0.02, .batch = 21, .mostRounds = 210, .tolerance = 0.02};
+  const char* figure = "Port page, from the export until refreshed and painted, and closed";
+  bench::PrintRow(figure, "bare page of the template and one plain GET",
+                  bench::Compare(
+                      openProduct, [&] { openBare(makeBare); }, patience),
+                  kMostPage);
+  bench::PrintRow(figure, "the same page with tips on its controls",
+                  bench::Compare(
+                      openProduct, [&] { openBare(makeWithTips); }, patience),
+                  kMostPage);
+
+  const double bare = BytesPerSheet(host.Host(), makeBare);
+  const double page = BytesPerSheet(host.Host(), makeProduct);
+  bench::PrintRow("Heap of an open port page", BytesText(page), "bare page: " + BytesText(bare), page / bare);
+}
+
+}  // namespace
+
+int main() {
+  try {
+    ComparePages();
+    return bench::ExitStatus();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "page_bench: %s\n", error.what());
+    return 1;
+  }
+}
