@@ -30,8 +30,11 @@ struct Cost {
 
 // A host with one device server, and the DLL loaded on it.
 struct Rig {
-  explicit Rig(const workbench::ServerSpec& spec)
-      : wanted(spec), server(AddDeviceServer(machine, wanted)), dll(machine), installer(machine, dll) {}
+  explicit Rig(const workbench::ServerSpec& description)
+      : wanted(description),
+        server(AddDeviceServer(machine, wanted)),
+        dll(machine),
+        installer(machine, dll) {}
 
   [[nodiscard]] std::wstring NameOf(const workbench::Device& port) {
     return machine.Registry().Text(workbench::ParametersKeyOf(port.instanceId), L"PortName").value_or(L"");
