@@ -84,7 +84,9 @@ DWORD InstallCard(HDEVINFO set, const SP_DEVINFO_DATA& server, const COINSTALLER
     BestEffort([&] { RemoveChildPorts(server); });
     return context.InstallResult;
   }
-  BestEffort([&] { BackupChildPortSettings(set, server); });
+  // Memory that runs out here ends the pass: ports whose settings are not saved must not be removed, and told
+  // NO_ERROR, the export's failure value, the installer leaves out the second pass that would remove them.
+  BackupChildPortSettings(set, server);
   BestEffort([&] { RemoveChildPorts(server); });
   return ERROR_DI_POSTPROCESSING_REQUIRED;
 }
