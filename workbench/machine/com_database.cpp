@@ -17,7 +17,12 @@ bool BeginsWith(std::wstring_view text, std::wstring_view start) {
 }  // namespace
 
 ComDatabase::ComDatabase(RegistrySandbox& registry) : registry_(registry) {
-  if (const auto raw = registry.Raw(kArbiterKey, kArbiterValue)) bits_ = raw->data;
+  Load();
+}
+
+void ComDatabase::Load() {
+  bits_.clear();
+  if (const auto raw = registry_.Raw(kArbiterKey, kArbiterValue)) bits_ = raw->data;
   if (bits_.empty()) Resize(kInitialPorts);
 }
 

@@ -1,5 +1,6 @@
 #include "workbench/machine/registry_sandbox.h"
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <string>
@@ -67,47 +68,99 @@ std::optional<RegistrySandbox::RawValue> ReadRaw(HKEY key, const std::wstring& n
   return value;
 }
 
-// Scratch keys of processes that ended without removing them.
-void RemoveLeftovers() {
-  CRegistryKey all;
-  if (RegOpenKeyExW(HKEY_CURRENT_USER, kAllScratch, 0, KEY_ALL_ACCESS, all.Put()) != ERROR_SUCCESS) return;
-  std::vector<std::wstring> stale;
+std::vector<std::wstring> SubkeysOf(HKEY key) {
+  std::vector<std::wstring> names;
   wchar_t name[256];
   for (DWORD i = 0, size = 256;
-       RegEnumKeyExW(all.Get(), i, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+       RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
        ++i, size = 256) {
-    const DWORD process = std::wcstoul(name, nullptr, 10);
-    const CKernelHandle running(OpenProcess(SYNCHRONIZE, FALSE, process));
-    if (!running) stale.emplace_back(name);
+    names.emplace_back(name, size);
   }
-  for (const std::wstring& key : stale) RegDeleteTreeW(all.Get(), key.c_str());
+  return names;
+}
+
+// Scratch keys of processes that ended without removing them.
+void RemoveLeftovers(HKEY all) {
+  for (const std::wstring& name : SubkeysOf(all)) {
+    const DWORD process = std::wcstoul(name.c_str(), nullptr, 10);
+    const CKernelHandle running(OpenProcess(SYNCHRONIZE, FALSE, process));
+    if (!running) RegDeleteTreeW(all, name.c_str());
+  }
+}
+
+// Where a seed is below the scratch key.
+std::wstring PlaceOf(const Seed& seed) {
+  return std::wstring(seed.rootName) + L"\\" + seed.path;
+}
+
+// Removes everything from a scratch key but the seeds and the keys above them; `place` is the key's place,
+// with a backslash at its end, or nothing.
+void EmptyButSeeds(HKEY key, const std::wstring& place) {
+  for (const std::wstring& name : SubkeysOf(key)) {
+    const std::wstring below = place + name;
+    const auto is = [&](const Seed& seed) { return PlaceOf(seed) == below; };
+    const auto leadsTo = [&](const Seed& seed) { return PlaceOf(seed).starts_with(below + L"\\"); };
+    if (std::ranges::any_of(Seeds(), is)) continue;
+    if (!std::ranges::any_of(Seeds(), leadsTo)) {
+      RegDeleteTreeW(key, name.c_str());
+      continue;
+    }
+    EmptyButSeeds(Create(key, name).Get(), below + L"\\");
+  }
+  wchar_t name[256];
+  for (DWORD size = 256;
+       RegEnumValueW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS; size = 256) {
+    if (RegDeleteValueW(key, name) != ERROR_SUCCESS) break;
+  }
+}
+
+// The scratch key of this process. The seeds are copied once: there are many, and machines come and go by the
+// thousand.
+class ProcessScratch {
+ public:
+  ProcessScratch()
+      : all_(Create(HKEY_CURRENT_USER, kAllScratch)), name_(std::to_wstring(GetCurrentProcessId())) {
+    RemoveLeftovers(all_.Get());
+    RegDeleteTreeW(all_.Get(), name_.c_str());
+    for (const Seed& seed : Seeds()) {
+      CRegistryKey source;
+      if (RegOpenKeyExW(seed.root, seed.path, 0, KEY_READ, source.Put()) != ERROR_SUCCESS) continue;
+      RegCopyTreeW(source.Get(), nullptr, Create(all_.Get(), name_ + L"\\" + PlaceOf(seed)).Get());
+    }
+  }
+  ~ProcessScratch() { RegDeleteTreeW(all_.Get(), name_.c_str()); }
+  ProcessScratch(const ProcessScratch&) = delete;
+  ProcessScratch& operator=(const ProcessScratch&) = delete;
+
+  // The keys of all processes, also while this one's predefined keys are redirected.
+  [[nodiscard]] HKEY All() const { return all_.Get(); }
+  [[nodiscard]] CRegistryKey Open(const std::wstring& place = L"") const {
+    return Create(all_.Get(), place.empty() ? name_ : name_ + L"\\" + place);
+  }
+
+ private:
+  CRegistryKey all_;
+  std::wstring name_;
+};
+
+const ProcessScratch& Scratch() {
+  static const ProcessScratch scratch;
+  return scratch;
 }
 
 }  // namespace
 
-RegistrySandbox::RegistrySandbox()
-    : scratch_(kAllScratch + (L"\\" + std::to_wstring(GetCurrentProcessId()))) {
-  RemoveLeftovers();
-  RegDeleteTreeW(HKEY_CURRENT_USER, scratch_.c_str());
-  Require(RegOpenKeyExW(HKEY_CURRENT_USER, nullptr, 0, KEY_ALL_ACCESS, &realUser_), "opening the user's key");
-  for (const Seed& seed : Seeds()) {
-    CRegistryKey source;
-    if (RegOpenKeyExW(seed.root, seed.path, 0, KEY_READ, source.Put()) != ERROR_SUCCESS) continue;
-    const CRegistryKey target = Create(realUser_, scratch_ + L"\\" + seed.rootName + L"\\" + seed.path);
-    RegCopyTreeW(source.Get(), nullptr, target.Get());
-  }
-  std::vector<CRegistryKey> scratch;
-  for (const Predefined& one : PredefinedKeys())
-    scratch.push_back(Create(realUser_, scratch_ + L"\\" + one.name));
-  for (std::size_t i = 0; i < scratch.size(); ++i) {
-    Require(RegOverridePredefKey(PredefinedKeys()[i].key, scratch[i].Get()), "override");
+RegistrySandbox::RegistrySandbox() {
+  std::vector<CRegistryKey> keys;
+  for (const Predefined& one : PredefinedKeys()) keys.push_back(Scratch().Open(one.name));
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    Require(RegOverridePredefKey(PredefinedKeys()[i].key, keys[i].Get()), "override");
   }
 }
 
 RegistrySandbox::~RegistrySandbox() {
   for (const Predefined& one : PredefinedKeys()) RegOverridePredefKey(one.key, nullptr);
-  RegDeleteTreeW(realUser_, scratch_.c_str());
-  RegCloseKey(realUser_);
+  EmptyButSeeds(Scratch().Open().Get(), L"");
 }
 
 void RegistrySandbox::SetRaw(const std::wstring& path, const std::wstring& name, DWORD type, const void* data,
@@ -143,6 +196,19 @@ void RegistrySandbox::DeleteValue(const std::wstring& path, const std::wstring& 
 
 void RegistrySandbox::DeleteKey(const std::wstring& path) {
   RegDeleteTreeW(HKEY_LOCAL_MACHINE, path.c_str());
+}
+
+void RegistrySandbox::TakeOver(DWORD process) {
+  const std::wstring left = std::to_wstring(process);
+  for (const Predefined& one : PredefinedKeys()) {
+    CRegistryKey source;
+    Require(RegOpenKeyExW(Scratch().All(), (left + L"\\" + one.name).c_str(), 0, KEY_READ, source.Put()),
+            "opening another process's key");
+    const CRegistryKey target = Scratch().Open(one.name);
+    EmptyButSeeds(target.Get(), std::wstring(one.name) + L"\\");
+    Require(RegCopyTreeW(source.Get(), nullptr, target.Get()), "taking over");
+  }
+  RegDeleteTreeW(Scratch().All(), left.c_str());
 }
 
 bool RegistrySandbox::HasKey(const std::wstring& path) const {
@@ -187,15 +253,8 @@ std::vector<std::wstring> RegistrySandbox::ValueNames(const std::wstring& path) 
 }
 
 std::vector<std::wstring> RegistrySandbox::KeyNames(const std::wstring& path) const {
-  std::vector<std::wstring> names;
   const CRegistryKey key = OpenToRead(path);
-  wchar_t name[256];
-  for (DWORD i = 0; key; ++i) {
-    DWORD size = 256;
-    if (RegEnumKeyExW(key.Get(), i, name, &size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
-    names.emplace_back(name, size);
-  }
-  return names;
+  return key ? SubkeysOf(key.Get()) : std::vector<std::wstring>();
 }
 
 std::wstring EnumKeyOf(const std::wstring& instanceId) {

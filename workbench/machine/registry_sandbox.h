@@ -11,7 +11,7 @@
 namespace workbench {
 
 // Redirects HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER and HKEY_CLASSES_ROOT of this process to a scratch key
-// (RegOverridePredefKey) that is removed at the end. One at a time per process. While it lives, every
+// (RegOverridePredefKey) that is emptied at the end. One at a time per process. While it lives, every
 // registry call of the process sees it: tests read and write with the ordinary functions or with these.
 //
 // Paths are below HKEY_LOCAL_MACHINE. Reading something absent gives nothing; the set operations throw
@@ -33,6 +33,10 @@ class RegistrySandbox {
   void DeleteValue(const std::wstring& path, const std::wstring& name);
   void DeleteKey(const std::wstring& path);  // with everything below
 
+  // Takes over what the sandbox of another process holds that ended without removing it: everything here is
+  // replaced, there it is removed. Throws std::runtime_error when that process left none.
+  void TakeOver(DWORD process);
+
   [[nodiscard]] bool HasKey(const std::wstring& path) const;
   [[nodiscard]] std::optional<std::wstring> Text(const std::wstring& path, const std::wstring& name) const;
   [[nodiscard]] std::optional<std::uint32_t> Dword(const std::wstring& path, const std::wstring& name) const;
@@ -43,10 +47,6 @@ class RegistrySandbox {
   [[nodiscard]] std::optional<RawValue> Raw(const std::wstring& path, const std::wstring& name) const;
   [[nodiscard]] std::vector<std::wstring> ValueNames(const std::wstring& path) const;
   [[nodiscard]] std::vector<std::wstring> KeyNames(const std::wstring& path) const;
-
- private:
-  std::wstring scratch_;  // below the real HKEY_CURRENT_USER
-  HKEY realUser_ = nullptr;
 };
 
 // "System\CurrentControlSet\Enum\<id>" and its "Device Parameters".
