@@ -32,10 +32,25 @@ const RowMap& Rows() {
 }  // namespace
 
 const char* NameOf(HandleKind kind) {
-  static constexpr std::array kNames = {
-      "none",         "file",   "driver file", "COM port file", "registry key", "device set",
-      "COM database", "mutex",  "event",       "process",       "thread",       "internet",
-      "GDI object",   "cursor", "window",      "local memory",  "module",       "activation context"};
+  static constexpr std::array kNames = {"none",
+                                        "file",
+                                        "driver file",
+                                        "COM port file",
+                                        "registry key",
+                                        "device set",
+                                        "COM database",
+                                        "mutex",
+                                        "event",
+                                        "process",
+                                        "thread",
+                                        "internet",
+                                        "GDI object",
+                                        "cursor",
+                                        "window",
+                                        "local memory",
+                                        "heap",
+                                        "module",
+                                        "activation context"};
   return kNames.at(static_cast<std::size_t>(kind));
 }
 

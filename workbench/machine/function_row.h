@@ -28,6 +28,7 @@ enum class HandleKind : std::uint8_t {
   Cursor,
   Window,
   LocalMemory,
+  Heap,  // counted, not listed: see Gate::LiveAllocations
   Module,
   ActivationContext,
 };

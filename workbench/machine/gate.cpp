@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "workbench/machine/allocation_paths.h"
 #include "workbench/machine/thunk.h"
 
 namespace workbench {
@@ -52,10 +53,11 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
   const std::scoped_lock guard(lock_);
   CallTicket ticket{.row = &row};
   if (row.allocates) {
-    ticket.inject = DecideAllocation();
+    ticket.inject = row.failure.outcome != Outcome::CannotFail && DecideAllocation();
     return ticket;
   }
   if (!row.logged) return ticket;
+  if (nextNumber_ == endAt_) end_();
   ticket.inject = Decide(row, ticket.error);
   ticket.number = nextNumber_++;
   Call call{.number = ticket.number, .dll = row.dll, .function = row.name, .arguments = std::move(arguments)};
@@ -84,6 +86,7 @@ bool Gate::Decide(const FunctionRow& row, std::optional<DWORD>& error) {
 
 bool Gate::DecideAllocation() {
   ++allocations_;
+  NoteAllocationPath();
   if (allocations_ != allocationToFail_) return false;
   ++failedAllocations_;
   return true;
@@ -97,6 +100,7 @@ Call* Gate::Find(std::uint64_t number) {
 
 void Gate::Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError, bool succeeded,
                  std::span<const std::uint64_t> arguments) {
+  if (ticket.row->allocates) CountBlock(*ticket.row, result, arguments[0]);
   if (ticket.number == 0) return;
   const std::scoped_lock guard(lock_);
   // Calls that an exception left are still on the stack; they end with the call around them.
@@ -115,6 +119,13 @@ void Gate::Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError
   call->succeeded = succeeded && !ticket.inject;
   call->returned = true;
   if (trace_) std::fprintf(stderr, "%s\n", ToLine(*call).c_str());
+}
+
+// `block` is the first argument, which is one only of free. A block that realloc moves stays one.
+void Gate::CountBlock(const FunctionRow& row, std::uint64_t result, std::uint64_t block) {
+  const std::scoped_lock guard(lock_);
+  if (row.handles.action == HandleUse::Action::OpensReturned && result != 0) ++liveAllocations_;
+  if (row.handles.action == HandleUse::Action::ClosesArgument && block != 0) --liveAllocations_;
 }
 
 void Gate::Account(const FunctionRow& row, std::uint64_t result, std::span<const std::uint64_t> arguments) {
@@ -223,6 +234,12 @@ void Gate::Inject(Fault fault) {
   faults_.push_back({std::move(fault), 0});
 }
 
+void Gate::EndAt(std::uint64_t kth, std::function<void()> end) {
+  const std::scoped_lock guard(lock_);
+  endAt_ = nextNumber_ - 1 + kth;
+  end_ = std::move(end);
+}
+
 void Gate::ClearFaults() {
   const std::scoped_lock guard(lock_);
   faults_.clear();
@@ -247,6 +264,11 @@ std::uint64_t Gate::Allocations() const {
 std::uint64_t Gate::FailedAllocations() const {
   const std::scoped_lock guard(lock_);
   return failedAllocations_;
+}
+
+std::int64_t Gate::LiveAllocations() const {
+  const std::scoped_lock guard(lock_);
+  return liveAllocations_;
 }
 
 void Gate::FailAllocation(std::uint64_t kth) {

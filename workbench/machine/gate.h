@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <mutex>
@@ -87,6 +88,9 @@ class Gate {
   // Faults add up. They hold until ClearFaults; their counting starts now.
   void Inject(Fault fault);
   void ClearFaults();
+  // Runs `end` at the beginning of the k-th logged call from now, before the call does anything: the place
+  // for the process to end at.
+  void EndAt(std::uint64_t kth, std::function<void()> end);
   // Calls since construction or ClearLog that a Fault without a function would have counted, and how
   // many of them were failed.
   [[nodiscard]] std::uint64_t FaultableCalls() const;
@@ -95,6 +99,9 @@ class Gate {
   [[nodiscard]] std::uint64_t Allocations() const;
   void FailAllocation(std::uint64_t kth);
   [[nodiscard]] std::uint64_t FailedAllocations() const;
+  // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
+  // frees what it had before.
+  [[nodiscard]] std::int64_t LiveAllocations() const;
 
   // What is open. Windows that were destroyed with their parent do not count.
   [[nodiscard]] std::vector<OpenHandle> OpenHandles() const;
@@ -127,6 +134,7 @@ class Gate {
   [[nodiscard]] bool DecideAllocation();
   [[nodiscard]] Call* Find(std::uint64_t number);
   void Account(const FunctionRow& row, std::uint64_t result, std::span<const std::uint64_t> arguments);
+  void CountBlock(const FunctionRow& row, std::uint64_t result, std::uint64_t block);
 
   mutable std::recursive_mutex lock_;
   std::vector<Call> log_;
@@ -135,11 +143,14 @@ class Gate {
   std::multimap<std::pair<HandleKind, std::uint64_t>, OpenHandle> handles_;
   std::vector<std::string> violations_;
   std::uint64_t nextNumber_ = 1;
+  std::uint64_t endAt_ = 0;  // number of a call; 0: of none
+  std::function<void()> end_;
   std::uint64_t faultable_ = 0;
   std::uint64_t injected_ = 0;
   std::uint64_t allocations_ = 0;
   std::uint64_t allocationToFail_ = 0;
   std::uint64_t failedAllocations_ = 0;
+  std::int64_t liveAllocations_ = 0;
   bool trace_ = false;
 };
 
