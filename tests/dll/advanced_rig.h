@@ -2,6 +2,7 @@
 #pragma once
 
 #include "port_page_rig.h"
+#include "sheet_driver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,36 +11,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-// A property sheet that is up, on the thread of its message loop.
-class OpenSheet {
- public:
-  enum Tab { kDevice, kTcpIp, kAbout };
-
-  explicit OpenSheet(HWND window) : window_(window) {}
-
-  [[nodiscard]] HWND Window() const { return window_; }
-  [[nodiscard]] std::wstring Caption() const;
-  [[nodiscard]] std::vector<std::wstring> Tabs() const;
-  // Turns to a tab and returns the page's window.
-  HWND Turn(int tab) const;
-  // The buttons, as the user presses them.
-  void PressOk() const;
-  void PressCancel() const;
-
- private:
-  HWND window_;
-};
-
-// Controls of a page.
-[[nodiscard]] std::wstring TextOf(HWND page, int control);
-void Enter(HWND page, int control, const std::wstring& text);
-[[nodiscard]] bool IsChecked(HWND page, int control);
-void Click(HWND page, int control);
-// Entries of a combo box, its selected one ("" when there is none), and the choice of one by its text.
-[[nodiscard]] std::vector<std::wstring> EntriesOf(HWND page, int combo);
-[[nodiscard]] std::wstring SelectedOf(HWND page, int combo);
-void Select(HWND page, int combo, const std::wstring& entry);
 
 // A host whose port COM7 has its page open; the page's button opens the sheet.
 class AdvancedRig : public testing::Test, protected PortPageRig {

@@ -38,14 +38,15 @@ std::vector<std::string> PortPageRig::Complaints() {
   return all;
 }
 
-PageRequest::PageRequest(PortPageRig& rig, unsigned port, DWORD request, bool accept)
-    : accept_(accept), element_(rig.machine, rig.Port(port)) {
+PageRequest::PageRequest(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port,
+                         DWORD request, bool accept)
+    : accept_(accept), element_(machine, port) {
   SP_PROPSHEETPAGE_REQUEST wanted{};
   wanted.cbSize = sizeof(wanted);
   wanted.PageRequested = request;
   wanted.DeviceInfoSet = element_.Set();
   wanted.DeviceInfoData = element_.Data();
-  result = rig.dll->PropPage(&wanted, &PageRequest::Add, reinterpret_cast<LPARAM>(this));
+  result = dll.PropPage(&wanted, &PageRequest::Add, reinterpret_cast<LPARAM>(this));
 }
 
 BOOL CALLBACK PageRequest::Add(HPROPSHEETPAGE page, LPARAM lParam) {
@@ -55,8 +56,10 @@ BOOL CALLBACK PageRequest::Add(HPROPSHEETPAGE page, LPARAM lParam) {
   return self->accept_ ? TRUE : FALSE;
 }
 
-PortSheet::PortSheet(PortPageRig& rig, unsigned port) : request_(rig, port) {
-  if (request_.page == nullptr) throw std::runtime_error("the export added no page");
+PortSheet::PortSheet(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port)
+    : request_(machine, dll, port) {
+  if (request_.page == nullptr && !request_.result) throw std::runtime_error("the export added no page");
+  if (request_.page == nullptr || !request_.result) throw std::logic_error("the export tells a lie");
   PROPSHEETHEADERW header{};
   header.dwSize = sizeof(header);
   header.dwFlags = PSH_MODELESS | PSH_PROPTITLE;

@@ -40,8 +40,11 @@ class PortPageRig {
 // The page's handle, from the export; null when it adds none.
 class PageRequest {
  public:
+  PageRequest(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port,
+              DWORD request = SPPSR_ENUM_ADV_DEVICE_PROPERTIES, bool accept = true);
   PageRequest(PortPageRig& rig, unsigned port, DWORD request = SPPSR_ENUM_ADV_DEVICE_PROPERTIES,
-              bool accept = true);
+              bool accept = true)
+      : PageRequest(rig.machine, *rig.dll, rig.Port(port), request, accept) {}
 
   BOOL result = FALSE;
   HPROPSHEETPAGE page = nullptr;
@@ -53,10 +56,13 @@ class PageRequest {
   workbench::DeviceElement element_;
 };
 
-// A modeless sheet with the page of a port. Closes as the Cancel button does.
+// A modeless sheet with the page of a port. Closes as the Cancel button does. Construction throws
+// std::runtime_error when the export says that it adds no page.
 class PortSheet {
  public:
-  explicit PortSheet(PortPageRig& rig, unsigned port = 0);
+  PortSheet(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port);
+  explicit PortSheet(PortPageRig& rig, unsigned port = 0)
+      : PortSheet(rig.machine, *rig.dll, rig.Port(port)) {}
   ~PortSheet();
   PortSheet(const PortSheet&) = delete;
   PortSheet& operator=(const PortSheet&) = delete;
