@@ -1,70 +1,34 @@
+// Installation and management programs.
 #include "tests/faults/fault_scenarios.h"
 
 #include <algorithm>
 
+#include "tests/faults/reinstallation.h"
+
 namespace workbench {
 namespace {
 
-constexpr std::uint32_t kBaudrate = 115200;
-constexpr wchar_t kBackupOfFirstPort[] = L"KDNBUS_T_1&2F8C1D3A&0&01";
-
-std::function<DriverEndpoint*(unsigned)> DriversOf(World& world) {
-  return [&world](unsigned index) { return index < world.drivers.size() ? &world.drivers[index] : nullptr; };
-}
-
-void BuildServer(World& world, std::vector<unsigned> comNumbers) {
-  world.server =
-      AddDeviceServer(world.machine, {.comNumbers = std::move(comNumbers), .driver = DriversOf(world)});
-  for (const Device* port : world.server.ports) {
-    const std::wstring key = ParametersKeyOf(port->instanceId);
-    world.machine.Registry().SetDword(key, L"Baudrate", kBaudrate);
-    world.machine.Registry().SetDword(key, L"CtsSupported", 1);
-    world.machine.Registry().SetDword(key + L"\\UI1", L"Shown", 3);
-  }
-}
-
-// The setting is in the port's key or in one of the backups below its device server.
-bool HasSetting(World& world, const Device& port) {
-  const RegistrySandbox& registry = world.machine.Registry();
-  if (registry.Dword(ParametersKeyOf(port.instanceId), L"Baudrate") == kBaudrate) return true;
-  const std::wstring server = ParametersKeyOf(world.server.card->instanceId);
-  const std::wstring last = port.instanceId.substr(port.instanceId.rfind(L'\\') + 1);
-  return std::ranges::any_of(registry.KeyNames(server), [&](const std::wstring& name) {
-    return name.ends_with(last) && registry.Dword(server + L"\\" + name, L"Baudrate") == kBaudrate;
-  });
+void BuildServer(World& world, std::vector<unsigned> comNumbers, bool pages = true) {
+  world.server = AddServerInUse(world.machine,
+                                {.comNumbers = std::move(comNumbers),
+                                 .driver = [&world](unsigned index) { return &world.drivers.at(index); }},
+                                pages);
 }
 
 bool ServerSettingsKept(World& world) {
   return std::ranges::all_of(world.server.ports,
-                             [&](const Device* port) { return HasSetting(world, *port); });
+                             [&](const Device* port) { return KeepsSettings(world.machine, *port); });
 }
 
-bool NothingToKeep(World&) {
-  return true;
-}
-
-// What an update does not name is as it was; what it names is old or new.
-bool OtherSettingsKept(World& world) {
-  static constexpr std::string_view kUpdated[] = {
-      "Baudrate",      "Databits",    "Parity",           "Stopbits",   "FlowControl",
-      "DuplexMode",    "PortType",    "AddressToConnect", "PortNumber", "ServerConfigPort",
-      "ServerWebPort", "MACAddress1", "MACAddress2"};
-  PortDriver& driver = world.drivers[0];
-  for (const std::uint32_t selector : {kPortSet, kBusSet}) {
-    const ParameterValues initial(selector);
-    for (const Parameter& parameter : SetLayout(selector)) {
-      if (parameter.isText || std::ranges::find(kUpdated, parameter.name) != std::end(kUpdated)) continue;
-      if (driver.Current(selector).Number(parameter.name) != initial.Number(parameter.name)) return false;
-    }
-  }
-  return true;
-}
-
-DWORD Install(Dll::CoInstaller coInstaller, World& world, Device& device, DI_FUNCTION function, bool post) {
-  DeviceElement element(world.machine, device);
+DWORD Call(World& world, Dll& dll, Device& device, DI_FUNCTION function, bool post) {
   COINSTALLER_CONTEXT_DATA context{};
   context.PostProcessing = post ? TRUE : FALSE;
-  return coInstaller(function, element.Set(), element.Data(), &context);
+  context.InstallResult = post ? kInstallResult : NO_ERROR;
+  return DeviceInstaller(world.machine, dll).Call(device, function, context);
+}
+
+std::wstring NameOf(World& world, const Device& port) {
+  return PlacesOf(world.machine, port).portName;
 }
 
 // -- the device server
@@ -73,10 +37,20 @@ void BuildTwoPorts(World& world) {
   BuildServer(world, {7, 8});
 }
 
-bool RunCardInstall(World& world, Dll& dll, bool) {
-  const DWORD before = Install(dll.CoInstallCard, world, *world.server.card, DIF_INSTALLDEVICE, false);
-  const DWORD after = Install(dll.CoInstallCard, world, *world.server.card, DIF_INSTALLDEVICE, true);
-  return before == ERROR_DI_POSTPROCESSING_REQUIRED && after == NO_ERROR;
+bool RunReinstallation(World& world, Dll& dll, Trouble trouble) {
+  DeviceInstaller installer(world.machine, dll);
+  const ServerSpec wanted{.comNumbers = {27, 28}};  // other names than before
+  const auto results = Reinstall(world.machine, installer, world.server, wanted);
+  const bool stated = std::ranges::all_of(results, [&](const InstallResults& one) {
+    const bool noMemory = trouble == Trouble::Memory && one.before == NO_ERROR;
+    return (one.before == ERROR_DI_POSTPROCESSING_REQUIRED || noMemory) &&
+           (one.after == kInstallResult || one.after == NO_ERROR);
+  });
+  if (trouble != Trouble::None) return stated;
+  return stated && NameOf(world, *world.server.ports[0]) == L"COM7" &&
+         std::ranges::all_of(world.server.ports, [&](const Device* port) {
+           return HasSettings(world.machine, *port) && PlacesOf(world.machine, *port).Agree();
+         });
 }
 
 void BuildUninstall(World& world) {
@@ -86,40 +60,46 @@ void BuildUninstall(World& world) {
   world.machine.Registry().SetText(key, L"NoUpgrade", L"1");
 }
 
-bool RunCardRemove(World& world, Dll& dll, bool undisturbed) {
-  const DWORD removed = Install(dll.CoInstallCard, world, *world.server.card, DIF_REMOVE, false);
-  return removed == NO_ERROR && (!undisturbed || world.machine.System().processes.size() == 1);
+bool RunCardRemove(World& world, Dll& dll, Trouble trouble) {
+  const DWORD removed = Call(world, dll, *world.server.card, DIF_REMOVE, false);
+  return removed == NO_ERROR && (trouble != Trouble::None || world.machine.System().processes.size() == 1);
 }
 
-bool RunUpdateRefusal(World& world, Dll& dll, bool undisturbed) {
-  const DWORD answer = Install(dll.CoInstallCard, world, *world.server.card, DIF_UPDATEDRIVER_UI, false);
-  return answer == ERROR_DI_DONT_INSTALL || (!undisturbed && answer == NO_ERROR);
+bool RunUpdateRefusal(World& world, Dll& dll, Trouble trouble) {
+  const DWORD answer = Call(world, dll, *world.server.card, DIF_UPDATEDRIVER_UI, false);
+  return answer == ERROR_DI_DONT_INSTALL || (trouble != Trouble::None && answer == NO_ERROR);
 }
 
 // -- ports
 
+// Without values of the pages, so that the backup is deleted when it was restored.
 void BuildBackup(World& world) {
-  BuildServer(world, {7});
-  const std::wstring port = ParametersKeyOf(world.server.ports[0]->instanceId);
-  const std::wstring backup = ParametersKeyOf(world.server.card->instanceId) + L"\\" + kBackupOfFirstPort;
-  RegistrySandbox& registry = world.machine.Registry();
-  registry.DeleteValue(port, L"Baudrate");
-  registry.DeleteKey(port + L"\\UI1");
-  registry.SetDword(backup, L"Baudrate", kBaudrate);
-  registry.SetText(backup, L"PortName", L"COM12");
+  BuildServer(world, {7}, false);
+  const Device& port = *world.server.ports[0];
+  const std::wstring backup = BackupKeyOf(*world.server.card, port);
+  for (const PortSetting& setting : kPortSettings) {
+    world.machine.Registry().DeleteValue(ParametersKeyOf(port.instanceId), setting.name);
+    world.machine.Registry().SetDword(backup, setting.name, setting.value);
+  }
+  world.machine.Registry().SetText(backup, L"PortName", L"COM12");
 }
 
-bool RunPortInstall(World& world, Dll& dll, bool) {
-  return Install(dll.CoInstallPort, world, *world.server.ports[0], DIF_INSTALLDEVICE, true) == NO_ERROR;
+bool InstallPort(World& world, Dll& dll, Device& port, Trouble trouble, const wchar_t* name) {
+  const DWORD result = Call(world, dll, port, DIF_INSTALLDEVICE, true);
+  if (trouble != Trouble::None) return result == kInstallResult || result == NO_ERROR;
+  return result == kInstallResult && NameOf(world, port) == name;
+}
+
+bool RunRestore(World& world, Dll& dll, Trouble trouble) {
+  return InstallPort(world, dll, *world.server.ports[0], trouble, L"COM12");
 }
 
 void BuildUnsorted(World& world) {
   BuildServer(world, {7, 5, 6});
 }
 
-bool RunSort(World& world, Dll& dll, bool undisturbed) {
-  if (!RunPortInstall(world, dll, undisturbed)) return false;
-  return !undisturbed || PlacesOf(world.machine, *world.server.ports[0]).portName == L"COM5";
+bool RunSort(World& world, Dll& dll, Trouble trouble) {
+  return InstallPort(world, dll, *world.server.ports[0], trouble, L"COM5");
 }
 
 void BuildUsb(World& world) {
@@ -127,74 +107,85 @@ void BuildUsb(World& world) {
   world.usb = AddUsbDevice(world.machine, {.hardwareId = L"USB\\VID_3A7E&PID_5002&MI_01", .comNumber = 9});
 }
 
-bool RunUsb(World& world, Dll& dll, bool undisturbed) {
-  if (Install(dll.CoInstallPort, world, *world.usb.port, DIF_INSTALLDEVICE, true) != NO_ERROR) return false;
-  return !undisturbed || PlacesOf(world.machine, *world.usb.port).portName == L"COM4";
+bool RunUsb(World& world, Dll& dll, Trouble trouble) {
+  return InstallPort(world, dll, *world.usb.port, trouble, L"COM4");
 }
 
-bool RunPortRemove(World& world, Dll& dll, bool undisturbed) {
-  if (Install(dll.CoInstallPort, world, *world.server.ports[0], DIF_REMOVE, false) != NO_ERROR) return false;
-  return !undisturbed || !world.machine.ComNames().IsClaimed(7);
+bool RunPortRemove(World& world, Dll& dll, Trouble trouble) {
+  if (Call(world, dll, *world.server.ports[0], DIF_REMOVE, false) != NO_ERROR) return false;
+  return trouble != Trouble::None || !world.machine.ComNames().IsClaimed(7);
 }
 
 // -- management programs
 
-bool RunRename(World& world, Dll& dll, bool undisturbed) {
+bool RunRename(World& world, Dll& dll, Trouble trouble) {
   const BOOL done = dll.ChangeComNumber(world.server.ports[0]->instanceId.c_str(), L"COM20");
-  if (!undisturbed) return done == TRUE || done == FALSE;
-  return done == TRUE && PlacesOf(world.machine, *world.server.ports[0]).Agree();
+  if (trouble != Trouble::None) return done == TRUE || done == FALSE;
+  return done == TRUE && NameOf(world, *world.server.ports[0]) == L"COM20";
 }
 
-bool RunSettingsUpdate(World& world, Dll& dll, bool undisturbed) {
+// What an update answers is the truth. Only where memory runs out behind the last write, all is written and
+// the export fails all the same.
+bool TellsTheTruth(BOOL done, bool written, Trouble trouble) {
+  if (trouble == Trouble::None) return done == TRUE && written;
+  if (trouble == Trouble::Memory && done == FALSE) return true;
+  return done == (written ? TRUE : FALSE);
+}
+
+bool RunSettingsUpdate(World& world, Dll& dll, Trouble trouble) {
   const BOOL done =
       dll.NPortSettingsUpdate(world.server.ports[0]->instanceId.c_str(), nullptr, 57600, 3, 1, 0, 4);
-  const bool written = world.drivers[0].Current(kPortSet).Number("Baudrate") == 57600;
-  return (done == TRUE && written) || (!undisturbed && done == FALSE);
+  return TellsTheTruth(done, world.drivers[0].Current(kPortSet).Number("Baudrate") == 57600, trouble);
 }
 
-bool RunNetworkUpdate(World& world, Dll& dll, bool undisturbed) {
+bool RunNetworkUpdate(World& world, Dll& dll, Trouble trouble) {
   world.server.ports[0]->port->openElsewhere = true;  // so that the device is restarted
   const BOOL done = dll.NPortNetworkInfoUpdate(world.server.ports[0]->instanceId.c_str(), nullptr, 0x0A000001,
                                                966, 0, 4001, 80, 1, 2, 1, 1);
-  const bool written = world.drivers[0].Current(kBusSet).Number("AddressToConnect") == 0x0A000001;
-  return (done == TRUE && written) || (!undisturbed && done == FALSE);
+  PortDriver& driver = world.drivers[0];
+  const bool written = driver.Current(kBusSet).Number("AddressToConnect") == 0x0A000001 &&
+                       driver.Current(kPortSet).Number("DuplexMode") == 1;
+  return TellsTheTruth(done, written, trouble);
 }
 
-bool RunDriverUpdate(World&, Dll& dll, bool undisturbed) {
+bool RunDriverUpdate(World&, Dll& dll, Trouble trouble) {
   const BOOL done = dll.UpdateDriver(L"ROOT\\VELTRANET", L"C:\\drivers\\kdnui.inf");
-  return done == TRUE || (!undisturbed && done == FALSE);
+  return done == TRUE || (trouble != Trouble::None && done == FALSE);
 }
 
-bool RunRegistration(World&, Dll& dll, bool undisturbed) {
+bool RunRegistration(World&, Dll& dll, Trouble trouble) {
   const HRESULT registered = dll.RegisterServer();
   const HRESULT removed = dll.UnregisterServer();
-  return !undisturbed || (registered == S_OK && removed == S_OK);
+  return trouble != Trouble::None || (registered == S_OK && removed == S_OK);
 }
 
 constexpr Scenario kScenarios[] = {
     // A value that cannot be copied is not in the backup, and the port is removed all the same.
-    {"reinstall a device server", BuildTwoPorts, RunCardInstall, ServerSettingsKept,
+    {"reinstall a device server", BuildTwoPorts, RunReinstallation, ServerSettingsKept,
      "CM_Get_Child CM_Get_Sibling CM_Get_Device_ID_Size CM_Get_Device_IDW SetupDiOpenDevRegKey "
-     "RegCreateKeyExW "
-     "RegOpenKeyExW RegEnumValueW RegQueryValueExW RegSetValueExW"},
+     "RegCreateKeyExW RegOpenKeyExW RegEnumValueW RegQueryValueExW RegSetValueExW"},
     {"remove a device server", BuildUninstall, RunCardRemove, ServerSettingsKept},
     {"refuse a driver update", BuildUninstall, RunUpdateRefusal, ServerSettingsKept},
     // The backup is deleted whatever became of its values.
-    {"restore a port", BuildBackup, RunPortInstall, ServerSettingsKept,
+    {"restore a port", BuildBackup, RunRestore, ServerSettingsKept,
      "RegEnumValueW RegQueryValueExW RegSetValueExW"},
     {"sort the ports of a server", BuildUnsorted, RunSort, ServerSettingsKept},
     {"give a USB port its fixed name", BuildUsb, RunUsb, NothingToKeep},
-    {"remove a port", BuildTwoPorts, RunPortRemove, ServerSettingsKept},
+    {.name = "remove a port",
+     .build = BuildTwoPorts,
+     .run = RunPortRemove,
+     .kept = ServerSettingsKept,
+     .takesNamesAway = true},
     {"rename a port", BuildTwoPorts, RunRename, ServerSettingsKept},
-    {"update a port's settings", BuildTwoPorts, RunSettingsUpdate, OtherSettingsKept},
-    {"update a port's network settings", BuildTwoPorts, RunNetworkUpdate, OtherSettingsKept},
+    {"update a port's settings", BuildTwoPorts, RunSettingsUpdate, ServerSettingsKept},
+    {"update a port's network settings", BuildTwoPorts, RunNetworkUpdate, ServerSettingsKept},
     {"update a driver", BuildTwoPorts, RunDriverUpdate, ServerSettingsKept},
     {"register and unregister", BuildTwoPorts, RunRegistration, ServerSettingsKept},
 };
 
 }  // namespace
 
-std::span<const Scenario> Scenarios() {
+std::span<const Scenario> ProgramScenarios() {
   return kScenarios;
 }
 

@@ -4,13 +4,15 @@
 #include <windows.h>
 
 #include <array>
-#include <functional>
+#include <memory>
 #include <ostream>
 #include <span>
 #include <string_view>
 
 #include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
+
+class PortSheet;
 
 namespace workbench {
 
@@ -20,23 +22,39 @@ struct World {
   Machine machine;
   DeviceServer server;
   UsbDevice usb;
+  std::shared_ptr<PortSheet> sheet;  // a port's page, opened by a scenario's `start` and closed by its `run`
 };
+
+// What goes wrong in a run: nothing, platform calls, or memory.
+enum class Trouble { None, Calls, Memory };
 
 // One use of the DLL.
 struct Scenario {
   std::string_view name;
   void (*build)(World& world);
-  // Uses the DLL and answers whether every result is one that the export may give when its platform fails;
-  // `undisturbed` tells that nothing was failed, and the result must be success.
-  bool (*run)(World& world, Dll& dll, bool undisturbed);
-  // Whether the settings that the ports had are still in the port, in its backup or in the driver.
+  // Uses the DLL and answers whether every result is one that the export may give with this trouble; without
+  // any the result must be success.
+  bool (*run)(World& world, Dll& dll, Trouble trouble);
+  // Whether the settings that the ports had are still in the port or in its backup.
   bool (*kept)(World& world);
   // Functions whose failure makes the stated steps themselves give a setting up, separated by blanks.
   std::string_view givesUp = {};
+  bool takesNamesAway = false;  // ports lose their DOS devices on purpose
+  bool hasWindows = false;  // messages come as the display has them, and with them some calls more or less
+  // What comes before and is never disturbed; null for nothing.
+  void (*start)(World& world, Dll& dll) = nullptr;
 };
 
-[[nodiscard]] std::span<const Scenario> Scenarios();
+// Of installation and of management programs; of the pages.
+[[nodiscard]] std::span<const Scenario> ProgramScenarios();
+[[nodiscard]] std::span<const Scenario> PageScenarios();
 
-inline void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
+inline bool NothingToKeep(World&) {
+  return true;
+}
+
+inline void PrintTo(const Scenario& scenario, std::ostream* out) {
+  *out << scenario.name;
+}
 
 }  // namespace workbench
