@@ -8,19 +8,14 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "base/decimal.h"
+#include "../sorted_ports.h"
 #include "fuzz_checks.h"
-#include "install/com_names.h"
-#include "install/sort_plan.h"
 
 namespace {
-
-using Names = std::vector<CWideString>;
 
 constexpr std::size_t kMostPorts = 32;
 
@@ -33,49 +28,6 @@ Names LinesOf(const std::wstring& text) {
   }
   return names;
 }
-
-ComUsage UsageOf(const Names& names, std::uint8_t takenFrom) {
-  ComUsage usage{};
-  std::fill(usage.begin() + takenFrom, usage.end(), std::uint8_t{1});
-  for (const CWideString& name : names) {
-    const auto number = static_cast<std::uint32_t>(ComNumberOf(name.View()));
-    if (number >= 1 && number <= usage.size()) usage[number - 1] = 1;
-  }
-  return usage;
-}
-
-// A device server's ports, whose names change as sorting asks for it.
-class CPorts : public CSortSteps {
- public:
-  CPorts(Names present, const std::uint8_t* choices)
-      : names(std::move(present)), takenFrom_(choices[0]), declined_(choices[1]), failing_(choices[2]) {}
-
-  std::optional<std::int32_t> FreeNumber() override {
-    const auto number = FirstFreeNumber(UsageOf(names, takenFrom_), 3, 255);
-    foundNone = foundNone || !number;
-    return number ? std::optional(static_cast<std::int32_t>(*number)) : std::nullopt;
-  }
-  bool Rename(std::size_t child, const CWideString& newName) override {
-    ++renames;
-    if (renames == failing_) return false;
-    if (renames != declined_) names.at(child) = newName;
-    return true;
-  }
-  void ReadName(std::size_t child, CWideString& name) override { name = names.at(child); }
-
-  Names names;
-  std::size_t renames = 0;
-  bool foundNone = false;
-
-  // What a rename that fails stops, and what leaves the order to chance.
-  [[nodiscard]] bool MustSucceed() const { return failing_ == 0 || renames < failing_; }
-  [[nodiscard]] bool WentSmoothly() const { return failing_ == 0 && declined_ == 0 && !foundNone; }
-
- private:
-  std::uint8_t takenFrom_;
-  std::size_t declined_;
-  std::size_t failing_;
-};
 
 void CheckNumbers(const std::wstring& text, std::int32_t number) {
   Require(ParseDecimal(text) == ReferenceNumber(text), "a number is read as the C library reads it");
@@ -105,11 +57,15 @@ bool AreOrdinary(const Names& names) {
 }
 
 void CheckSorting(const Names& names, const std::uint8_t* choices) {
-  CPorts ports(names, choices);
+  SortedPorts ports(names);
+  ports.takenFrom = choices[0];
+  ports.declined = choices[1];
+  ports.failing = choices[2];
   const bool succeeded = SortNames(names, ports);
   Require(ports.renames <= 3 * names.size(), "a port is renamed a few times at most");
-  Require(succeeded == ports.MustSucceed(), "a rename that fails ends the sorting");
-  if (!ports.WentSmoothly() || !AreOrdinary(names)) return;
+  Require(succeeded == (ports.failing == 0 || ports.renames < ports.failing),
+          "a rename that fails ends the sorting");
+  if (ports.failing != 0 || ports.declined != 0 || ports.foundNone || !AreOrdinary(names)) return;
   Require(!NeedsSorting(ports.names), "ordinary names are in order afterwards");
   Require(std::ranges::is_permutation(ports.names, names), "no name is lost, none is new");
 }

@@ -1,56 +1,22 @@
-#include "install/sort_plan.h"
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <set>
 #include <string>
 
-#include "base/decimal.h"
-#include "install/com_names.h"
+#include "../sorted_ports.h"
 
 namespace {
 
-using Names = std::vector<CWideString>;
+using Log = std::vector<std::wstring>;
 
-// A device server with its ports and the numbers that are taken.
-class FakeServer : public CSortSteps {
+class LoggedPorts : public SortedPorts {
  public:
-  explicit FakeServer(Names portNames) : names(std::move(portNames)) {
-    for (const CWideString& name : names) taken.insert(ComNumberOf(name.View()));
-  }
-  std::optional<std::int32_t> FreeNumber() override {
-    ++searches;
-    for (std::int32_t number = 3; number <= lastNumber; ++number) {
-      if (taken.count(number) == 0) return number;
-    }
-    return std::nullopt;
-  }
+  using SortedPorts::SortedPorts;
   bool Rename(std::size_t child, const CWideString& newName) override {
     log.push_back(std::to_wstring(child) + L">" + newName.Text());
-    if (log.size() == failingRename) return false;
-    if (log.size() == declinedRename) return true;
-    taken.erase(ComNumberOf(names[child].View()));
-    taken.insert(ComNumberOf(newName.View()));
-    names[child] = newName;
-    return true;
+    return SortedPorts::Rename(child, newName);
   }
-  void ReadName(std::size_t child, CWideString& name) override {
-    ++reads;
-    name = names[child];
-  }
-
-  Names names;
-  std::multiset<std::int32_t> taken;
-  std::int32_t lastNumber = 255;
-  std::size_t failingRename = 0;   // which one, from 1; 0 for none
-  std::size_t declinedRename = 0;  // which one, from 1; 0 for none
-  std::vector<std::wstring> log;
-  std::size_t searches = 0;
-  std::size_t reads = 0;
+  Log log;
 };
-
-using Log = std::vector<std::wstring>;
 
 TEST(InstallSortPlan, OnlyFallingNumbersNeedSorting) {
   EXPECT_FALSE(NeedsSorting({}));
@@ -92,47 +58,33 @@ TEST(InstallSortPlan, RenamesAndTheirOrder) {
       {"a name without a number counts as 0", {L"COM5", L"COMx"}, {L"0>COM0", L"1>COM5"}, {L"COM0", L"COM5"}},
   };
   for (const auto& row : cases) {
-    FakeServer server(row.names);
-    EXPECT_TRUE(SortNames(row.names, server)) << row.what;
-    EXPECT_EQ(server.log, row.log) << row.what;
-    EXPECT_EQ(server.names, row.result) << row.what;
+    LoggedPorts ports(row.names);
+    EXPECT_TRUE(SortNames(row.names, ports)) << row.what;
+    EXPECT_EQ(ports.log, row.log) << row.what;
+    EXPECT_EQ(ports.names, row.result) << row.what;
   }
 }
 
 TEST(InstallSortPlan, WithoutAFreeNumberTheRestIsStillPlaced) {
-  FakeServer server({L"COM9", L"COM8", L"COM12", L"COM011"});
-  server.lastNumber = 2;
-  EXPECT_TRUE(SortNames(server.names, server));
-  EXPECT_EQ(server.names, (Names{L"COM9", L"COM8", L"COM11", L"COM12"}));
+  LoggedPorts ports({L"COM9", L"COM8", L"COM12", L"COM011"});
+  ports.takenFrom = 2;
+  EXPECT_TRUE(SortNames(ports.names, ports));
+  EXPECT_EQ(ports.names, (Names{L"COM9", L"COM8", L"COM11", L"COM12"}));
 }
 
 TEST(InstallSortPlan, AFailedRenameEndsTheSorting) {
-  FakeServer server({L"COM7", L"COM6", L"COM5"});
-  server.failingRename = 2;
-  EXPECT_FALSE(SortNames(server.names, server));
-  EXPECT_EQ(server.names, (Names{L"COM7", L"COM6", L"COM3"})) << "the holder stays where it stood aside";
-  EXPECT_EQ(server.log.size(), 2u);
+  LoggedPorts ports({L"COM7", L"COM6", L"COM5"});
+  ports.failing = 2;
+  EXPECT_FALSE(SortNames(ports.names, ports));
+  EXPECT_EQ(ports.names, (Names{L"COM7", L"COM6", L"COM3"})) << "the holder stays where it stood aside";
+  EXPECT_EQ(ports.log.size(), 2u);
 }
 
 TEST(InstallSortPlan, ADeclinedRenameIsSeenByTheNextStep) {
-  FakeServer server({L"COM9", L"COM07", L"COM8"});
-  server.declinedRename = 1;  // port 0 stays COM9, so the last place is not free any more
-  EXPECT_TRUE(SortNames(server.names, server));
-  EXPECT_EQ(server.log, (Log{L"0>COM7", L"2>COM3", L"1>COM8", L"2>COM07", L"0>COM3", L"2>COM9", L"0>COM07"}));
-}
-
-TEST(InstallSortPlan, StepsGrowWithTheNumberOfPorts) {
-  for (const std::int32_t count : {2, 8, 32, 128, 252}) {
-    Names names;
-    for (std::int32_t at = 0; at < count; ++at) names.push_back(ComNameOf(255 - at));
-    FakeServer server(names);
-    ASSERT_TRUE(SortNames(names, server));
-    EXPECT_TRUE(!NeedsSorting(server.names)) << count;
-    const auto swaps = static_cast<std::size_t>(count) / 2;
-    EXPECT_EQ(server.log.size(), 3 * swaps);
-    EXPECT_EQ(server.reads, 3 * swaps);
-    EXPECT_EQ(server.searches, swaps);
-  }
+  LoggedPorts ports({L"COM9", L"COM07", L"COM8"});
+  ports.declined = 1;  // port 0 stays COM9, so the last place is not free any more
+  EXPECT_TRUE(SortNames(ports.names, ports));
+  EXPECT_EQ(ports.log, (Log{L"0>COM7", L"2>COM3", L"1>COM8", L"2>COM07", L"0>COM3", L"2>COM9", L"0>COM07"}));
 }
 
 }  // namespace
