@@ -17,12 +17,12 @@
 #include "root_device.h"
 #include "workbench/driver/driver_control.h"
 #include "workbench/drivers/port_driver.h"
+#include "workbench/tests/device/driver_requests.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace workbench;
-using Bytes = std::vector<std::byte>;
 
 constexpr wchar_t kHardwareId[] = L"Root\\KdWorkbenchPort";
 constexpr LONG kRefused = static_cast<LONG>(0xC0000001);  // STATUS_UNSUCCESSFUL
@@ -164,26 +164,6 @@ TEST_F(KernelDriver, SetsComAndGoWhole) {
   EXPECT_EQ(again.AddressToConnect, 0xC0A80102);
   ASSERT_TRUE(channel_->GetDefaultParameterSet(again, again.kSelector));
   EXPECT_EQ(again.Model, L"QX-582") << "the defaults stay";
-
-  const struct {
-    DWORD code, input, output;
-  } expected[] = {
-      {kAnOpen, 0, 0},           {kGetCurrentSize, 8, 4}, {kGetCurrent, 8, 151},   {kAnOpen, 0, 0},
-      {kSetCurrent, 8 + 158, 0}, {kAnOpen, 0, 0},         {kGetCurrentSize, 8, 4}, {kGetCurrent, 8, 158},
-      {kAnOpen, 0, 0},           {kGetDefaultSize, 8, 4}, {kGetDefault, 8, 151},
-  };
-  const std::vector<kd_record> records = Records();
-  ASSERT_EQ(records.size(), std::size(expected));
-  for (std::size_t i = 0; i < records.size(); ++i) {
-    SCOPED_TRACE(i);
-    EXPECT_EQ(records[i].code, expected[i].code);
-    EXPECT_EQ(records[i].input_length, expected[i].input);
-    EXPECT_EQ(records[i].output_length, expected[i].output);
-    EXPECT_EQ(records[i].status, 0);
-    if (records[i].code == kAnOpen) continue;
-    const std::uint8_t header[] = {1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
-    EXPECT_TRUE(std::equal(std::begin(header), std::end(header), records[i].input));
-  }
 }
 
 Bytes Size(std::uint8_t size) {
@@ -246,30 +226,6 @@ TEST_F(KernelDriver, ProductWritesSettingsToIt) {
 
 // ---- the simulated driver and this one, sent the same requests
 
-constexpr DriverOpen kOpen{.path = {},
-                           .access = GENERIC_READ | GENERIC_WRITE,
-                           .disposition = OPEN_EXISTING,
-                           .flags = FILE_FLAG_OVERLAPPED};
-
-Bytes Header(std::uint32_t selector, std::uint32_t mark = 0xFFFFFFFF) {
-  Bytes header;
-  for (const std::uint32_t number : {selector, mark}) {
-    for (unsigned shift = 0; shift < 32; shift += 8)
-      header.push_back(static_cast<std::byte>(number >> shift));
-  }
-  return header;
-}
-
-// A header and a set as it is, or with `spoilt` changed to `value`, or cut or extended by `surplus`.
-Bytes Write(std::uint32_t selector, int surplus = 0, std::size_t spoilt = 0, int value = 0) {
-  Bytes bytes = Header(selector);
-  const Bytes stream = ParameterValues(selector).Encode();
-  bytes.insert(bytes.end(), stream.begin(), stream.end());
-  if (spoilt != 0) bytes.at(8 + spoilt) = static_cast<std::byte>(value);
-  bytes.resize(static_cast<std::size_t>(static_cast<int>(bytes.size()) + surplus));
-  return bytes;
-}
-
 struct Outcome {
   DWORD error;
   DWORD returned;
@@ -280,56 +236,9 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
   *out << "error " << outcome.error << ", " << outcome.returned << " bytes returned";
 }
 
-struct RequestRow {
-  const char* name;
-  std::optional<std::uint32_t> sizeOf;  // the size of this current set is asked for first
-  DWORD code;
-  Bytes input;
-  std::size_t outputLength;
-  bool accepted;
-};
-
-std::vector<RequestRow> RequestRows() {
-  constexpr auto none = std::nullopt;
-  constexpr auto port = kPortSet;
-  constexpr auto bus = kBusSet;
-  return {
-      {"size of the port's set", none, kGetCurrentSize, Header(port), 4, true},
-      {"size of the bus's defaults", none, kGetDefaultSize, Header(bus), 4, true},
-      {"port's set", port, kGetCurrent, Header(port), 132, true},
-      {"bus's set", bus, kGetCurrent, Header(bus), 151, true},
-      {"write of the port's set", none, kSetCurrent, Write(port), 0, true},
-      {"write of the bus's set", none, kSetCurrent, Write(bus), 0, true},
-      {"unused code", none, 0x8001E00C, Header(port), 4, false},
-      {"code beyond the last", none, 0x8001E018, Header(port), 4, false},
-      {"no input", none, kGetCurrentSize, {}, 4, false},
-      {"half a header", none, kGetCurrentSize, Bytes(4), 4, false},
-      {"more than a header", none, kGetCurrentSize, Write(port), 4, false},
-      {"third set", none, kGetCurrentSize, Header(2), 4, false},
-      {"wrong mark", none, kGetCurrentSize, Header(port, 0xFFFFFFFE), 4, false},
-      {"size into 3 bytes", none, kGetCurrentSize, Header(port), 3, false},
-      {"size into 8 bytes", none, kGetCurrentSize, Header(port), 8, false},
-      {"size into nothing", none, kGetCurrentSize, Header(port), 0, false},
-      {"read without size", none, kGetCurrent, Header(port), 132, false},
-      {"read of the other set", port, kGetCurrent, Header(bus), 151, false},
-      {"defaults after the current size", port, kGetDefault, Header(port), 132, false},
-      {"read into too much", port, kGetCurrent, Header(port), 133, false},
-      {"read into too little", port, kGetCurrent, Header(port), 131, false},
-      {"write of a header", none, kSetCurrent, Header(port), 0, false},
-      {"write a byte short", none, kSetCurrent, Write(port, -1), 0, false},
-      {"write a byte long", none, kSetCurrent, Write(bus, 1), 0, false},
-      {"write with an output buffer", none, kSetCurrent, Write(port), 4, false},
-      {"text one shorter than it is", none, kSetCurrent, Write(bus, 0, 24, 2), 0, false},
-      {"text longer than the set", none, kSetCurrent, Write(bus, 0, 27, 0x7F), 0, false},
-      {"text without its zero", none, kSetCurrent, Write(bus, 0, 31, 'x'), 0, false},
-      {"a zero inside a text", none, kSetCurrent, Write(bus, 0, 29, 0), 0, false},
-      {"not a 7-bit character", none, kSetCurrent, Write(bus, 0, 28, 0xE4), 0, false},
-  };
-}
-
 Outcome Send(DriverEndpoint& driver, const RequestRow& row) {
   static std::uint64_t session = 0;
-  EXPECT_EQ(driver.Open(++session, kOpen), DWORD{ERROR_SUCCESS});
+  EXPECT_EQ(driver.Open(++session, kAgreedOpen), DWORD{ERROR_SUCCESS});
   if (row.sizeOf) {
     Bytes size(4);
     const Bytes header = Header(*row.sizeOf);
@@ -372,7 +281,7 @@ TEST_F(KernelDriver, JudgesAnOpenAsTheSimulatedDriverDoes) {
   std::uint64_t session = 0;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
-    DriverOpen open = kOpen;
+    DriverOpen open = kAgreedOpen;
     row.change(open);
     static_cast<void>(kernel.Open(++session, open));
     EXPECT_EQ(Records().back().status, row.accepted ? 0 : kInvalidParameter);

@@ -1,5 +1,5 @@
 // The simulated drivers: the streams byte by byte, what they refuse, and how they misbehave on request.
-#include "workbench/drivers/port_driver.h"
+#include "workbench/tests/device/driver_requests.h"
 
 #include <gmock/gmock.h>
 
@@ -11,20 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-using Bytes = std::vector<std::byte>;
 using Operation = DriverFault::Operation;
-
-constexpr DriverOpen kOpen{
-    .path = {}, .access = 0xC0000000, .disposition = OPEN_EXISTING, .flags = 0x40000000};
-
-Bytes Header(std::uint32_t selector, std::uint32_t mark = 0xFFFFFFFF) {
-  Bytes header;
-  for (const std::uint32_t number : {selector, mark}) {
-    for (unsigned shift = 0; shift < 32; shift += 8)
-      header.push_back(static_cast<std::byte>(number >> shift));
-  }
-  return header;
-}
 
 std::uint32_t NumberAt(const Bytes& bytes, std::size_t offset) {
   std::uint32_t number = 0;
@@ -39,7 +26,7 @@ class PortDriverTest : public testing::Test {
 
   void Reopen() {
     if (driver_.OpenSessions()) driver_.Close(session_);
-    ASSERT_EQ(driver_.Open(++session_, kOpen), DWORD{ERROR_SUCCESS});
+    ASSERT_EQ(driver_.Open(++session_, kAgreedOpen), DWORD{ERROR_SUCCESS});
   }
   DriverAnswer Send(DWORD code, const Bytes& input, std::span<std::byte> output = {}) {
     return driver_.Control(session_, {.code = code, .input = input, .output = output});
@@ -124,95 +111,50 @@ TEST_F(PortDriverTest, RefusesAnOpenThatIsNotAsAgreed) {
   driver_.Close(session_);
   std::size_t violations = 0;
   for (const auto& row : rows) {
-    DriverOpen open = kOpen;
+    DriverOpen open = kAgreedOpen;
     row.spoil(open);
     EXPECT_NE(driver_.Open(++session_, open), DWORD{ERROR_SUCCESS}) << row.name;
     EXPECT_THAT(driver_.Violations(), SizeIs(++violations)) << row.name;
   }
   Reopen();
-  EXPECT_NE(driver_.Open(session_ + 1, kOpen), DWORD{ERROR_SUCCESS}) << "open already";
+  EXPECT_NE(driver_.Open(session_ + 1, kAgreedOpen), DWORD{ERROR_SUCCESS}) << "open already";
   EXPECT_EQ(driver_.OpenSessions(), 1u);
 }
 
 TEST_F(PortDriverTest, RefusesAndRecordsEveryMalformedRequest) {
-  Bytes four(4), three(3), set(132), tooLong(133);
-  Bytes longHeader = Header(0), shortHeader = Header(0);
-  longHeader.push_back(std::byte{0});
-  shortHeader.pop_back();
-  Bytes write = Header(kPortSet), shortWrite, longWrite;
-  write.resize(8 + 132);
-  shortWrite = longWrite = write;
-  shortWrite.pop_back();
-  longWrite.push_back(std::byte{0});
-  const struct {
-    const char* name;
-    bool sizeFirst;
-    DWORD code;
-    Bytes input;
-    std::span<std::byte> output;
-    bool overlapped = false;
-  } rows[] = {
-      {"unused code", false, 0x8001E00C, Header(0), four},
-      {"code beyond the last", false, 0x8001E018, Header(0), four},
-      {"no input", false, kGetCurrentSize, {}, four},
-      {"input too short", false, kGetCurrentSize, shortHeader, four},
-      {"input too long", false, kGetDefaultSize, longHeader, four},
-      {"third set", false, kGetCurrentSize, Header(2), four},
-      {"wrong mark", false, kGetCurrentSize, Header(0, 0xFFFFFFFE), four},
-      {"size into 3 bytes", false, kGetCurrentSize, Header(0), three},
-      {"size into nothing", false, kGetCurrentSize, Header(0), {}},
-      {"overlapped", false, kGetCurrentSize, Header(0), four, true},
-      {"read without size", false, kGetCurrent, Header(0), set},
-      {"read of the other set", true, kGetCurrent, Header(1), set},
-      {"defaults after current size", true, kGetDefault, Header(0), set},
-      {"read into too much", true, kGetCurrent, Header(0), tooLong},
-      {"read into too little", true, kGetCurrent, Header(0), three},
-      {"write too short", false, kSetCurrent, shortWrite, {}},
-      {"write too long", false, kSetCurrent, longWrite, {}},
-      {"write of a header", false, kSetCurrent, Header(0), {}},
-      {"write with output", false, kSetCurrent, write, four},
-  };
   const ParameterValues before = driver_.Current(kPortSet);
   std::size_t violations = 0;
-  for (const auto& row : rows) {
+  for (const RequestRow& row : RequestRows()) {
     SCOPED_TRACE(row.name);
     Reopen();
-    if (row.sizeFirst) {
-      EXPECT_EQ(Size(kGetCurrentSize, kPortSet), 132u);
+    if (row.sizeOf) {
+      EXPECT_TRUE(Size(kGetCurrentSize, *row.sizeOf));
     }
-    const DriverAnswer answer = driver_.Control(
-        session_, {.code = row.code, .input = row.input, .output = row.output, .overlapped = row.overlapped});
-    EXPECT_EQ(answer.error, DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(answer.returned, 0u);
-    EXPECT_THAT(driver_.Violations(), SizeIs(++violations));
+    Bytes output(row.outputLength);
+    const DriverAnswer answer = Send(row.code, row.input, output);
+    EXPECT_EQ(answer.error, row.accepted ? DWORD{ERROR_SUCCESS} : DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(answer.returned, row.accepted ? row.outputLength : 0);
+    if (!row.accepted) ++violations;
+    EXPECT_THAT(driver_.Violations(), SizeIs(violations));
   }
+  Bytes size(4);
+  const Bytes header = Header(kPortSet);
+  const auto refusal = [&](std::uint64_t session, bool overlapped) {
+    return driver_
+        .Control(session,
+                 {.code = kGetCurrentSize, .input = header, .output = size, .overlapped = overlapped})
+        .error;
+  };
+  EXPECT_EQ(refusal(session_, true), DWORD{ERROR_INVALID_PARAMETER}) << "overlapped";
+  EXPECT_EQ(refusal(session_ + 9, false), DWORD{ERROR_INVALID_PARAMETER}) << "a session never opened";
+  EXPECT_THAT(driver_.Violations(), SizeIs(violations + 2));
   EXPECT_EQ(driver_.Current(kPortSet), before);
-  EXPECT_EQ(driver_.Control(session_ + 9, {.code = kGetCurrentSize, .input = {}, .output = {}}).error,
-            DWORD{ERROR_INVALID_PARAMETER})
-      << "a session that was never opened";
 }
 
 TEST_F(PortDriverTest, DecodesNothingButAWholeSet) {
   const Bytes good = ParameterValues(kBusSet).Encode();
-  const struct {
-    const char* name;
-    std::size_t offset;
-    int value;
-  } rows[] = {
-      {"length one less: the terminator is not where it should be", 24, 2},
-      {"length one more", 24, 4},
-      {"length beyond the stream", 27, 0x7F},
-      {"no terminator", 31, 'x'},
-      {"not a 7-bit character", 28, 0xE4},
-      {"a zero inside the text", 29, 0},
-  };
   std::string fault;
   EXPECT_EQ(ParameterValues::Decode(kBusSet, good, fault), ParameterValues(kBusSet)) << fault;
-  for (const auto& row : rows) {
-    Bytes bad = good;
-    bad[row.offset] = static_cast<std::byte>(row.value);
-    EXPECT_FALSE(ParameterValues::Decode(kBusSet, bad, fault)) << row.name;
-  }
   for (std::size_t length = 0; length < good.size(); ++length) {
     EXPECT_FALSE(ParameterValues::Decode(kBusSet, std::span(good).first(length), fault)) << length;
   }
@@ -274,7 +216,7 @@ TEST_F(PortDriverTest, RefusesTheNthRequest) {
 
   driver_.Inject({.operation = Operation::Open, .value = ERROR_ACCESS_DENIED});
   driver_.Close(session_);
-  EXPECT_EQ(driver_.Open(++session_, kOpen), DWORD{ERROR_ACCESS_DENIED});
+  EXPECT_EQ(driver_.Open(++session_, kAgreedOpen), DWORD{ERROR_ACCESS_DENIED});
   EXPECT_EQ(driver_.OpenSessions(), 0u);
   EXPECT_THAT(driver_.Violations(), IsEmpty());
 }
