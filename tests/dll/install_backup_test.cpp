@@ -25,9 +25,6 @@ class InstallBackup : public InstallFixture {
     wanted.comNumbers = std::move(newNumbers);
     server.ports = EnumeratePorts(machine, *server.card, wanted);
   }
-  void InstallAll(const DeviceServer& server) {
-    for (Device* port : server.ports) EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR));
-  }
   [[nodiscard]] std::wstring BackupPath(const Device& card, const wchar_t* portPart) {
     return Parameters(card) + L"\\KDNBUS_T_" + portPart;
   }

@@ -34,6 +34,9 @@ class InstallFixture : public testing::Test {
     wanted.comNumbers = std::move(comNumbers);
     return AddDeviceServer(machine, wanted);
   }
+  void InstallAll(const DeviceServer& server) {
+    for (Device* port : server.ports) EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR));
+  }
   [[nodiscard]] std::wstring Parameters(const Device& device) const {
     return workbench::ParametersKeyOf(device.instanceId);
   }

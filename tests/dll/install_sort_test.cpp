@@ -10,9 +10,6 @@ using testing::IsEmpty;
 
 class InstallSort : public InstallFixture {
  protected:
-  void InstallAll(const DeviceServer& server) {
-    for (Device* port : server.ports) EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR));
-  }
   [[nodiscard]] std::optional<std::uint32_t> Flag(const DeviceServer& server) {
     return machine.Registry().Dword(Parameters(*server.card), L"ChildPortNameSorted");
   }
@@ -138,16 +135,14 @@ TEST_F(InstallSort, ARenameThatFailsInASwapLeavesTheHolderAside) {
   EXPECT_THAT(PortNames(server), ElementsAre(L"COM3", L"COM7")) << "the next port tries again";
 }
 
-TEST_F(InstallSort, WithoutAFreeNumberNothingIsSwapped) {
+TEST_F(InstallSort, WithoutAFreeNumberOrTheDatabaseNothingIsSwapped) {
   const DeviceServer server = AddServer({7, 5});
   for (DWORD number = 3; number <= 255; ++number) machine.ComNames().Claim(number);
   InstallAll(server);
   EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5"));
   EXPECT_EQ(Flag(server), 1u);
-}
-
-TEST_F(InstallSort, WithoutTheDatabaseNothingIsSwapped) {
-  const DeviceServer server = AddServer({7, 5});
+  for (DWORD number = 8; number <= 255; ++number) machine.ComNames().Release(number);
+  machine.Registry().DeleteValue(Parameters(*server.card), L"ChildPortNameSorted");
   machine.ComNames().openError = ERROR_ACCESS_DENIED;
   InstallAll(server);
   EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5"));
