@@ -7,7 +7,6 @@
 namespace workbench {
 namespace {
 
-
 TEST(Redirection, CatchesADirectImport) {
   Machine machine;
   machine.DosNames().Define(L"COM77", L"\\Device\\KdPort5");
