@@ -52,6 +52,10 @@ LRESULT CALLBACK LinkProcedure(HWND picture, UINT message, WPARAM wParam, LPARAM
 
 void MakePictureLink(HWND picture) noexcept {
   if (picture == nullptr) return;
-  SetWindowLongPtrW(picture, GWLP_USERDATA, GetWindowLongPtrW(picture, GWLP_WNDPROC));
+  const LONG_PTR own = GetWindowLongPtrW(picture, GWLP_WNDPROC);
+  SetWindowLongPtrW(picture, GWLP_USERDATA, own);
+  // A picture that cannot find its own procedure would never be painted, and be asked to for ever: then the
+  // mouse alone follows the link.
+  if (own == 0 || GetWindowLongPtrW(picture, GWLP_USERDATA) != own) return;
   SetWindowLongPtrW(picture, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&LinkProcedure));
 }
