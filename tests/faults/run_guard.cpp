@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <mutex>
 
@@ -28,6 +29,11 @@ LONG WINAPI OnCrash(EXCEPTION_POINTERS* exception) {
   EndProcess("crash");
 }
 
+// The C run time ends the process without a word where the language's asks it to.
+void OnAbort(int) {
+  EndProcess("abort");
+}
+
 DWORD WINAPI Watch(void*) {
   for (;;) {
     Sleep(500);
@@ -40,6 +46,7 @@ DWORD WINAPI Watch(void*) {
 void StartOnce() {
   static const bool started = [] {
     SetUnhandledExceptionFilter(OnCrash);
+    std::signal(SIGABRT, OnAbort);
     CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
     return true;
   }();
