@@ -5,6 +5,7 @@
 #include "module/exception_state.h"
 
 // Runs under the loader lock, where next to nothing is allowed.
+// cppcheck-suppress constParameter ; the signature is Windows' own
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID processEnds) {
   if (reason == DLL_PROCESS_ATTACH) {
     SetModuleInstance(instance);
