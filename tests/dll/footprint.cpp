@@ -14,7 +14,8 @@ namespace {
 // Wine 8 answers GetGuiResources and GetProcessHandleCount with 0, always. What they would count is taken
 // from where Wine has it; on Windows the functions are asked.
 
-constexpr int kHandleInformation = 64;  // SystemExtendedHandleInformation
+constexpr int kHandleInformation = 64;                     // SystemExtendedHandleInformation
+constexpr LONG kTooShort = static_cast<LONG>(0xC0000004);  // STATUS_INFO_LENGTH_MISMATCH
 
 struct HandleEntry {
   void* object;
@@ -26,13 +27,15 @@ static_assert(sizeof(HandleEntry) == 40);
 std::size_t CountKernelHandles() {
   DWORD told = 0;
   if (GetProcessHandleCount(GetCurrentProcess(), &told) && told != 0) return told;
-  std::vector<ULONG_PTR> buffer(1u << 17);
-  const auto bytes = static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR));
   // Looked up, because its declaration does not know this number.
   const FARPROC query = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation");
   auto* const ask =
       reinterpret_cast<LONG(WINAPI*)(int, void*, ULONG, ULONG*)>(reinterpret_cast<void*>(query));
-  if (ask(kHandleInformation, buffer.data(), bytes, nullptr) != 0) return 0;
+  // Of all programs, and so of any length.
+  std::vector<ULONG_PTR> buffer(1u << 17);
+  const auto bytes = [&] { return static_cast<ULONG>(buffer.size() * sizeof(ULONG_PTR)); };
+  while (ask(kHandleInformation, buffer.data(), bytes(), nullptr) == kTooShort)
+    buffer.resize(2 * buffer.size());
   // Their number, a word that is not used, and the entries.
   const auto* const first = reinterpret_cast<const HandleEntry*>(buffer.data() + 2);
   return static_cast<std::size_t>(std::count_if(first, first + buffer[0], [](const HandleEntry& entry) {
@@ -61,6 +64,12 @@ std::size_t CountGdiObjects() {
       std::count_if(first, first + kGdiEntries, [](const GdiEntry& entry) { return entry.type != 0; }));
 }
 
+// Windows have one numbering for all programs, menus have not.
+bool IsOwnWindow(HWND window) {
+  DWORD process = 0;
+  return GetWindowThreadProcessId(window, &process) != 0 && process == GetCurrentProcessId();
+}
+
 // The lower word of a handle is enough to name its object, and lower words are given out in order.
 std::size_t CountUserObjects() {
   if (const DWORD told = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)) return told;
@@ -68,7 +77,7 @@ std::size_t CountUserObjects() {
   constexpr ULONG_PTR kBehindLast = 0x4000;
   std::size_t count = 0;
   for (ULONG_PTR word = kFirst; word < kBehindLast; word += 2) {
-    if (IsWindow(reinterpret_cast<HWND>(word)) || IsMenu(reinterpret_cast<HMENU>(word))) ++count;
+    if (IsOwnWindow(reinterpret_cast<HWND>(word)) || IsMenu(reinterpret_cast<HMENU>(word))) ++count;
   }
   return count;
 }
