@@ -17,47 +17,48 @@ struct Page {
   WORD id;
   std::vector<int> controls;
   std::vector<int> tabOrder;
+  // Labels and the control that each one's mnemonic and a screen reader's name belong to.
+  std::map<int, int> labels{};
+  // Mnemonics and the control that gets the focus. Not "c" and "d" of the port page's labels: a button has
+  // each of them as well, and they go round.
+  std::map<wchar_t, int> mnemonics{};
+  std::vector<int> tips{};  // static controls with one
 };
 
 const Page kPages[] = {
-    {IDD_PORT_PAGE,
-     {205, 211, 222, 223, 224, 225, 226, 227, 228, 229, 230, 231, 242, 246,
-      247, 248, 294, 295, 296, 297, 298, 299, 300, 301, 302, 840, 841, 892},
-     {841, 211, 205, 246, 840, 892}},
-    {IDD_DEVICE_PAGE,
-     {200, 220, 235, 246, 247, 249, 250, 251, 252, 253, 254, 255, 256, 257, 258, 290, 9000},
-     {200, 9000, 290, 246}},
-    {IDD_ABOUT_PAGE, {1035}, {1035}},
-    {IDD_RS422485_PAGE, {220, 246, 247, 249, 259, 271, 892}, {259, 246, 892}},
-    {IDD_TCPIP_PAGE, {237, 239, 240, 246, 247, 283, 288, 289, 892}, {237, 239, 288, 246, 892}},
-};
-
-// Mnemonics of labels and the control that gets the focus.
-struct Mnemonic {
-  WORD dialog;
-  wchar_t letter;
-  int control;
-};
-// Not "c" and "d" of the port page's labels: a button has each of them as well, and they go round.
-const Mnemonic kMnemonics[] = {
-    {IDD_PORT_PAGE, L'h', 246},  {IDD_DEVICE_PAGE, L'h', 246}, {IDD_RS422485_PAGE, L'h', 246},
-    {IDD_TCPIP_PAGE, L't', 237}, {IDD_TCPIP_PAGE, L'h', 246},
-};
-
-// Labels and the control that each one's mnemonic and a screen reader's name belong to.
-struct LabelOf {
-  WORD dialog;
-  int label;
-  int control;
-};
-const LabelOf kLabels[] = {
-    {IDD_PORT_PAGE, 229, 294},     {IDD_PORT_PAGE, 230, 295},   {IDD_PORT_PAGE, 222, 296},
-    {IDD_PORT_PAGE, 223, 297},     {IDD_PORT_PAGE, 224, 298},   {IDD_PORT_PAGE, 225, 299},
-    {IDD_PORT_PAGE, 226, 300},     {IDD_PORT_PAGE, 231, 301},   {IDD_PORT_PAGE, 227, 211},
-    {IDD_PORT_PAGE, 228, 205},     {IDD_PORT_PAGE, 247, 246},   {IDD_DEVICE_PAGE, 220, 200},
-    {IDD_DEVICE_PAGE, 251, 258},   {IDD_DEVICE_PAGE, 252, 257}, {IDD_DEVICE_PAGE, 253, 256},
-    {IDD_DEVICE_PAGE, 254, 255},   {IDD_DEVICE_PAGE, 247, 246}, {IDD_RS422485_PAGE, 220, 259},
-    {IDD_RS422485_PAGE, 247, 246}, {IDD_TCPIP_PAGE, 247, 246},
+    {.id = IDD_PORT_PAGE,
+     .controls = {205, 211, 222, 223, 224, 225, 226, 227, 228, 229, 230, 231, 242, 246,
+                  247, 248, 294, 295, 296, 297, 298, 299, 300, 301, 302, 840, 841, 892},
+     .tabOrder = {841, 211, 205, 246, 840, 892},
+     .labels = {{229, 294},
+                {230, 295},
+                {222, 296},
+                {223, 297},
+                {224, 298},
+                {225, 299},
+                {226, 300},
+                {231, 301},
+                {227, 211},
+                {228, 205},
+                {247, 246}},
+     .mnemonics = {{L'h', 246}},
+     .tips = {222, 223, 224, 225, 226, 246, 297, 298, 299, 300}},
+    {.id = IDD_DEVICE_PAGE,
+     .controls = {200, 220, 235, 246, 247, 249, 250, 251, 252, 253, 254, 255, 256, 257, 258, 290, 9000},
+     .tabOrder = {200, 9000, 290, 246},
+     .labels = {{220, 200}, {251, 258}, {252, 257}, {253, 256}, {254, 255}, {247, 246}},
+     .mnemonics = {{L'h', 246}}},
+    {.id = IDD_ABOUT_PAGE, .controls = {1035}, .tabOrder = {1035}},
+    {.id = IDD_RS422485_PAGE,
+     .controls = {220, 246, 247, 249, 259, 271, 892},
+     .tabOrder = {259, 246, 892},
+     .labels = {{220, 259}, {247, 246}},
+     .mnemonics = {{L'h', 246}}},
+    {.id = IDD_TCPIP_PAGE,
+     .controls = {237, 239, 240, 246, 247, 283, 288, 289, 892},
+     .tabOrder = {237, 239, 288, 246, 892},
+     .labels = {{247, 246}},
+     .mnemonics = {{L't', 237}, {L'h', 246}}},
 };
 
 // The widest text that a value shows, where the template's own is not the widest.
@@ -142,8 +143,16 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
   HWND dialog_ = nullptr;
 };
 
-TEST_P(ModuleDialogs, HasTheControlsThatThePageAddresses) {
+// A label stands before its control. A static control without the style never sees the mouse, and its tip
+// never shows.
+TEST_P(ModuleDialogs, HasTheControlsThatThePageAddressesAndTheirLabels) {
   for (const int id : GetParam().controls) EXPECT_NE(GetDlgItem(dialog_, id), nullptr) << "control " << id;
+  for (const auto& [label, control] : GetParam().labels) {
+    EXPECT_EQ(GetWindow(GetDlgItem(dialog_, label), GW_HWNDNEXT), GetDlgItem(dialog_, control)) << label;
+  }
+  for (const int id : GetParam().tips) {
+    EXPECT_TRUE(GetWindowLongW(GetDlgItem(dialog_, id), GWL_STYLE) & SS_NOTIFY) << "control " << id;
+  }
 }
 
 TEST_P(ModuleDialogs, FitsAStandardPage) {
@@ -214,15 +223,8 @@ void ModuleDialogs::ExpectTextsFit(WORD points) {
   ReleaseDC(dialog_, context);
 }
 
-TEST_P(ModuleDialogs, LabelsStandBeforeTheirControl) {
-  for (const LabelOf& row : kLabels) {
-    if (row.dialog != GetParam().id) continue;
-    const HWND label = GetDlgItem(dialog_, row.label);
-    EXPECT_EQ(GetWindow(label, GW_HWNDNEXT), GetDlgItem(dialog_, row.control)) << "label " << row.label;
-  }
-}
-
-// With Tab alone, from the first control to the last one and back to the first.
+// With Tab alone, from the first control to the last one and back to the first; a mnemonic goes to the
+// control that it names.
 TEST_P(ModuleDialogs, TheKeyboardReachesEveryControlInOrder) {
   HWND control = nullptr;
   for (const int id : GetParam().tabOrder) {
@@ -231,28 +233,17 @@ TEST_P(ModuleDialogs, TheKeyboardReachesEveryControlInOrder) {
   }
   control = GetNextDlgTabItem(dialog_, control, FALSE);
   EXPECT_EQ(GetDlgCtrlID(control), GetParam().tabOrder.front());
-}
 
-TEST_P(ModuleDialogs, MnemonicsLandOnTheControlThatTheyName) {
   EnableWindow(dialog_, TRUE);
   for (const HWND window : {parent_, dialog_}) ShowWindow(window, SW_SHOW);
-  for (const Mnemonic& row : kMnemonics) {
-    if (row.dialog != GetParam().id) continue;
+  for (const auto& [letter, named] : GetParam().mnemonics) {
     SetFocus(GetDlgItem(dialog_, GetParam().tabOrder.front()));
     MSG message{};
     message.hwnd = GetFocus();
     message.message = WM_SYSCHAR;
-    message.wParam = row.letter;
+    message.wParam = letter;
     EXPECT_TRUE(IsDialogMessageW(dialog_, &message));
-    EXPECT_EQ(GetDlgCtrlID(GetFocus()), row.control) << static_cast<char>(row.letter);
-  }
-}
-
-// A static control without the style never sees the mouse, and its tip never shows.
-TEST_P(ModuleDialogs, LabelsWithATipNoticeTheMouse) {
-  if (GetParam().id != IDD_PORT_PAGE) return;  // the only one with tips on labels
-  for (const int id : {222, 223, 224, 225, 226, 246, 297, 298, 299, 300}) {
-    EXPECT_TRUE(GetWindowLongW(GetDlgItem(dialog_, id), GWL_STYLE) & SS_NOTIFY) << "control " << id;
+    EXPECT_EQ(GetDlgCtrlID(GetFocus()), named) << static_cast<char>(letter);
   }
 }
 
