@@ -8,8 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/machine/dll.h"
@@ -22,27 +23,32 @@ std::string Narrow(const std::wstring& text) {
   return std::string(text.begin(), text.end());
 }
 
+struct Line {
+  std::wstring section;
+  Fields fields;
+};
+
 class Inf {
  public:
-  explicit Inf(const std::wstring& path)
-      : inf_(SetupOpenInfFileW(path.c_str(), nullptr, INF_STYLE_WIN4, &line_)) {
-    error_ = GetLastError();
+  explicit Inf(const std::wstring& path) {
+    UINT line = 0;
+    inf_ = SetupOpenInfFileW(path.c_str(), nullptr, INF_STYLE_WIN4, &line);
+    if (inf_ == INVALID_HANDLE_VALUE) {
+      throw std::runtime_error("line " + std::to_string(line) + ", error " + std::to_string(GetLastError()));
+    }
   }
-  ~Inf() {
-    if (IsOpen()) SetupCloseInfFile(inf_);
-  }
+  ~Inf() { SetupCloseInfFile(inf_); }
   Inf(const Inf&) = delete;
   Inf& operator=(const Inf&) = delete;
 
-  [[nodiscard]] bool IsOpen() const { return inf_ != INVALID_HANDLE_VALUE; }
-  [[nodiscard]] UINT ErrorLine() const { return line_; }
-  [[nodiscard]] DWORD Error() const { return error_; }
-
-  [[nodiscard]] std::vector<std::wstring> Sections() const {
-    std::vector<std::wstring> sections;
+  // Of all sections.
+  [[nodiscard]] std::vector<Line> Lines() const {
+    std::vector<Line> lines;
     wchar_t name[256];
-    for (UINT i = 0; SetupEnumInfSectionsW(inf_, i, name, 256, nullptr); ++i) sections.emplace_back(name);
-    return sections;
+    for (UINT i = 0; SetupEnumInfSectionsW(inf_, i, name, 256, nullptr); ++i) {
+      for (Fields& fields : Lines(name)) lines.push_back({name, std::move(fields)});
+    }
+    return lines;
   }
   [[nodiscard]] bool HasSection(const std::wstring& name) const {
     return SetupGetLineCountW(inf_, name.c_str()) >= 0;
@@ -67,9 +73,7 @@ class Inf {
     return fields;
   }
 
-  UINT line_ = 0;
   HINF inf_;
-  DWORD error_ = 0;
 };
 
 bool IsDirective(const Fields& line, const wchar_t* name) {
@@ -91,52 +95,43 @@ bool HasKey(const Inf& inf, const std::wstring& section, const std::wstring& key
                      [&](const Fields& line) { return IsDirective(line, key.c_str()); });
 }
 
-std::wstring ProgramFolder() {
-  const std::wstring dll = workbench::Dll::DefaultPath();
-  return dll.substr(0, dll.rfind(L'\\'));
-}
-
+// One of the example files, beside the DLL.
 class ExampleInf : public testing::TestWithParam<const wchar_t*> {
  protected:
-  void SetUp() override {
-    inf_ = std::make_unique<Inf>(ProgramFolder() + L"\\examples\\" + GetParam());
-    ASSERT_TRUE(inf_->IsOpen()) << "line " << inf_->ErrorLine() << ", error " << inf_->Error();
+  [[nodiscard]] static std::wstring Path() {
+    const std::wstring dll = workbench::Dll::DefaultPath();
+    return dll.substr(0, dll.rfind(L'\\')) + L"\\examples\\" + GetParam();
   }
-
-  std::unique_ptr<Inf> inf_;
+  const Inf inf_{Path()};
 };
 
 TEST_P(ExampleInf, EverySectionThatIsNamedIsThere) {
   int named = 0;
-  for (const std::wstring& section : inf_->Sections()) {
-    for (const Fields& line : inf_->Lines(section)) {
-      for (const std::wstring& name : SectionsNamedBy(line)) {
-        EXPECT_TRUE(inf_->HasSection(name)) << Narrow(section) << " names " << Narrow(name);
-        ++named;
-      }
+  for (const auto& [section, line] : inf_.Lines()) {
+    for (const std::wstring& name : SectionsNamedBy(line)) {
+      EXPECT_TRUE(inf_.HasSection(name)) << Narrow(section) << " names " << Narrow(name);
+      ++named;
     }
   }
   EXPECT_GE(named, 5);
 }
 
 TEST_P(ExampleInf, ModelsAreDecoratedForTheDllsProcessorAndLeadToAnInstallSection) {
-  const Fields maker = inf_->Lines(L"Manufacturer").at(0);
+  const Fields maker = inf_.Lines(L"Manufacturer").at(0);
   ASSERT_EQ(maker.at(2), L"NTamd64");
-  const std::vector<Fields> models = inf_->Lines(maker[1] + L"." + maker[2]);
+  const std::vector<Fields> models = inf_.Lines(maker[1] + L"." + maker[2]);
   ASSERT_FALSE(models.empty());
-  for (const Fields& model : models) EXPECT_TRUE(inf_->HasSection(model.at(1) + L".NT")) << Narrow(model[1]);
+  for (const Fields& model : models) EXPECT_TRUE(inf_.HasSection(model.at(1) + L".NT")) << Narrow(model[1]);
 }
 
 TEST_P(ExampleInf, EveryCopiedFileHasASourceAndAFolder) {
   int files = 0;
-  for (const std::wstring& section : inf_->Sections()) {
-    for (const Fields& line : inf_->Lines(section)) {
-      if (!IsDirective(line, L"CopyFiles")) continue;
-      EXPECT_TRUE(HasKey(*inf_, L"DestinationDirs", line.at(1))) << Narrow(line[1]);
-      for (const Fields& file : inf_->Lines(line[1])) {
-        EXPECT_TRUE(HasKey(*inf_, L"SourceDisksFiles", file[0])) << Narrow(file[0]);
-        ++files;
-      }
+  for (const auto& [section, line] : inf_.Lines()) {
+    if (!IsDirective(line, L"CopyFiles")) continue;
+    EXPECT_TRUE(HasKey(inf_, L"DestinationDirs", line.at(1))) << Narrow(line[1]);
+    for (const Fields& file : inf_.Lines(line[1])) {
+      EXPECT_TRUE(HasKey(inf_, L"SourceDisksFiles", file[0])) << Narrow(file[0]);
+      ++files;
     }
   }
   EXPECT_EQ(files, 2);
@@ -146,32 +141,25 @@ TEST_P(ExampleInf, EveryCopiedFileHasASourceAndAFolder) {
 TEST_P(ExampleInf, NamesFunctionsThatTheDllExports) {
   const HMODULE dll = LoadLibraryW(workbench::Dll::DefaultPath().c_str());
   ASSERT_NE(dll, nullptr);
-  std::vector<std::wstring> entries;
-  for (const std::wstring& section : inf_->Sections()) {
-    for (const Fields& line : inf_->Lines(section)) {
-      if (line.size() < 6) continue;
-      if (line[3] == L"CoInstallers32" || line[3] == L"EnumPropPages32") entries.push_back(line[5]);
-    }
+  int entries = 0;
+  for (const auto& [section, line] : inf_.Lines()) {
+    if (line.size() < 6 || (line[3] != L"CoInstallers32" && line[3] != L"EnumPropPages32")) continue;
+    const std::string entry = Narrow(line[5]);
+    EXPECT_THAT(entry, testing::StartsWith("KdUUI10.DLL,"));
+    EXPECT_NE(GetProcAddress(dll, entry.substr(entry.find(',') + 1).c_str()), nullptr) << entry;
+    ++entries;
   }
-  EXPECT_FALSE(entries.empty());
-  for (const std::wstring& entry : entries) {
-    const std::size_t comma = entry.find(L',');
-    ASSERT_NE(comma, std::wstring::npos) << Narrow(entry);
-    EXPECT_EQ(entry.substr(0, comma), L"KdUUI10.DLL");
-    EXPECT_NE(GetProcAddress(dll, Narrow(entry.substr(comma + 1)).c_str()), nullptr) << Narrow(entry);
-  }
+  EXPECT_GT(entries, 0);
   FreeLibrary(dll);
 }
 
 // A %name% that [Strings] does not have is left standing.
 TEST_P(ExampleInf, EveryTextIsDefined) {
-  for (const std::wstring& section : inf_->Sections()) {
-    for (const Fields& line : inf_->Lines(section)) {
-      for (const std::wstring& field : line) {
-        const bool directory = field.compare(0, 4, L"%12%") == 0;
-        EXPECT_TRUE(directory || field.find(L'%') == std::wstring::npos)
-            << Narrow(section) << ": " << Narrow(field);
-      }
+  for (const auto& [section, line] : inf_.Lines()) {
+    for (const std::wstring& field : line) {
+      const bool directory = field.starts_with(L"%12%");
+      EXPECT_TRUE(directory || field.find(L'%') == std::wstring::npos)
+          << Narrow(section) << ": " << Narrow(field);
     }
   }
 }

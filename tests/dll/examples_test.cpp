@@ -5,11 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "base/unique_handle.h"
 
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -57,74 +59,47 @@ Outcome RunBeside(const std::wstring& commandLine) {
 
 const std::wstring kPort = L"KDNBUS\\VELTRANETPORT\\1&2F8C1D3A&0&01 ";
 
-// Nothing misused and nothing left open, by the DLL as little as by the example.
-void ExpectClean(const Outcome& outcome) {
-  EXPECT_THAT(outcome.output, Not(HasSubstr("wrong: ")));
-  EXPECT_THAT(outcome.output, Not(HasSubstr("left open: ")));
-}
+struct Row {
+  std::wstring command;
+  int status;
+  std::vector<std::string> says;
+  std::vector<std::string> lacks = {};  // beside misuse and what is left open
+};
 
-TEST(Examples, PushSettingsReachesTheDriver) {
-  const Outcome outcome =
-      RunBeside(L"workbench.exe run push_settings.exe " + kPort + L"19200 7 even 2 xon/xoff");
-  EXPECT_EQ(outcome.status, 0) << outcome.output;
-  for (const char* change : {"-> 19200", "-> 2", "-> 4"}) EXPECT_THAT(outcome.output, HasSubstr(change));
-  for (const char* name : {"Baudrate", "Databits", "Parity", "Stopbits", "FlowControl"}) {
-    EXPECT_THAT(outcome.output, HasSubstr("&01: " + std::string(name) + " "));
-  }
-  EXPECT_THAT(outcome.output, Not(HasSubstr("&02: ")));
-  ExpectClean(outcome);
-}
+const Row kRows[] = {
+    {L"push_settings.exe " + kPort + L"19200 7 even 2 xon/xoff",
+     0,
+     {"-> 19200", "-> 2", "-> 4", "&01: Baudrate ", "&01: Databits ", "&01: Parity ", "&01: Stopbits ",
+      "&01: FlowControl "},
+     {"&02: "}},
+    // What is left out is kept.
+    {L"push_settings.exe " + kPort + L"19200 - odd",
+     0,
+     {"Baudrate ", "Parity "},
+     {"Databits ", "Stopbits ", "FlowControl "}},
+    {L"rename_port.exe " + kPort + L"COM42", 0, {"COM5 is now COM42", "(COM42)"}, {"disagree", "asked: "}},
+    {L"rename_port.exe " + kPort + L"COM6",
+     1,
+     {"asked: This COM name is being used by another device", "still COM5: declined"}},
+    {L"push_settings.exe", 2, {"usage: push_settings"}},
+    {L"push_settings.exe " + kPort + L"fast", 2, {"\"fast\" is not a baud rate"}},
+    {L"push_settings.exe " + kPort + L"-1", 2, {"\"-1\" is not a baud rate"}},
+    {L"push_settings.exe " + kPort + L"9600 9", 2, {"\"9\" is not understood"}},
+    {L"push_settings.exe KDNBUS\\NOTHING\\1 9600", 1, {"did not take the settings"}},
+    {L"rename_port.exe " + kPort, 2, {"usage: rename_port"}},
+    {L"rename_port.exe " + kPort + L"COM256", 2, {"usage: rename_port"}},
+    {L"rename_port.exe " + kPort + L"COM07", 2, {"usage: rename_port"}},
+    {L"rename_port.exe KDNBUS\\NOTHING\\1 COM9", 1, {"there is no port"}},
+};
 
-TEST(Examples, PushSettingsKeepsWhatIsLeftOut) {
-  const Outcome outcome = RunBeside(L"workbench.exe run push_settings.exe " + kPort + L"19200 - odd");
-  EXPECT_EQ(outcome.status, 0) << outcome.output;
-  EXPECT_THAT(outcome.output, HasSubstr("Baudrate "));
-  EXPECT_THAT(outcome.output, HasSubstr("Parity "));
-  for (const char* name : {"Databits ", "Stopbits ", "FlowControl "}) {
-    EXPECT_THAT(outcome.output, Not(HasSubstr(name)));
-  }
-  ExpectClean(outcome);
-}
-
-TEST(Examples, RenamePortMovesEveryPlaceOfTheName) {
-  const Outcome outcome = RunBeside(L"workbench.exe run rename_port.exe " + kPort + L"COM42");
-  EXPECT_EQ(outcome.status, 0) << outcome.output;
-  EXPECT_THAT(outcome.output, HasSubstr("COM5 is now COM42"));
-  EXPECT_THAT(outcome.output, HasSubstr("(COM42)"));
-  EXPECT_THAT(outcome.output, Not(HasSubstr("disagree")));
-  EXPECT_THAT(outcome.output, Not(HasSubstr("asked: ")));
-  ExpectClean(outcome);
-}
-
-TEST(Examples, RenamePortTellsThatTheUserDeclined) {
-  const Outcome outcome = RunBeside(L"workbench.exe run rename_port.exe " + kPort + L"COM6");
-  EXPECT_EQ(outcome.status, 1) << outcome.output;
-  EXPECT_THAT(outcome.output, HasSubstr("asked: This COM name is being used by another device"));
-  EXPECT_THAT(outcome.output, HasSubstr("still COM5: declined"));
-  ExpectClean(outcome);
-}
-
-TEST(Examples, SayWhatIsWrong) {
-  const struct {
-    std::wstring command;
-    int status;
-    const char* words;
-  } cases[] = {
-      {L"push_settings.exe", 2, "usage: push_settings"},
-      {L"push_settings.exe " + kPort + L"fast", 2, "\"fast\" is not a baud rate"},
-      {L"push_settings.exe " + kPort + L"-1", 2, "\"-1\" is not a baud rate"},
-      {L"push_settings.exe " + kPort + L"9600 9", 2, "\"9\" is not understood"},
-      {L"push_settings.exe KDNBUS\\NOTHING\\1 9600", 1, "did not take the settings"},
-      {L"rename_port.exe " + kPort, 2, "usage: rename_port"},
-      {L"rename_port.exe " + kPort + L"COM256", 2, "usage: rename_port"},
-      {L"rename_port.exe " + kPort + L"COM07", 2, "usage: rename_port"},
-      {L"rename_port.exe KDNBUS\\NOTHING\\1 COM9", 1, "there is no port"},
-  };
-  for (const auto& one : cases) {
-    const Outcome outcome = RunBeside(L"workbench.exe run " + one.command);
-    EXPECT_EQ(outcome.status, one.status) << outcome.output;
-    EXPECT_THAT(outcome.output, HasSubstr(one.words));
-    ExpectClean(outcome);
+TEST(Examples, DoAndSayWhatTheyAreToldTo) {
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(testing::PrintToString(row.command));
+    const Outcome outcome = RunBeside(L"workbench.exe run " + row.command);
+    EXPECT_EQ(outcome.status, row.status) << outcome.output;
+    for (const std::string& words : row.says) EXPECT_THAT(outcome.output, HasSubstr(words));
+    for (const std::string& words : row.lacks) EXPECT_THAT(outcome.output, Not(HasSubstr(words)));
+    EXPECT_THAT(outcome.output, Not(AnyOf(HasSubstr("wrong: "), HasSubstr("left open: "))));
   }
 }
 

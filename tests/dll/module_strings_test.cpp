@@ -31,16 +31,14 @@ const std::map<UINT, const wchar_t*> kTexts = {
      L"names can lead to inaccessible devices and changed settings.  Do you want to continue?"},
     {5048,
      L"The port has been opened by another application.  Renaming the port may have an unpredictable effect "
-     L"on "
-     L"the other application.  Do you wish to continue?"},
+     L"on the other application.  Do you wish to continue?"},
     {5049, L"There was an error renaming the COM port."},
     {5050,
      L"RS422 full-duplex mode,RS485 half-duplex autogating mode,Transmit only,Receive only,Transmitter and "
      L"Receiver both disabled"},
     {5051,
      L"422 / 485 cards have got different means of communication. By selecting the appropriate option from "
-     L"this "
-     L"combo box, the port can be switched into one of these transmission modes."},
+     L"this combo box, the port can be switched into one of these transmission modes."},
     {5052, L"Change selection to use different duplex mode settings for this port."},
     {5061,
      L"The port has been opened by another application. Changing the port settings may have an unpredictable "
@@ -48,8 +46,7 @@ const std::map<UINT, const wchar_t*> kTexts = {
     {5062,
      L"Please update the Keldrin Veltranet driver found under 'Multi-port serial adapters' in Device Manager."
      L"\r\nThis will automatically initiate the port driver update.\r\n\r\nPlease see Product Manual for "
-     L"further "
-     L"details."},
+     L"further details."},
     {5063, L"Serial Port Status:"},
     {5064, L"Current Port Mode:"},
     {5065, L"Duplex Mode:"},

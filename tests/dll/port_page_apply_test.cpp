@@ -48,31 +48,24 @@ TEST(PortPageApply, ChangedBoxReachesDriverAndPortsKey) {
   EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
 }
 
-struct InUseRow {
-  const char* name;
-  int answer;
-  bool closes;
-  std::uint32_t ctsAfter;
-};
-
 TEST(PortPageApply, AsksBeforeItTouchesAPortInUse) {
-  for (const InUseRow& row : {InUseRow{"yes", IDYES, true, 1}, InUseRow{"no", IDNO, false, 0}}) {
-    SCOPED_TRACE(row.name);
+  for (const bool yes : {true, false}) {
+    SCOPED_TRACE(yes);
     PortPageRig rig;
     PortSheet sheet(rig);
     rig.Port().port->openElsewhere = true;
-    rig.machine.Screen().Answer(row.answer);
+    rig.machine.Screen().Answer(yes ? IDYES : IDNO);
     const std::optional<std::wstring> before = PortsValue(rig);
     sheet.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
-    EXPECT_EQ(sheet.PressOk(), row.closes);
+    EXPECT_EQ(sheet.PressOk(), yes);
     ASSERT_EQ(rig.Boxes().size(), 1u);
     EXPECT_EQ(rig.Boxes()[0].text,
               L"The port has been opened by another application. Changing the port settings may have an "
               L"unpredictable effect on the other application.  Do you wish to continue?");
     EXPECT_EQ(rig.Boxes()[0].caption, L"Warning!");
     EXPECT_EQ(rig.Boxes()[0].style, static_cast<UINT>(MB_YESNO | MB_ICONINFORMATION));
-    EXPECT_EQ(rig.PortSet().Number("EmulateCTSTrue"), row.ctsAfter);
-    if (row.closes) continue;
+    EXPECT_EQ(rig.PortSet().Number("EmulateCTSTrue"), yes ? 1u : 0u);
+    if (yes) continue;
     EXPECT_EQ(PortsValue(rig), before);
     EXPECT_EQ(sheet.Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), "checked") << "the user's wish stays";
     // The other application lets go: the same OK now works.

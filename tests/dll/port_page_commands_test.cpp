@@ -107,23 +107,26 @@ TEST(PortPageCommands, TipsFollowTheTable) {
   EXPECT_EQ(TipOf(sheet.Page(), sheet.Page()), L"");
 }
 
-struct ToolTipSearch {
-  HWND owner;
-  HWND found;
-};
-BOOL CALLBACK FindToolTip(HWND window, LPARAM lParam) {
-  auto& search = *reinterpret_cast<ToolTipSearch*>(lParam);
-  wchar_t name[64];
-  GetClassNameW(window, name, ARRAYSIZE(name));
-  TTTOOLINFOW tool{};
-  tool.cbSize = sizeof(tool);
-  tool.hwnd = search.owner;
-  tool.uId = reinterpret_cast<UINT_PTR>(search.owner);
-  if (lstrcmpiW(name, TOOLTIPS_CLASSW) == 0 &&
-      SendMessageW(window, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool)) != 0) {
-    search.found = window;
-  }
-  return TRUE;
+// The tip window of a page, which has a tool for the page itself.
+HWND BalloonOf(const PortSheet& sheet) {
+  struct Search {
+    HWND page, found;
+  } search{sheet.Page(), nullptr};
+  const auto look = [](HWND window, LPARAM to) -> BOOL {
+    auto& [page, found] = *reinterpret_cast<Search*>(to);
+    wchar_t name[64];
+    GetClassNameW(window, name, ARRAYSIZE(name));
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof(tool);
+    tool.hwnd = page;
+    tool.uId = reinterpret_cast<UINT_PTR>(page);
+    const bool balloon = lstrcmpiW(name, TOOLTIPS_CLASSW) == 0 &&
+                         SendMessageW(window, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool)) != 0;
+    if (balloon) found = window;
+    return TRUE;
+  };
+  EnumThreadWindows(GetCurrentThreadId(), look, reinterpret_cast<LPARAM>(&search));
+  return search.found;
 }
 
 TEST(PortPageCommands, BalloonHasOneToolPerChild) {
@@ -131,9 +134,7 @@ TEST(PortPageCommands, BalloonHasOneToolPerChild) {
   HWND tip = nullptr;
   {
     const PortSheet sheet(rig);
-    ToolTipSearch search{sheet.Page(), nullptr};
-    EnumThreadWindows(GetCurrentThreadId(), &FindToolTip, reinterpret_cast<LPARAM>(&search));
-    tip = search.found;
+    tip = BalloonOf(sheet);
     ASSERT_NE(tip, nullptr);
     EXPECT_EQ(GetWindowLongW(tip, GWL_STYLE) & 0xFF, 195);
     EXPECT_EQ(SendMessageW(tip, TTM_GETMAXTIPWIDTH, 0, 0), 400);
@@ -157,17 +158,16 @@ TEST(PortPageCommands, BalloonHasOneToolPerChild) {
 TEST(PortPageCommands, BalloonAppearsOverALabel) {
   PortPageRig rig;
   const PortSheet sheet(rig);
-  ToolTipSearch search{sheet.Page(), nullptr};
-  EnumThreadWindows(GetCurrentThreadId(), &FindToolTip, reinterpret_cast<LPARAM>(&search));
-  ASSERT_NE(search.found, nullptr);
-  SendMessageW(search.found, TTM_SETDELAYTIME, TTDT_INITIAL, 1);
+  const HWND tip = BalloonOf(sheet);
+  ASSERT_NE(tip, nullptr);
+  SendMessageW(tip, TTM_SETDELAYTIME, TTDT_INITIAL, 1);
   for (const auto& [label, shows] :
        {std::pair{IDC_PORT_BAUD_RATE_LABEL, false}, {IDC_PORT_DATA_BITS_LABEL, true}}) {
     RECT place;
     GetWindowRect(sheet.Control(label), &place);
     SetCursorPos(place.left + 3, (place.top + place.bottom) / 2);
-    for (int wait = 0; wait < (shows ? 50 : 3) && !IsWindowVisible(search.found); ++wait) PumpMessages(100);
-    EXPECT_EQ(IsWindowVisible(search.found) != FALSE, shows) << label;
+    for (int wait = 0; wait < (shows ? 50 : 3) && !IsWindowVisible(tip); ++wait) PumpMessages(100);
+    EXPECT_EQ(IsWindowVisible(tip) != FALSE, shows) << label;
   }
 }
 

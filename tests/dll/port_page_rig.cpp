@@ -7,18 +7,20 @@ namespace {
 using workbench::kBusSet;
 using workbench::kPortSet;
 
-constexpr DWORD kLoopback = 0x7F000001;
-
 }  // namespace
+
+void PointAt(workbench::PortDriver& driver, const workbench::HttpDeviceServer& web, unsigned port) {
+  workbench::ParameterValues& bus = driver.Current(kBusSet);
+  bus.SetNumber("AddressToConnect", 0x7F000001);
+  bus.SetNumber("ServerWebPort", web.Port());
+  bus.SetNumber("SerialPortIndex", port);
+}
 
 PortPageRig::PortPageRig() {
   web.Start();
   for (unsigned index = 0; index < drivers.size(); ++index) {
     web.SetPort(index + 1, {});
-    workbench::ParameterValues& bus = drivers[index].Current(kBusSet);
-    bus.SetNumber("AddressToConnect", kLoopback);
-    bus.SetNumber("ServerWebPort", web.Port());
-    bus.SetNumber("SerialPortIndex", index + 1);
+    PointAt(drivers[index], web, index + 1);
     workbench::ParameterValues& port = drivers[index].Current(kPortSet);
     for (const char* line : {"CtsSupported", "DsrSupported"}) port.SetNumber(line, 1);
     port.SetNumber("Baudrate", 9600);

@@ -15,6 +15,9 @@
 #include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
 
+// The driver of a port whose device server is `web`; ports are counted from 1.
+void PointAt(workbench::PortDriver& driver, const workbench::HttpDeviceServer& web, unsigned port);
+
 // The host. Port 1 is COM7 (the one that tests look at), port 2 is COM8. Both drivers point at the HTTP
 // server, which runs and knows both ports.
 class PortPageRig {

@@ -19,16 +19,9 @@ constexpr wchar_t kOffline[] = L"Cannot load device information data from the de
 struct ShownRow {
   const char* name;
   std::function<void(PortPageRig&)> setUp;
-  const wchar_t* state;
-  const wchar_t* mode;
-  const wchar_t* baudRate;
-  const wchar_t* dataBits;
-  const wchar_t* parity;
-  const wchar_t* stopBits;
-  const wchar_t* flowControl;
+  const wchar_t *state, *mode, *baudRate, *dataBits, *parity, *stopBits, *flowControl;
   const wchar_t* duplex;  // null: the row is hidden
-  const char* ctsBox;
-  const char* dsrBox;
+  const char *ctsBox, *dsrBox;
 };
 
 void SetDevice(PortPageRig& rig, const PortState& state) {

@@ -75,46 +75,15 @@ void Mutate(Text& text, Random& random, const std::vector<Text>& words) {
 
 // -- the device server's answers
 
-const std::vector<std::string>& WordsOfAnswers() {
-  static const std::vector<std::string> words = {"<baud>",
-                                                 "</baud>",
-                                                 "<datasize>",
-                                                 "</datasize>",
-                                                 "<parity>",
-                                                 "</parity>",
-                                                 "<stopbits>",
-                                                 "<flowcontrol>",
-                                                 "<duplex>",
-                                                 "</duplex>",
-                                                 "<state>",
-                                                 "</state>",
-                                                 "<portmode>",
-                                                 "</portmode>",
-                                                 "<ctsline>",
-                                                 "<dsrline>",
-                                                 "4294967295",
-                                                 "-1",
-                                                 "99999999999999999999",
-                                                 "%s%n",
-                                                 std::string(300, '9'),
-                                                 std::string(5000, ' '),
-                                                 std::string(1, '\0'),
-                                                 "\xFF\xFE",
-                                                 "\r\n\r\n",
-                                                 "HTTP/1.1 ",
-                                                 "200",
-                                                 "304",
-                                                 "401",
-                                                 "Content-Length: ",
-                                                 "Transfer-Encoding: chunked\r\n",
-                                                 "FFFFFFFF\r\n",
-                                                 "0\r\n\r\n",
-                                                 "-5\r\n",
-                                                 "Location: /p1\r\n",
-                                                 "Set-Cookie: a=b\r\n",
-                                                 "Content-Encoding: gzip\r\n"};
-  return words;
-}
+// clang-format off
+const std::vector<std::string> kWordsOfAnswers = {
+    "<baud>", "</baud>", "<datasize>", "</datasize>", "<parity>", "</parity>", "<stopbits>", "<flowcontrol>",
+    "<duplex>", "</duplex>", "<state>", "</state>", "<portmode>", "</portmode>", "<ctsline>", "<dsrline>",
+    "4294967295", "-1", "99999999999999999999", "%s%n", std::string(300, '9'), std::string(5000, ' '),
+    std::string(1, '\0'), "\xFF\xFE", "\r\n\r\n", "HTTP/1.1 ", "200", "304", "401", "Content-Length: ",
+    "Transfer-Encoding: chunked\r\n", "FFFFFFFF\r\n", "0\r\n\r\n", "-5\r\n", "Location: /p1\r\n",
+    "Set-Cookie: a=b\r\n", "Content-Encoding: gzip\r\n"};
+// clang-format on
 
 std::string ValidAnswer(Random& random) {
   const PortState state{.baudRate = random(),
@@ -137,19 +106,11 @@ Bytes Number(std::uint32_t number) {
   return bytes;
 }
 
-const std::vector<Bytes>& WordsOfStreams() {
-  static const std::vector<Bytes> words = {Number(0),
-                                           Number(1),
-                                           Number(0x7F),
-                                           Number(0x10000),
-                                           Number(0x7FFFFFFF),
-                                           Number(0x80000000),
-                                           Number(0xFFFFFFFE),
-                                           Number(0xFFFFFFFF),
-                                           Bytes(200, std::byte{0xFF}),
-                                           Bytes(1, std::byte{0})};
-  return words;
-}
+// clang-format off
+const std::vector<Bytes> kWordsOfStreams = {
+    Number(0), Number(1), Number(0x7F), Number(0x10000), Number(0x7FFFFFFF), Number(0x80000000),
+    Number(0xFFFFFFFE), Number(0xFFFFFFFF), Bytes(200, std::byte{0xFF}), Bytes(1, std::byte{0})};
+// clang-format on
 
 // Drivers whose current sets are what the test says, in the form of bytes.
 class HostileDriver : public DriverEndpoint {
@@ -187,10 +148,7 @@ class HostileInput : public testing::Test {
   HostileInput() {
     web_.SetPort(1, {});
     web_.Start();
-    ParameterValues& bus = driver_.honest.Current(kBusSet);
-    bus.SetNumber("AddressToConnect", 0x7F000001);
-    bus.SetNumber("ServerWebPort", web_.Port());
-    bus.SetNumber("SerialPortIndex", 1);
+    PointAt(driver_.honest, web_, 1);
     server_ = AddDeviceServer(machine_, {.comNumbers = {7}, .driver = [this](unsigned) { return &driver_; }});
     dll_.emplace(machine_);
     sheet_.emplace(machine_, *dll_, *server_.ports[0]);
@@ -251,7 +209,7 @@ class HostileInput : public testing::Test {
 TEST_F(HostileInput, AnswersOfTheDeviceServer) {
   ShowAll("malformed answers", [&](Random& random) {
     std::string raw = ValidAnswer(random);
-    Mutate(raw, random, WordsOfAnswers());
+    Mutate(raw, random, kWordsOfAnswers);
     web_.SetAnswer("/p1", {.raw = std::move(raw)});
   });
   web_.ClearAnswers();
@@ -269,7 +227,7 @@ TEST_F(HostileInput, StreamsOfTheDrivers) {
     for (const std::uint32_t selector : {kPortSet, kBusSet}) {
       HostileDriver::Told& told = driver_.told[selector];
       told.stream = ParameterValues(selector).Encode();
-      Mutate(told.stream, random, WordsOfStreams());
+      Mutate(told.stream, random, kWordsOfStreams);
       const auto length = static_cast<std::uint32_t>(told.stream.size());
       told.size = Below(random, 8) == 0 ? static_cast<std::uint32_t>(Below(random, 2 * length)) : length;
       if (Below(random, 200) == 0) told.size = 0xFFFFFFFF;

@@ -11,7 +11,6 @@
 namespace workbench {
 namespace {
 
-constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr std::uint32_t kTcpPort = 4002;
 
 // One device server serves all runs.
@@ -26,10 +25,7 @@ HttpDeviceServer& Web() {
 }
 
 void BuildPage(World& world) {
-  ParameterValues& bus = world.drivers[0].Current(kBusSet);
-  bus.SetNumber("AddressToConnect", kLoopback);
-  bus.SetNumber("ServerWebPort", Web().Port());
-  bus.SetNumber("SerialPortIndex", 1);
+  PointAt(world.drivers[0], Web(), 1);
   ParameterValues& port = world.drivers[0].Current(kPortSet);
   for (const char* line : {"CtsSupported", "DsrSupported"}) port.SetNumber(line, 1);
   world.server = AddDeviceServer(world.machine, {.comNumbers = {7}, .driver = [&world](unsigned index) {
