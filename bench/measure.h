@@ -4,15 +4,26 @@
 // never the time.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace bench {
 
-// One run of the work; called often. Must leave things as it found them.
-using Work = std::function<void()>;
+// What is measured; called often. `run` and `tidy` together leave things as they found them, and `tidy`, where
+// there is one, does not count.
+struct Work {
+  template <class Run>
+    requires std::invocable<Run&>
+  Work(Run what, std::function<void()> afterwards = {})  // NOLINT(google-explicit-constructor): a lambda is one
+      : run(std::move(what)), tidy(std::move(afterwards)) {}
+
+  std::function<void()> run;
+  std::function<void()> tidy;
+};
 
 struct Comparison {
   double here = 0;     // seconds for one run, median of the rounds

@@ -10,6 +10,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -89,23 +90,25 @@ class ProductPage {
   workbench::DeviceElement element_;
 };
 
-BOOL CALLBACK AddTool(HWND child, LPARAM toolTip) {
+BOOL CALLBACK AddTool(HWND window, LPARAM toolTip) {
   TTTOOLINFOW tool{};
   tool.cbSize = sizeof tool;
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-  tool.hwnd = GetParent(child);
-  tool.uId = reinterpret_cast<UINT_PTR>(child);
+  tool.hwnd = window;
+  tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = LPSTR_TEXTCALLBACKW;
   SendMessageW(reinterpret_cast<HWND>(toolTip), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   return TRUE;
 }
 
-// Nothing but the dialog; with tips (lParam of the page is not 0), each child is a tool of a tooltip control.
+// Nothing but the dialog; with tips (lParam of the page is not 0), it and each child are tools of a tooltip
+// control, as on the product's page.
 INT_PTR CALLBACK BareProcedure(HWND window, UINT message, WPARAM, LPARAM lParam) {
   if (message != WM_INITDIALOG) return FALSE;
   if (reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam != 0) {
     const HWND toolTip = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP, 0, 0, 0, 0, window, nullptr,
                                          GetModuleHandleW(nullptr), nullptr);
+    AddTool(window, reinterpret_cast<LPARAM>(toolTip));
     EnumChildWindows(window, AddTool, reinterpret_cast<LPARAM>(toolTip));
   }
   return TRUE;
@@ -191,31 +194,32 @@ void ComparePages() {
   const PageMaker makeProduct = [&] { return product(); };
   const PageMaker makeBare = [&] { return BarePage(dll.Module(), false); };
   const PageMaker makeWithTips = [&] { return BarePage(dll.Module(), true); };
-  const auto clear = [&] {
+  std::optional<Sheet> sheet;
+  const auto close = [&] {
+    sheet.reset();
     host.Host().Calls().ClearLog();
     host.Web().ClearRequests();
     host.Driver(1).ClearRecords();
   };
-  const bench::Work openProduct = [&] {
-    const Sheet sheet(makeProduct);
-    if (sheet.Text(IDC_PORT_STATE) != L"Connected") throw std::runtime_error("the page is not refreshed");
-    clear();
-  };
+  const bench::Work openProduct{[&] {
+                                  sheet.emplace(makeProduct);
+                                  if (sheet->Text(IDC_PORT_STATE) != L"Connected")
+                                    throw std::runtime_error("the page is not refreshed");
+                                },
+                                close};
   const auto openBare = [&](const PageMaker& make) {
-    const Sheet sheet(make);
-    if (Get(host.Web().Port(), L"/p1").empty()) throw std::runtime_error("no document");
-    clear();
+    return bench::Work{[&] {
+                         sheet.emplace(make);
+                         if (Get(host.Web().Port(), L"/p1").empty()) throw std::runtime_error("no document");
+                       },
+                       close};
   };
   const bench::Patience patience{.sampleSeconds = 0.02, .batch = 21, .mostRounds = 210, .tolerance = 0.02};
-  const char* figure = "Port page, from the export until refreshed and painted, and closed";
+  const char* figure = "Port page, from the export until refreshed and painted";
   bench::PrintRow(figure, "bare page of the template and one plain GET",
-                  bench::Compare(
-                      openProduct, [&] { openBare(makeBare); }, patience),
-                  kMostPage);
+                  bench::Compare(openProduct, openBare(makeBare), patience), kMostPage);
   bench::PrintRow(figure, "the same page with tips on its controls",
-                  bench::Compare(
-                      openProduct, [&] { openBare(makeWithTips); }, patience),
-                  kMostPage);
+                  bench::Compare(openProduct, openBare(makeWithTips), patience), kMostPage);
 
   const double bare = BytesPerSheet(host.Host(), makeBare);
   const double page = BytesPerSheet(host.Host(), makeProduct);
