@@ -63,7 +63,6 @@ void CDeviceAdvSettingPage::OnInitDialog() {
   SetUpBalloon();
   SetTexts();
   ShowInformation();
-  AddTool(Control(IDC_DEVICE_COM_NUMBER));
   FillComNames();
   const DeviceSwitches switches = SwitchesOf(busSet_);
   CheckDlgButton(Window(), IDC_DEVICE_CONNECT_OFFLINE, switches.connectOffline ? BST_CHECKED : BST_UNCHECKED);
@@ -87,6 +86,7 @@ void CDeviceAdvSettingPage::FillComNames() const {
   const CUtils utils;
   const CWideString portName = PortName();
   const auto database = OpenComDatabase();
+  AddTool(Control(IDC_DEVICE_COM_NUMBER));
   utils.FillStringCombo(Control(IDC_DEVICE_COM_NUMBER), utils.BuildComNameList(database.Get(), portName),
                         portName);
 }

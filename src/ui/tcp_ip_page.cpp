@@ -39,8 +39,10 @@ void CTcpIpSettingsPage::OnInitDialog() {
   SetUpBalloon();
   for (const int control : {IDC_TCPIP_ADDRESS, IDC_TCPIP_PORT_NUMBER}) AddTool(Control(control));
   fields_ = FieldsOf(busSet_);
-  ShowFields();
+  ShowAddress();
+  ShowNumbers();
   SetText(IDC_TCPIP_MAC_ADDRESS, MacText(busSet_.MACAddress1, busSet_.MACAddress2));
+  ShowVerification();
 }
 
 // This page is drawn on the sheet's own background, as it always was; the brush that it has in common with
@@ -55,9 +57,16 @@ bool CTcpIpSettingsPage::OnClicked(int control) {
   return true;
 }
 
-void CTcpIpSettingsPage::ShowFields() {
+void CTcpIpSettingsPage::ShowAddress() const {
   SetText(IDC_TCPIP_ADDRESS, Ipv4Text(busSet_.AddressToConnect));
+}
+
+void CTcpIpSettingsPage::ShowVerification() const {
   CheckDlgButton(Window(), IDC_TCPIP_VERIFICATION, fields_.verification ? BST_CHECKED : BST_UNCHECKED);
+}
+
+// A number that its field refuses is pointed at, and the next one left alone: the focus stays with the first.
+void CTcpIpSettingsPage::ShowNumbers() const {
   if (!WriteUnsigned(Window(), IDC_TCPIP_PORT_NUMBER, fields_.tcpPort)) return;
   WriteUnsigned(Window(), IDC_TCPIP_ATTEMPT_TIMEOUT, fields_.attemptTimeout);
 }
@@ -66,7 +75,9 @@ void CTcpIpSettingsPage::RestoreDefaults() {
   CKdNBusUserModeInterface defaults;
   if (!GetDefaultParameterSet(defaults, CKdNBusUserModeInterface::kSelector)) return;
   fields_ = RestoredFields(busSet_, defaults);
-  ShowFields();
+  ShowAddress();
+  ShowVerification();
+  ShowNumbers();
 }
 
 // This topic goes by the port's own PortType, unlike that of the device page.

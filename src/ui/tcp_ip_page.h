@@ -23,7 +23,9 @@ class CTcpIpSettingsPage : public CPortSettingsPage, private CWinDataExchange {
   LRESULT OnApply() override;
 
  private:
-  void ShowFields();
+  void ShowAddress() const;
+  void ShowNumbers() const;
+  void ShowVerification() const;
   void RestoreDefaults();
   [[nodiscard]] bool ReadFields();
   [[nodiscard]] bool ReadField(int control, std::uint32_t maximum, std::uint32_t& value) const;

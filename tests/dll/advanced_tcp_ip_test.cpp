@@ -29,7 +29,7 @@ TEST_F(AdvancedTcpIp, ShowsTheConnection) {
   BusSet().SetNumber("MACAddress2", 0x99445566);
   BusSet().SetNumber("PortNumber", 70000);  // a driver may say what a user may not
   BusSet().SetNumber("IgnoreModelChecking", 1);
-  Run([](const OpenSheet& sheet) {
+  Run([this](const OpenSheet& sheet) {
     const HWND page = sheet.Turn(OpenSheet::kTcpIp);
     EXPECT_EQ(TextOf(page, IDC_TCPIP_MAC_ADDRESS), L"11:22:33:44:55:66");
     EXPECT_EQ(TextOf(page, IDC_TCPIP_ADDRESS), L"192.168.10.100");
@@ -37,6 +37,10 @@ TEST_F(AdvancedTcpIp, ShowsTheConnection) {
     EXPECT_EQ(TextOf(page, IDC_TCPIP_ATTEMPT_TIMEOUT), L"5");
     EXPECT_TRUE(IsChecked(page, IDC_TCPIP_VERIFICATION)) << "one of the two checks is made";
     EXPECT_FALSE(IsWindowVisible(GetDlgItem(page, IDC_TCPIP_IDLE_TIMEOUT)));
+    const auto order = machine.Calls().OrderOf({"SetDlgItemTextW", "SetDlgItemInt", "CheckDlgButton"});
+    EXPECT_THAT(
+        std::vector(order.end() - 5, order.end()),
+        ElementsAre("SetDlgItemTextW", "SetDlgItemInt", "SetDlgItemInt", "SetDlgItemTextW", "CheckDlgButton"));
   });
 }
 
