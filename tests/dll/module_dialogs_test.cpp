@@ -81,6 +81,10 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
     InitCommonControlsEx(&classes);
     module_ = LoadLibraryW(L"KdUUI10.DLL");
     ASSERT_NE(module_, nullptr) << "error " << GetLastError();
+    wchar_t wanted[8];
+    if (GetEnvironmentVariableW(L"KDUUI_DPI", wanted, ARRAYSIZE(wanted)) != 0) {
+      ASSERT_EQ(Dpi(), _wtoi(wanted)) << "the session's resolution does not come through";
+    }
     parent_ = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 800, 800, nullptr, nullptr, nullptr,
                             nullptr);
     OpenWithFont(kFontSize);
@@ -104,11 +108,17 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
                                          &NoMessages, 0);
     ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
   }
+  static int Dpi() {
+    const HDC screen = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    return dpi;
+  }
   // Pixels of a control's width that its text cannot have: the box of a check box, the edges of a button.
   static LONG FrameOf(HWND child) {
     if (ClassOf(child) != L"Button") return 0;
     const LONG kind = GetWindowLongW(child, GWL_STYLE) & BS_TYPEMASK;
-    return kind == BS_AUTOCHECKBOX ? 18 : 12;  // at 96 DPI, with room to spare
+    return (kind == BS_AUTOCHECKBOX ? 18 : 12) * Dpi() / 96;  // with room to spare
   }
 
   std::vector<HWND> Children() const {
@@ -190,8 +200,8 @@ TEST_P(ModuleDialogs, ControlsDoNotOverlap) {
   }
 }
 
-// Dialog units follow the font: 8 points at 120, 144 and 192 DPI are 10, 12 and 16 at 96. The others are what
-// users set who like it larger.
+// In the sizes that users set who like it larger. Dialog units follow the font, so that 8 points at 120 and 144 DPI
+// are as 10 and 12 here.
 TEST_P(ModuleDialogs, NoTextIsCutOff) {
   for (const WORD points : std::initializer_list<WORD>{8, 9, 10, 11, 12, 14, 16}) {
     SCOPED_TRACE(std::to_string(points) + " points");
