@@ -36,6 +36,7 @@ struct ReserveState {
 INIT_ONCE once = INIT_ONCE_STATIC_INIT;
 volatile DWORD slot = FLS_OUT_OF_INDEXES;
 std::array<ReserveState, 16> reserve;
+void* volatile onlyVariable;
 
 void WINAPI FreeState(void* state) {
   HeapFree(GetProcessHeap(), 0, state);
@@ -75,13 +76,17 @@ State* StateOfThread() noexcept {
 
 }  // namespace
 
-// The exceptions under way are the only variable of this kind: the module itself has none.
+// The exceptions under way are the only variable of this kind: the module itself has none. One that came in
+// with the library would share their place unseen.
+//
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the compiler's name
 extern "C" void* __emutls_get_address(EmulatedVariable* variable) {
   if (variable->size > sizeof(State) || variable->alignment > alignof(State) ||
       variable->initialValue != nullptr) {
     __builtin_trap();
   }
+  void* const first = InterlockedCompareExchangePointer(&onlyVariable, variable, nullptr);
+  if (first != nullptr && first != variable) __builtin_trap();
   const DWORD lastError = GetLastError();  // a throw does not change it
   State* const state = StateOfThread();
   SetLastError(lastError);
