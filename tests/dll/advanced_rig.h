@@ -2,7 +2,9 @@
 #pragma once
 
 #include "port_page_rig.h"
-#include "sheet_driver.h"
+
+#include "workbench/host/page_controls.h"
+#include "workbench/host/sheet_visit.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,10 +14,19 @@
 #include <string>
 #include <vector>
 
+using workbench::Click;
+using workbench::EntriesOf;
+using workbench::Enter;
+using workbench::IsChecked;
+using workbench::OpenSheet;
+using workbench::Select;
+using workbench::SelectedOf;
+using workbench::TextOf;
+
 // A host whose port COM7 has its page open; the page's button opens the sheet.
 class AdvancedRig : public testing::Test, protected PortPageRig {
  protected:
-  using Step = std::function<void(const OpenSheet&)>;
+  using Step = workbench::SheetVisit::Visitor;
   struct Outcome {
     INT_PTR result = 0;       // what the sheet's owner is told: 1 when something was saved
     bool stayedOpen = false;  // the steps had not closed it: it was cancelled
@@ -39,7 +50,6 @@ class AdvancedRig : public testing::Test, protected PortPageRig {
   // What was written to the drivers of COM7, as differences from the set that was there before: one entry for
   // each write, "" for one that changed nothing.
   [[nodiscard]] std::vector<std::string> Written();
-  [[nodiscard]] std::string LeftOpen();
 
   std::optional<PortSheet> pages_[2];
 

@@ -1,12 +1,12 @@
 // The pages, opened by a host's property sheet and driven by messages.
 #include "tests/dll/port_page_rig.h"  // before windows.h
 
-#include <functional>
 #include <stdexcept>
 
 #include "base/resource_ids.h"
-#include "tests/dll/sheet_driver.h"
 #include "tests/faults/fault_scenarios.h"
+#include "workbench/host/page_controls.h"
+#include "workbench/host/sheet_visit.h"
 
 namespace workbench {
 namespace {
@@ -63,7 +63,7 @@ bool RunApply(World& world, Dll&, Trouble trouble) {
 }
 
 bool RunAdvancedApply(World& world, Dll&, Trouble trouble) {
-  const std::function<void(const OpenSheet&)> change = [](const OpenSheet& sheet) {
+  const auto change = [](const OpenSheet& sheet) {
     Click(sheet.Turn(OpenSheet::kDevice), IDC_DEVICE_HIGH_PERFORMANCE);
     Enter(sheet.Turn(OpenSheet::kTcpIp), IDC_TCPIP_PORT_NUMBER, std::to_wstring(kTcpPort));
     sheet.Turn(OpenSheet::kAbout);
@@ -72,7 +72,7 @@ bool RunAdvancedApply(World& world, Dll&, Trouble trouble) {
   ParameterValues& bus = world.drivers[0].Current(kBusSet);
   const std::uint32_t emulation = bus.Number("RealTxFifoEmulation");
   {
-    const SheetDriver driver(change);
+    const SheetVisit visit(change);
     world.sheet->Click(IDC_PORT_ADVANCED);
   }
   CloseSheetOf(world);

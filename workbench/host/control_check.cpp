@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "workbench/host/page_controls.h"
 #include "workbench/host/text_table.h"
 
 namespace workbench {
@@ -11,38 +12,14 @@ namespace {
 
 constexpr std::wstring_view kInUse = L" (in use)";
 
-std::wstring TextOf(HWND window) {
-  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-  return text;
-}
-
-bool IsOfClass(HWND window, const wchar_t* name) {
-  wchar_t own[32] = L"";
-  GetClassNameW(window, own, 32);
-  return lstrcmpiW(own, name) == 0;
-}
-
 bool IsCheckBox(HWND window) {
   const auto kind = GetWindowLongPtrW(window, GWL_STYLE) & BS_TYPEMASK;
   return IsOfClass(window, WC_BUTTONW) && (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX);
 }
 
-std::vector<std::wstring> EntriesOf(HWND combo) {
-  std::vector<std::wstring> entries;
-  const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
-  for (LRESULT at = 0; at < count; ++at) {
-    const auto index = static_cast<WPARAM>(at);
-    std::wstring entry(static_cast<std::size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, index, 0)), L'\0');
-    SendMessageW(combo, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(entry.data()));
-    entries.push_back(std::move(entry));
-  }
-  return entries;
-}
-
-std::wstring SelectedOf(HWND combo) {
-  const LRESULT index = SendMessageW(combo, CB_GETCURSEL, 0, 0);
-  return index == CB_ERR ? L"(no selection)" : EntriesOf(combo).at(static_cast<std::size_t>(index));
+std::wstring SelectionInWords(HWND page, int combo) {
+  const std::wstring selected = SelectedOf(page, combo);
+  return selected.empty() ? L"(no selection)" : selected;
 }
 
 }  // namespace
@@ -56,10 +33,9 @@ std::wstring ReadControl(HWND page, int control) {
   if (!window) return L"(missing)";
   if (!(GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE)) return L"(hidden)";
   if (IsCheckBox(window)) {
-    return CheckBoxInWords(SendMessageW(window, BM_GETCHECK, 0, 0) == BST_CHECKED,
-                           IsWindowEnabled(window) != FALSE);
+    return CheckBoxInWords(IsChecked(page, control), IsWindowEnabled(window) != FALSE);
   }
-  return IsOfClass(window, WC_COMBOBOXW) ? SelectedOf(window) : TextOf(window);
+  return IsOfClass(window, WC_COMBOBOXW) ? SelectionInWords(page, control) : TextOf(window);
 }
 
 std::wstring NumbersInUseInWords(const std::vector<std::wstring>& names, std::size_t entries) {
@@ -69,7 +45,7 @@ std::wstring NumbersInUseInWords(const std::vector<std::wstring>& names, std::si
 }
 
 std::wstring ReadNumbersInUse(HWND page, int combo) {
-  const std::vector<std::wstring> entries = EntriesOf(GetDlgItem(page, combo));
+  const std::vector<std::wstring> entries = EntriesOf(page, combo);
   std::vector<std::wstring> inUse;
   for (const std::wstring& entry : entries) {
     if (entry.ends_with(kInUse)) inUse.push_back(entry.substr(0, entry.size() - kInUse.size()));

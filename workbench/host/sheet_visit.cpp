@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "workbench/host/page_controls.h"
+
 namespace workbench {
 namespace {
 
@@ -16,9 +18,7 @@ constexpr UINT kTickMilliseconds = 10;
 thread_local SheetVisit* current = nullptr;
 
 BOOL CALLBACK Collect(HWND window, LPARAM list) {
-  wchar_t name[16] = L"";
-  GetClassNameW(window, name, 16);
-  const bool sheet = lstrcmpW(name, L"#32770") == 0 && IsWindowVisible(window) &&
+  const bool sheet = IsOfClass(window, L"#32770") && IsWindowVisible(window) &&
                      SendMessageW(window, PSM_GETTABCONTROL, 0, 0) != 0;
   if (sheet) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
   return TRUE;
@@ -34,6 +34,7 @@ std::vector<HWND> SheetsOfThread() {
 
 SheetVisit::SheetVisit(Visitor visitor)
     : visitor_(std::move(visitor)),
+      outer_(current),
       known_(SheetsOfThread()),
       timer_(SetTimer(nullptr, 0, kTickMilliseconds, &SheetVisit::Tick)) {
   current = this;
@@ -41,7 +42,7 @@ SheetVisit::SheetVisit(Visitor visitor)
 
 SheetVisit::~SheetVisit() {
   KillTimer(nullptr, timer_);
-  current = nullptr;
+  current = outer_;
 }
 
 void CALLBACK SheetVisit::Tick(HWND, UINT, UINT_PTR timer, DWORD) {
@@ -57,7 +58,7 @@ void SheetVisit::LookAround() {
       Visit(sheet);
     } else {
       state_ = State::Cancelled;
-      PropSheet_PressButton(sheet, PSBTN_CANCEL);
+      OpenSheet(sheet).PressCancel();
     }
     return;
   }
@@ -65,20 +66,18 @@ void SheetVisit::LookAround() {
 
 void SheetVisit::Visit(HWND sheet) {
   state_ = State::Inside;
-  int button = PSBTN_CANCEL;
   try {
-    button = visitor_(sheet);
+    visitor_(OpenSheet(sheet));
   } catch (...) {  // not through the message loop's owner
     thrown_ = std::current_exception();
   }
-  state_ = State::Pressed;
-  PropSheet_PressButton(sheet, button);
+  state_ = State::Visited;
 }
 
-void SheetVisit::Finish() const {
+bool SheetVisit::Finish() const {
   if (thrown_) std::rethrow_exception(thrown_);
   if (state_ == State::Waiting) throw std::runtime_error("The property sheet does not come up");
-  if (state_ == State::Cancelled) throw std::runtime_error("The property sheet does not close");
+  return state_ == State::Visited;
 }
 
 }  // namespace workbench

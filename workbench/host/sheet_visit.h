@@ -7,37 +7,41 @@
 #include <functional>
 #include <vector>
 
+#include "workbench/host/open_sheet.h"
+
 namespace workbench {
 
 // Calls a visitor with the next property sheet that the thread shows, from inside the message loop that waits
-// for the sheet, and then presses the button that the visitor names. A sheet that stays open all the same,
-// because a page refuses, is cancelled. One visit at a time per thread:
+// for the sheet. A sheet that the visitor leaves open, or that a page keeps open, is cancelled after it.
 //
-//     SheetVisit visit([](HWND sheet) { ...; return PSBTN_CANCEL; });
+//     SheetVisit visit([](const OpenSheet& sheet) { ...; sheet.PressOk(); });
 //     SendMessageW(button, BM_CLICK, 0, 0);  // returns when the sheet is gone
 //     visit.Finish();
+//
+// Sheets may nest: of several visits the newest is served.
 class SheetVisit {
  public:
-  // Returns PSBTN_OK or PSBTN_CANCEL. What it throws is kept for Finish, and cancels the sheet.
-  using Visitor = std::function<int(HWND sheet)>;
+  // What it throws is kept for Finish.
+  using Visitor = std::function<void(const OpenSheet&)>;
 
   explicit SheetVisit(Visitor visitor);
   ~SheetVisit();
   SheetVisit(const SheetVisit&) = delete;
   SheetVisit& operator=(const SheetVisit&) = delete;
 
-  // Throws what the visitor threw, and std::runtime_error when no sheet came up or it did not close by the
-  // visitor's button.
-  void Finish() const;
+  // Whether the visitor has closed the sheet. Throws what the visitor threw, and std::runtime_error when no
+  // sheet came up.
+  [[nodiscard]] bool Finish() const;
 
  private:
-  enum class State { Waiting, Inside, Pressed, Cancelled };
+  enum class State { Waiting, Inside, Visited, Cancelled };
 
   static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
   void LookAround();
   void Visit(HWND sheet);
 
   Visitor visitor_;
+  SheetVisit* outer_;
   std::vector<HWND> known_;  // sheets that were there before
   UINT_PTR timer_ = 0;
   State state_ = State::Waiting;

@@ -3,11 +3,14 @@
 #include <commctrl.h>
 #include <prsht.h>
 
+#include <algorithm>
+
 #include "base/resource_ids.h"
 #include "workbench/host/advanced_expectation.h"
 #include "workbench/host/control_check.h"
 #include "workbench/host/host_report.h"
 #include "workbench/host/on_screen.h"
+#include "workbench/host/page_controls.h"
 #include "workbench/host/page_sheet.h"
 #include "workbench/host/sample_host.h"
 #include "workbench/host/sheet_visit.h"
@@ -23,39 +26,18 @@ struct Tab {
 constexpr Tab kTabs[] = {{L"Port Settings", L"advanced-device"},
                          {L"TCP/IP Settings", L"advanced-tcp-ip"},
                          {L"About", L"advanced-about"}};
-constexpr int kDeviceTab = 0;
-constexpr int kTcpIpTab = 1;
-
-std::wstring CaptionOf(HWND window) {
-  wchar_t text[128] = L"";
-  GetWindowTextW(window, text, 128);
-  return text;
-}
-
-std::wstring TitleOf(HWND sheet, int tab) {
-  wchar_t text[64] = L"";
-  TCITEMW item{};
-  item.mask = TCIF_TEXT;
-  item.pszText = text;
-  item.cchTextMax = 64;
-  SendMessageW(PropSheet_GetTabControl(sheet), TCM_GETITEMW, static_cast<WPARAM>(tab),
-               reinterpret_cast<LPARAM>(&item));
-  return text;
-}
 
 // The tabs, in their order, and no others.
-bool CheckTabs(HWND sheet) {
-  const int count = TabCtrl_GetItemCount(PropSheet_GetTabControl(sheet));
-  bool right = count == static_cast<int>(std::size(kTabs));
-  for (int tab = 0; tab < count && right; ++tab) right = TitleOf(sheet, tab) == kTabs[tab].title;
+bool CheckTabs(const OpenSheet& sheet) {
+  const bool right = std::ranges::equal(sheet.Tabs(), kTabs, {}, {}, &Tab::title);
   if (!right) Print(L"  DIFFERS: the sheet's tabs\n");
   return right;
 }
 
 std::vector<ControlCheck> CheckTab(SampleHost& host, unsigned port, int tab, HWND page) {
   const ParameterValues& bus = host.Driver(port).Current(kBusSet);
-  if (tab == kTcpIpTab) return CheckControls(page, ExpectTcpIpPage(bus));
-  if (tab != kDeviceTab) return CheckControls(page, ExpectAboutPage());
+  if (tab == OpenSheet::kTcpIp) return CheckControls(page, ExpectTcpIpPage(bus));
+  if (tab != OpenSheet::kDevice) return CheckControls(page, ExpectAboutPage());
   const std::wstring name = PlacesOf(host.Host(), host.Port(port)).portName;
   std::vector<ControlCheck> checks = CheckControls(page, ExpectDevicePage(bus, name));
   checks.push_back({IDC_DEVICE_COM_NUMBER, L"In use in the list",
@@ -98,20 +80,20 @@ bool ShowAdvanced::Visit(SampleHost& host, HWND portPage) {
   const DriverValues before = ValuesOf(host);
   host.Host().Screen().messageBoxes.clear();
   bool right = true;
-  const SheetVisit visit([&](HWND sheet) {
+  const SheetVisit visit([&](const OpenSheet& sheet) {
     right = LookThrough(host, sheet);
-    return PSBTN_CANCEL;
+    sheet.PressCancel();
   });
-  SendDlgItemMessageW(portPage, IDC_PORT_ADVANCED, BM_CLICK, 0, 0);
-  visit.Finish();
+  Click(portPage, IDC_PORT_ADVANCED);
+  right = visit.Finish() && right;
   const std::wstring unwanted =
       FormatMessageBoxes(host.Host().Screen().messageBoxes) + FormatChanges(before, ValuesOf(host));
   if (!unwanted.empty()) Print(L"  DIFFERS: looking changes nothing and asks nothing\n" + unwanted);
   return right && unwanted.empty();
 }
 
-bool ShowAdvanced::LookThrough(SampleHost& host, HWND sheet) {
-  const std::wstring caption = CaptionOf(sheet);
+bool ShowAdvanced::LookThrough(SampleHost& host, const OpenSheet& sheet) {
+  const std::wstring caption = sheet.Caption();
   const std::wstring name = PlacesOf(host.Host(), host.Port(port_)).portName;
   Print(L"\n" + caption + L"\n");
   // The system puts words of its own around it.
@@ -119,13 +101,12 @@ bool ShowAdvanced::LookThrough(SampleHost& host, HWND sheet) {
   if (!right) Print(L"  DIFFERS: the caption is not that of " + name + L"\n");
   right = CheckTabs(sheet) && right;
   for (int tab = 0; tab < static_cast<int>(std::size(kTabs)); ++tab) {
-    PropSheet_SetCurSel(sheet, nullptr, tab);
-    const HWND page = PropSheet_GetCurrentPageHwnd(sheet);
+    const HWND page = sheet.Turn(tab);
     const std::vector<ControlCheck> checks = CheckTab(host, port_, tab, page);
-    Print(L"\n  [" + TitleOf(sheet, tab) + L"]\n" + FormatChecks(checks, L"Drivers and host say"));
+    Print(L"\n  [" + std::wstring(kTabs[tab].title) + L"]\n" + FormatChecks(checks, L"Drivers and host say"));
     right = AllAgree(checks) && right;
-    Photograph(sheet, kTabs[tab].picture);
-    if (tab == kDeviceTab) PhotographComList(sheet, page);
+    Photograph(sheet.Window(), kTabs[tab].picture);
+    if (tab == OpenSheet::kDevice) PhotographComList(sheet.Window(), page);
   }
   return right;
 }

@@ -13,6 +13,7 @@ namespace workbench {
 
 class SampleHost;
 class Dll;
+class OpenSheet;
 
 class ShowAdvanced : public Command {
  public:
@@ -27,7 +28,7 @@ class ShowAdvanced : public Command {
   [[nodiscard]] bool Show();
   // Presses the button and looks through the sheet that comes up.
   [[nodiscard]] bool Visit(SampleHost& host, HWND portPage);
-  [[nodiscard]] bool LookThrough(SampleHost& host, HWND sheet);
+  [[nodiscard]] bool LookThrough(SampleHost& host, const OpenSheet& sheet);
   void Photograph(HWND sheet, const wchar_t* name);
   void PhotographComList(HWND sheet, HWND page);
 

@@ -11,6 +11,7 @@
 #include "base/resource_ids.h"
 #include "workbench/host/host_report.h"
 #include "workbench/host/on_screen.h"
+#include "workbench/host/page_controls.h"
 #include "workbench/host/sheet_visit.h"
 
 namespace workbench {
@@ -39,14 +40,14 @@ TEST_F(TreeWindowTest, EnterOpensAPortsPropertiesAndWaitsForThem) {
     closed.push_back(&device);
     PostMessageW(window_->Window(), WM_CLOSE, 0, 0);
   };
-  const SheetVisit visit([&](HWND sheet) {
+  const SheetVisit visit([&](const OpenSheet& sheet) {
     EXPECT_FALSE(IsWindowEnabled(window_->Window()));
-    SendDlgItemMessageW(PropSheet_GetCurrentPageHwnd(sheet), IDC_PORT_CTS_ALWAYS_TRUE, BM_CLICK, 0, 0);
-    return PSBTN_OK;
+    Click(sheet.Turn(0), IDC_PORT_CTS_ALWAYS_TRUE);
+    sheet.PressOk();
   });
   PressEnterOn(host_.Port(1));
   window_->RunUntilClosed();
-  visit.Finish();
+  EXPECT_TRUE(visit.Finish());
   EXPECT_THAT(closed, testing::ElementsAre(&host_.Port(1)));
   EXPECT_EQ(host_.Driver(1).Current(kPortSet).Number("EmulateCTSTrue"), 1u);
 }
