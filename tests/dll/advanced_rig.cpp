@@ -13,7 +13,7 @@ AdvancedRig::AdvancedRig()
 AdvancedRig::~AdvancedRig() {
   for (std::optional<PortSheet>& page : pages_) page.reset();
   for (const workbench::PortDriver& driver : drivers) EXPECT_EQ(driver.OpenSessions(), 0u);
-  EXPECT_EQ(LeftOpen(), "");
+  EXPECT_THAT(machine.Calls().LeftOpen(), testing::IsEmpty());
   EXPECT_THAT(Complaints(), testing::IsEmpty());
   EXPECT_EQ(machine.Screen().PendingAnswers(), 0u);
 }
@@ -31,10 +31,9 @@ AdvancedRig::Outcome AdvancedRig::Drive(const Step& step, const std::function<IN
   before_[0] = PortSet();
   before_[1] = BusSet();
   Outcome outcome;
-  const SheetDriver driver(step);
+  const workbench::SheetVisit visit(step);
   outcome.result = show();
-  outcome.stayedOpen = driver.WasCancelled();
-  EXPECT_TRUE(driver.HasRun()) << "the sheet did not come up";
+  outcome.stayedOpen = !visit.Finish();
   return outcome;
 }
 
@@ -67,18 +66,4 @@ std::vector<std::string> AdvancedRig::Written() {
     before = values;
   }
   return written;
-}
-
-// What the DLL has not given back. The language runtime keeps a few events and threads for each process, and
-// the HTML Help control is loaded for good.
-std::string AdvancedRig::LeftOpen() {
-  std::string text;
-  for (const auto& handle : machine.Calls().OpenHandles()) {
-    if (handle.kind == workbench::HandleKind::Event || handle.kind == workbench::HandleKind::Thread ||
-        handle.kind == workbench::HandleKind::Module) {
-      continue;
-    }
-    text += std::string(workbench::NameOf(handle.kind)).append(" of ").append(handle.function).append("; ");
-  }
-  return text;
 }

@@ -195,7 +195,7 @@ TEST_F(AdvancedSheet, LeavesNothingBehind) {
   // Less than the smallest block in each cycle.
   EXPECT_LT(after.heapBytes, before.heapBytes + 8 * static_cast<std::size_t>(cycles))
       << "before: " << before.heapBytes;
-  EXPECT_EQ(LeftOpen(), "");
+  EXPECT_THAT(machine.Calls().LeftOpen(), IsEmpty());
 }
 
 }  // namespace

@@ -19,15 +19,10 @@ using workbench::ServerSpec;
 
 class InstallFixture : public testing::Test {
  protected:
-  // Whatever a test does: no misuse of Windows, and no handle kept but the two that are meant to be.
+  // Whatever a test does: no misuse of Windows, and nothing left open.
   void TearDown() override {
     EXPECT_THAT(machine.Calls().Violations(), testing::IsEmpty()) << machine.Calls().LogText();
-    machine.Calls().ForgetHandles(HandleKind::Mutex);
-    machine.Calls().ForgetHandles(HandleKind::Process);
-    for (const workbench::OpenHandle& open : machine.Calls().OpenHandles()) {
-      if (open.kind == HandleKind::Module) continue;  // of delay-loaded DLLs
-      ADD_FAILURE() << "left open: " << NameOf(open.kind) << " of " << open.function;
-    }
+    EXPECT_THAT(machine.Calls().LeftOpen(), testing::IsEmpty());
   }
 
   DeviceServer AddServer(std::vector<unsigned> comNumbers) {

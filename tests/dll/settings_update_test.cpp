@@ -1,126 +1,113 @@
 // The two exports that push settings into a port, through the built DLL.
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "update_rig.h"
 
 namespace {
 
-namespace bus = scripted::bus;
-namespace port = scripted::port;
-using scripted::Numbers;
+using testing::UnorderedElementsAre;
+using workbench::ParameterValues;
+using Operation = DriverFault::Operation;
 
 class SettingsUpdateTest : public UpdateRig {};
 
 TEST_F(SettingsUpdateTest, LineSettingsChangeFiveParametersOfThePort) {
-  EXPECT_EQ(settings_(Id(), &driver_, 115200, 3, 4, 2, 1), 1U);
-  EXPECT_EQ(driver_.Story(), "size 0, read 0, write 0");
-  auto expected = Numbers(port::kCount, 0x10);
-  expected[port::kBaudrate] = 115200;
-  expected[port::kDatabits] = 3;
-  expected[port::kParity] = 4;
-  expected[port::kStopbits] = 2;
-  expected[port::kFlowControl] = 1;
-  EXPECT_EQ(driver_.sets[scripted::kPortSet], scripted::PortStream(expected));
+  const ParameterValues before = driver_.Current(kPortSet);
+  EXPECT_EQ(settings_(Id(), &driver_, 115200, 3, 4, 2, 1), 1u);
+  EXPECT_EQ(Story(), "size 0, read 0, write 0");
+  EXPECT_THAT(Differences(before, driver_.Current(kPortSet)),
+              UnorderedElementsAre("Baudrate 20 -> 115200", "Databits 21 -> 3", "Parity 22 -> 4",
+                                   "Stopbits 23 -> 2", "FlowControl 24 -> 1"));
 }
 
 TEST_F(SettingsUpdateTest, NetworkInfoReadsAndWritesTheBusFirst) {
-  EXPECT_EQ(networkInfo_(Id(), nullptr, 0xC0A8000A, 4001, 99, 9001, 8080, 0x0090E8, 0x123456, 2, 1), 1U);
-  EXPECT_EQ(driver_.Story(), "size 1, read 1, size 0, read 0, write 1, write 0");
-
-  auto expectedBus = Numbers(bus::kCount, 0x100);
-  expectedBus[bus::kAddressToConnect] = 0xC0A8000A;
-  expectedBus[bus::kPortNumber] = 4001;
-  expectedBus[bus::kServerConfigPort] = 9001;
-  expectedBus[bus::kServerWebPort] = 8080;
-  expectedBus[bus::kMacAddress1] = 0x0090E8;
-  expectedBus[bus::kMacAddress2] = 0x123456;
-  expectedBus[bus::kPortType] = 1;
-  EXPECT_EQ(driver_.sets[scripted::kBusSet], scripted::BusStream(expectedBus, "TCP", "QX-582"));
-
-  auto expectedPort = Numbers(port::kCount, 0x10);
-  expectedPort[port::kPortType] = 1;
-  expectedPort[port::kDuplexMode] = 2;
-  EXPECT_EQ(driver_.sets[scripted::kPortSet], scripted::PortStream(expectedPort));
+  const ParameterValues port = driver_.Current(kPortSet);
+  const ParameterValues bus = driver_.Current(kBusSet);
+  EXPECT_EQ(networkInfo_(Id(), nullptr, 0xC0A8000A, 4001, 99, 9001, 8080, 0x0090E8, 0x123456, 2, 1), 1u);
+  EXPECT_EQ(Story(), "size 1, read 1, size 0, read 0, write 1, write 0");
+  EXPECT_THAT(Differences(bus, driver_.Current(kBusSet)),
+              UnorderedElementsAre("AddressToConnect 262 -> 3232235530", "PortNumber 263 -> 4001",
+                                   "ServerConfigPort 270 -> 9001", "ServerWebPort 271 -> 8080",
+                                   "MACAddress1 268 -> 37096", "MACAddress2 269 -> 1193046",
+                                   "PortType 260 -> 1"));
+  EXPECT_THAT(Differences(port, driver_.Current(kPortSet)),
+              UnorderedElementsAre("PortType 16 -> 1", "DuplexMode 19 -> 2"));
 }
 
 TEST_F(SettingsUpdateTest, PortThatOpensIsNotRestarted) {
-  EXPECT_EQ(settings_(Id(), nullptr, 9600, 3, 0, 0, 0), 1U);
-  EXPECT_EQ(networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 1U);
+  EXPECT_EQ(PushLine(), 1u);
+  EXPECT_EQ(PushNetwork(), 1u);
   EXPECT_EQ(Restarts(), "");
   const auto opens = machine_.Calls().CallsOf("CreateFileW");
   ASSERT_FALSE(opens.empty());
   EXPECT_EQ(opens.back().Text(0), L"\\\\.\\COM6") << "asked last, when the drivers have the settings";
-  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiGetClassDevsW").at(0).Number(3), 6U);
-  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6U);
+  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiGetClassDevsW").at(0).Number(3), 6u);
+  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6u);
 }
 
 TEST_F(SettingsUpdateTest, PortInUseIsDisabledAndEnabledAgain) {
   Port().port->openElsewhere = true;
-  EXPECT_EQ(settings_(Id(), nullptr, 9600, 3, 0, 0, 0), 1U);
+  EXPECT_EQ(PushLine(), 1u);
   EXPECT_EQ(Restarts(), "-+");
-  EXPECT_EQ(networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 1U);
+  EXPECT_EQ(PushNetwork(), 1u);
   EXPECT_EQ(Restarts(), "-+-+");
   EXPECT_TRUE(Port().started);
-}
 
-TEST_F(SettingsUpdateTest, RestartThatFailsChangesNoResult) {
-  Port().port->openElsewhere = true;
+  machine_.Calls().ClearLog();
   machine_.Calls().Inject({.function = "SetupDiCallClassInstaller", .count = workbench::Fault::kEveryLater});
-  EXPECT_EQ(settings_(Id(), nullptr, 9600, 3, 0, 0, 0), 1U);
-  EXPECT_EQ(machine_.Calls().CountOf("SetupDiCallClassInstaller"), 2U) << "enabled although disabling failed";
-  EXPECT_EQ(Restarts(), "");
+  EXPECT_EQ(PushLine(), 1u) << "a restart that fails changes no result";
+  EXPECT_EQ(machine_.Calls().CountOf("SetupDiCallClassInstaller"), 2u) << "enabled although disabling failed";
+  EXPECT_EQ(Restarts(), "-+-+");
 }
 
 TEST_F(SettingsUpdateTest, UnknownDeviceIsAFailure) {
   Port().port->openElsewhere = true;
   for (const wchar_t* id :
        {static_cast<const wchar_t*>(nullptr), L"", L"KDNBUS\\NOWHERE\\1", L"no id at all"}) {
-    EXPECT_EQ(settings_(id, nullptr, 9600, 3, 0, 0, 0), 0U);
-    EXPECT_EQ(networkInfo_(id, nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 0U);
+    EXPECT_EQ(settings_(id, nullptr, 9600, 3, 0, 0, 0), 0u);
+    EXPECT_EQ(networkInfo_(id, nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 0u);
   }
-  EXPECT_TRUE(driver_.opens.empty());
+  EXPECT_THAT(driver_.Records(), testing::IsEmpty());
   EXPECT_EQ(Restarts(), "");
 }
 
 TEST_F(SettingsUpdateTest, PortWithoutNameOrInterfaceIsAFailure) {
   machine_.Registry().DeleteValue(workbench::ParametersKeyOf(Port().instanceId), L"PortName");
-  EXPECT_EQ(settings_(Id(), nullptr, 9600, 3, 0, 0, 0), 0U);
-  EXPECT_EQ(networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 0U);
+  EXPECT_EQ(PushLine() + PushNetwork(), 0u);
 
   machine_.Registry().SetText(workbench::ParametersKeyOf(Port().instanceId), L"PortName", L"COM6");
   for (const auto& instance : Port().interfaces) instance->active = false;
-  EXPECT_EQ(settings_(Id(), nullptr, 9600, 3, 0, 0, 0), 0U);
-  EXPECT_EQ(networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 0U);
-  EXPECT_EQ(machine_.Calls().CountOf("CreateFileW"), 0U) << "without an interface nothing is opened";
+  EXPECT_EQ(PushLine() + PushNetwork(), 0u);
+  EXPECT_EQ(machine_.Calls().CountOf("CreateFileW"), 0u) << "without an interface nothing is opened";
 }
 
 TEST_F(SettingsUpdateTest, DriverThatRefusesIsAFailureWithoutRestart) {
   Port().port->openElsewhere = true;
-  const auto before = driver_.sets;
+  const ParameterValues port = driver_.Current(kPortSet);
+  const ParameterValues bus = driver_.Current(kBusSet);
   struct Case {
-    int refused;
+    Operation operation;
+    std::uint32_t selector;
     const char* story;
-    bool busWritten;
   };
   for (const Case& row :
-       {Case{1, "size 1", false}, Case{2, "size 1, read 1", false}, Case{3, "size 1, read 1, size 0", false},
-        Case{4, "size 1, read 1, size 0, read 0", false},
-        Case{5, "size 1, read 1, size 0, read 0, write 1", false},
-        Case{6, "size 1, read 1, size 0, read 0, write 1, write 0", true}}) {
+       {Case{Operation::Size, kBusSet, "size 1"}, Case{Operation::Read, kBusSet, "size 1, read 1"},
+        Case{Operation::Size, kPortSet, "size 1, read 1, size 0"},
+        Case{Operation::Read, kPortSet, "size 1, read 1, size 0, read 0"},
+        Case{Operation::Write, kBusSet, "size 1, read 1, size 0, read 0, write 1"},
+        Case{Operation::Write, kPortSet, "size 1, read 1, size 0, read 0, write 1, write 0"}}) {
     SCOPED_TRACE(row.story);
-    driver_.sets = before;
-    driver_.requests.clear();
-    driver_.script = scripted::RefuseNth(row.refused);
-    EXPECT_EQ(networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 1, 1), 0U);
-    EXPECT_EQ(driver_.Story(), row.story);
-    EXPECT_EQ(driver_.sets[scripted::kPortSet], before.at(scripted::kPortSet));
-    EXPECT_EQ(driver_.sets[scripted::kBusSet] != before.at(scripted::kBusSet), row.busWritten);
-  }
-  for (int refused = 1; refused <= 3; ++refused) {
-    driver_.script = scripted::RefuseNth(refused);
-    EXPECT_EQ(settings_(Id(), nullptr, 9600, 3, 0, 0, 0), 0U) << refused;
+    driver_.ClearRecords();
+    driver_.Inject({.operation = row.operation, .selector = row.selector});
+    EXPECT_EQ(PushNetwork(), 0u);
+    EXPECT_EQ(Story(), row.story);
+    EXPECT_EQ(driver_.Current(kPortSet), port);
+    const bool busIsWritten = row.operation == Operation::Write && row.selector == kPortSet;
+    EXPECT_EQ(driver_.Current(kBusSet) != bus, busIsWritten);
+    if (row.selector == kPortSet) {
+      EXPECT_EQ(PushLine(), 0u);
+    }
+    driver_.ClearFaults();
   }
   EXPECT_EQ(Restarts(), "");
 }

@@ -1,4 +1,4 @@
-// A host with one device server, whose second port has a scripted driver, and the DLL loaded on it.
+// A host with one device server, the DLL loaded on it, and the exports that push settings into its second port.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -8,34 +8,50 @@
 #include <cstdint>
 #include <string>
 
-#include "scripted_driver.h"
+#include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
+
+using workbench::DriverFault;
+using workbench::kBusSet;
+using workbench::kPortSet;
 
 class UpdateRig : public testing::Test {
  protected:
+  // Numbers that tell each parameter apart.
+  UpdateRig() {
+    for (const std::uint32_t selector : {kPortSet, kBusSet}) {
+      std::uint32_t number = selector == kPortSet ? 0x10 : 0x100;
+      for (const workbench::Parameter& parameter : workbench::SetLayout(selector)) {
+        if (!parameter.isText) driver_.Current(selector).SetNumber(parameter.name, number++);
+      }
+    }
+  }
   // Whatever a test does: nothing stays open, and no interface was misused.
   ~UpdateRig() override {
-    EXPECT_TRUE(driver_.openSessions.empty()) << "a driver handle stayed open";
-    EXPECT_TRUE(otherDriver_.opens.empty()) << "another port's driver was opened";
-    EXPECT_EQ(LeftOpen(), "");
+    EXPECT_EQ(driver_.OpenSessions(), 0u);
+    EXPECT_THAT(driver_.Violations(), testing::IsEmpty());
+    EXPECT_THAT(otherDriver_.Records(), testing::IsEmpty()) << "another port's driver was opened";
+    EXPECT_THAT(machine_.Calls().LeftOpen(), testing::IsEmpty());
     EXPECT_THAT(machine_.Calls().Violations(), testing::IsEmpty());
     EXPECT_TRUE(machine_.Screen().messageBoxes.empty());
   }
 
-  // What the DLL has not given back, without the few synchronisation objects that the language runtime
-  // makes once for each process and keeps.
-  [[nodiscard]] std::string LeftOpen() {
-    std::string text;
-    for (const auto& handle : machine_.Calls().OpenHandles()) {
-      if (handle.kind == workbench::HandleKind::Event || handle.kind == workbench::HandleKind::Thread)
-        continue;
-      text += std::string(workbench::NameOf(handle.kind)).append(" of ").append(handle.function).append("; ");
-    }
-    return text;
-  }
-
   [[nodiscard]] workbench::Device& Port() { return *server_.ports[1]; }
   [[nodiscard]] const wchar_t* Id() { return Port().instanceId.c_str(); }
+  // Line settings: one read and one write of the port set. Network settings: both sets are read, then written.
+  std::uint64_t PushLine() { return settings_(Id(), nullptr, 9600, 3, 0, 0, 0); }
+  std::uint64_t PushNetwork() { return networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 1, 1); }
+  // "size 0, read 0, write 1": what the drivers were asked, with the selectors, since the records were cleared.
+  [[nodiscard]] std::string Story() const {
+    std::string story;
+    for (const workbench::DriverRecord& record : driver_.Records()) {
+      if (record.code == 0) continue;  // an open
+      constexpr const char* kWords[] = {"size ", "read ", "write "};
+      story += (story.empty() ? "" : ", ") + std::string(kWords[(record.code - workbench::kGetCurrentSize) / 4]);
+      story += std::to_string(record.selector.value_or(9));
+    }
+    return story;
+  }
   // The disables and enables of the port, in order: "-+" is a restart.
   [[nodiscard]] std::string Restarts() {
     std::string events;
@@ -48,8 +64,8 @@ class UpdateRig : public testing::Test {
   }
 
   workbench::Machine machine_;
-  scripted::Driver driver_;
-  scripted::Driver otherDriver_;
+  workbench::PortDriver driver_;
+  workbench::PortDriver otherDriver_;
   workbench::DeviceServer server_ = workbench::AddDeviceServer(
       machine_, {.comNumbers = {5, 6, 7},
                  .driver = [this](unsigned index) { return index == 1 ? &driver_ : &otherDriver_; }});

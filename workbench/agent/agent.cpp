@@ -63,11 +63,7 @@ std::wstring Agent::Faults() {
   for (const PortDriver& driver : drivers_) {
     for (const std::string& violation : driver.Violations()) text += L"wrong: " + Wide(violation) + L"\n";
   }
-  // What the DLL delay-loads stays loaded.
-  machine_.Calls().ForgetHandles(HandleKind::Module);
-  for (const OpenHandle& handle : machine_.Calls().OpenHandles()) {
-    text += L"left open: " + Wide(NameOf(handle.kind)) + L" of " + Wide(handle.function) + L"\n";
-  }
+  for (const std::string& handle : machine_.Calls().LeftOpen()) text += L"left open: " + Wide(handle) + L"\n";
   return text;
 }
 

@@ -66,6 +66,8 @@ bool CanHave(Operation operation, Misbehaviour misbehaviour) {
       return true;
     case Misbehaviour::ReportSize:
       return operation == Operation::Size;
+    case Misbehaviour::LieAboutCount:
+      return operation == Operation::Size || operation == Operation::Read;
     default:
       return operation == Operation::Read;
   }
@@ -164,13 +166,18 @@ DriverAnswer PortDriver::AnswerSize(std::uint64_t session, const DriverRequest& 
   const CodeRow& row = *RowOf(request.code);
   const auto& values = row.defaults ? default_ : current_;
   auto size = static_cast<std::uint32_t>(values.at(selector).Encode().size());
+  DWORD returned = 4;
   if (const auto fault = Due(Operation::Size, selector)) {
     if (fault->misbehaviour == Misbehaviour::Refuse) return {fault->value, 0};
-    size = fault->value;
+    if (fault->misbehaviour == Misbehaviour::LieAboutCount) {
+      returned = fault->value;
+    } else {
+      size = fault->value;
+    }
   }
   sessions_[session] = SizeReport{row.dataCode, selector, size};
   PutNumber(request.output, 0, size);
-  return {ERROR_SUCCESS, 4};
+  return {ERROR_SUCCESS, returned};
 }
 
 DriverAnswer PortDriver::AnswerRead(std::uint64_t session, const DriverRequest& request,

@@ -29,7 +29,7 @@ enum class Misbehaviour {
   GrowAfterSize,  // read: the set is larger than its size said, which fails the read
   ShortAnswer,    // read: the last `value` bytes are missing
   Garbage,        // read: the bytes are of a pattern that begins with `value`
-  LieAboutCount,  // read: the right bytes, but the count of returned bytes is `value`
+  LieAboutCount,  // size, read: the right bytes, but the count of returned bytes is `value`
   TextLength,     // read: the length of the set's first text says `value`
 };
 

@@ -73,14 +73,7 @@ std::wstring FormatChanges(const DriverValues& before, const DriverValues& after
 std::vector<std::wstring> ViolationsOf(SampleHost& host) {
   std::vector<std::wstring> violations;
   for (const std::string& text : host.Host().Calls().Violations()) violations.push_back(Widen(text));
-  // Kept on purpose: modules that were loaded when first needed, and the few synchronisation objects that the
-  // language's run time makes with the first exception.
-  for (const HandleKind kept : {HandleKind::Module, HandleKind::Event, HandleKind::Thread}) {
-    host.Host().Calls().ForgetHandles(kept);
-  }
-  for (const OpenHandle& handle : host.Host().Calls().OpenHandles()) {
-    violations.push_back(Widen(std::string(NameOf(handle.kind)) + " of " + handle.function + " left open"));
-  }
+  for (const std::string& text : host.Host().Calls().LeftOpen()) violations.push_back(Widen(text) + L" left open");
   for (unsigned number = 1; number <= SampleHost::kPorts; ++number) {
     for (const std::string& text : host.Driver(number).Violations()) {
       violations.push_back(L"driver of port " + std::to_wstring(number) + L": " + Widen(text));

@@ -290,6 +290,16 @@ std::size_t Gate::OpenCount(HandleKind kind) const {
   return static_cast<std::size_t>(std::ranges::count(OpenHandles(), kind, &OpenHandle::kind));
 }
 
+std::vector<std::string> Gate::LeftOpen() const {
+  constexpr HandleKind kKept[] = {HandleKind::Mutex, HandleKind::Process, HandleKind::Module};
+  std::vector<std::string> left;
+  for (const OpenHandle& handle : OpenHandles()) {
+    if (std::ranges::find(kKept, handle.kind) != std::end(kKept)) continue;
+    left.push_back(std::string(NameOf(handle.kind)) + " of " + handle.function);
+  }
+  return left;
+}
+
 void Gate::ForgetHandles(HandleKind kind) {
   const std::scoped_lock guard(lock_);
   std::erase_if(handles_, [&](const auto& entry) { return entry.second.kind == kind; });
