@@ -19,6 +19,12 @@ AnyFunction ChooseHook(const char*, const char* name) {
   return row == nullptr ? nullptr : row->hook;
 }
 
+// A host of the DLL has SetupAPI; where it comes and goes with the DLL, it is mapped anew for each machine.
+void HoldSetupApi() {
+  static const HMODULE held = LoadLibraryW(L"setupapi.dll");
+  static_cast<void>(held);
+}
+
 // Imports of the simulated DLLs that have no row would reach the real host.
 void ReportUnsimulated(Machine& machine, const Redirection& redirection) {
   for (const std::string& import : redirection.Untouched()) {
@@ -40,6 +46,7 @@ std::wstring Dll::DefaultPath() {
 }
 
 Dll::Dll(Machine& machine, const std::wstring& path) : module_(LoadLibraryW(path.c_str())) {
+  HoldSetupApi();
   if (module_ == nullptr) {
     throw std::runtime_error("cannot load " + NarrowText(path) + ", error " + std::to_string(GetLastError()));
   }
