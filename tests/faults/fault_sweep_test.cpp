@@ -129,14 +129,6 @@ void Inspect(World& world, RunResult& outcome) {
   InspectDrivers(world, outcome);
 }
 
-// The language's run time makes a few objects when the DLL throws for the first time, and keeps them: that is
-// brought about here, so that what a run leaves is the run's own.
-void ThrowOnce(Machine& machine, const Dll& dll) {
-  machine.Calls().FailAllocation(1);
-  dll.ChangeComNumber(machine.Devices().All().front()->instanceId.c_str(), L"COM1");
-  machine.Calls().ForgetHandles(HandleKind::Event);
-}
-
 template <class Arm>
 RunResult RunOnce(const Scenario& scenario, Trouble trouble, const std::string& label, Arm&& arm) {
   const RunGuard guard(std::string(scenario.name) + ", " + label);
@@ -147,7 +139,6 @@ RunResult RunOnce(const Scenario& scenario, Trouble trouble, const std::string& 
   {
     Dll dll(world.machine);
     const std::multiset<std::string> windows = TopLevelWindows();
-    ThrowOnce(world.machine, dll);
     const std::int64_t blocks = world.machine.Calls().LiveAllocations();
     if (scenario.start != nullptr) scenario.start(world, dll);
     world.machine.Calls().ClearLog();
