@@ -16,7 +16,9 @@ endif()
 # one program of all <dir>/*_test.cpp, and one CTest entry per file, which runs the suites that the
 # file defines. A test file belongs to exactly one entry, so nothing runs twice and nothing is left out.
 # DESKTOP: its windows want the focus and the session's prefix for themselves, so that one such entry runs at a time.
-# OWN_SESSION: each entry has a Wine session of its own, and runs beside the others; such entries start first.
+# OWN_SESSION: each entry has a Wine session of its own, and runs beside the others; such entries start first. Such
+# an entry has a processor for itself: a program and its Wine server wait for each other all the time, and do so
+# longer when each wakes the other on another processor.
 function(kd_test_program name)
   cmake_parse_arguments(arg "DESKTOP;OWN_SESSION" "DIR;LABEL;TIMEOUT;RUNNER" "LIBS;SOURCES" ${ARGN})
   file(GLOB files CONFIGURE_DEPENDS "${arg_DIR}/*_test.cpp")
@@ -54,7 +56,7 @@ function(kd_test_program name)
     if(arg_DESKTOP)
       set_tests_properties("${arg_LABEL}.${stem}" PROPERTIES RESOURCE_LOCK desktop)
     elseif(arg_OWN_SESSION)
-      set_tests_properties("${arg_LABEL}.${stem}" PROPERTIES COST 1000)
+      set_tests_properties("${arg_LABEL}.${stem}" PROPERTIES COST 1000 PROCESSOR_AFFINITY ON)
     endif()
   endforeach()
 endfunction()

@@ -58,7 +58,8 @@ BOOL CALLBACK PageRequest::Add(HPROPSHEETPAGE page, LPARAM lParam) {
   return self->accept_ ? TRUE : FALSE;
 }
 
-PortSheet::PortSheet(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port)
+PortSheet::PortSheet(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port,
+                     Painting painting)
     : request_(machine, dll, port) {
   if (request_.page == nullptr && !request_.result) throw std::runtime_error("the export added no page");
   if (request_.page == nullptr || !request_.result) throw std::logic_error("the export tells a lie");
@@ -72,6 +73,9 @@ PortSheet::PortSheet(workbench::Machine& machine, const workbench::Dll& dll, wor
   if (result == 0 || result == -1) throw std::runtime_error("the sheet did not open");
   sheet_ = reinterpret_cast<HWND>(result);
   page_ = reinterpret_cast<HWND>(SendMessageW(sheet_, PSM_GETCURRENTPAGEHWND, 0, 0));
+  if (painting == Painting::WhenUncovered) {
+    RedrawWindow(sheet_, nullptr, nullptr, RDW_VALIDATE | RDW_ALLCHILDREN | RDW_NOFRAME | RDW_NOERASE);
+  }
   PumpMessages();
 }
 

@@ -59,11 +59,15 @@ class PageRequest {
   workbench::DeviceElement element_;
 };
 
+// Whether a sheet is painted when it comes up. That takes longer than all the rest of it.
+enum class Painting { Now, WhenUncovered };
+
 // A modeless sheet with the page of a port. Closes as the Cancel button does. Construction throws
 // std::runtime_error when the export says that it adds no page.
 class PortSheet {
  public:
-  PortSheet(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port);
+  PortSheet(workbench::Machine& machine, const workbench::Dll& dll, workbench::Device& port,
+            Painting painting = Painting::Now);
   explicit PortSheet(PortPageRig& rig, unsigned port = 0)
       : PortSheet(rig.machine, *rig.dll, rig.Port(port)) {}
   ~PortSheet();

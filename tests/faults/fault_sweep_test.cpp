@@ -49,10 +49,6 @@ bool CannotBeClosed(const std::vector<Call>& log, HandleKind kind) {
   });
 }
 
-std::string Describe(const OpenHandle& handle) {
-  return std::string(NameOf(handle.kind)) + " of " + handle.function + " left open";
-}
-
 // The sets of the first port's drivers.
 std::vector<ParameterValues> SetsOf(World& world) {
   return {world.drivers[0].Current(kPortSet), world.drivers[0].Current(kBusSet)};
@@ -94,7 +90,9 @@ void InspectNames(Machine& machine, RunResult& outcome) {
 void InspectHandles(const Gate& gate, RunResult& outcome) {
   for (const OpenHandle& handle : gate.OpenHandles()) {
     const bool onPurpose = std::ranges::find(kLeftOpen, handle.kind) != std::end(kLeftOpen);
-    if (!onPurpose && !CannotBeClosed(outcome.log, handle.kind)) outcome.findings.push_back(Describe(handle));
+    if (!onPurpose && !CannotBeClosed(outcome.log, handle.kind)) {
+      outcome.findings.push_back(std::string(NameOf(handle.kind)) + " of " + handle.function + " left open");
+    }
   }
 }
 
@@ -176,20 +174,42 @@ bool OldOrNew(const RunResult& outcome, const RunResult& undisturbed) {
   return true;
 }
 
-class FaultSweep : public testing::TestWithParam<Scenario> {
+// The run that nothing disturbs, and the path of calls of each of its allocations.
+struct Undisturbed : RunResult {
+  std::vector<std::uint64_t> paths;
+};
+
+const Undisturbed& RunUndisturbed(const Scenario& scenario) {
+  static std::map<std::string_view, Undisturbed> runs;
+  const auto [run, isNew] = runs.try_emplace(scenario.name);
+  if (isNew) {
+    std::optional<AllocationPaths> paths;
+    const auto note = [&](Gate&) { paths.emplace(); };
+    static_cast<RunResult&>(run->second) = RunOnce(scenario, Trouble::None, "undisturbed", note);
+    run->second.paths = paths->Paths();
+  }
+  return run->second;
+}
+
+// The places of a scenario are dealt to so many tests, one after the other, so that shards take equally long.
+constexpr unsigned kParts = 4;
+
+class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>> {
  protected:
   static void TearDownTestSuite() {
-    // In parts, each part tells its own.
+    // In shards, each shard tells its own.
     std::printf("    fault sweep: %zu scenarios, %zu injected faults, %zu findings\n", scenarios.size(),
                 faults, findings);
   }
   void SetUp() override {
     scenarios.insert(scenario.name);
-    std::optional<AllocationPaths> paths;
-    undisturbed_ = RunOnce(scenario, Trouble::None, "undisturbed", [&](Gate&) { paths.emplace(); });
-    paths_ = paths->Paths();
+    ASSERT_THAT(undisturbed_.findings, testing::IsEmpty());
+    ASSERT_TRUE(undisturbed_.kept);
+    ASSERT_GT(undisturbed_.calls, 0u);
   }
 
+  // Whether a place, from 1, is one of this test's.
+  bool IsOwn(std::uint64_t place) const { return place % kParts == std::get<1>(GetParam()); }
   bool StepsGiveUp(const std::string& function) const {
     return !function.empty() &&
            (" " + std::string(scenario.givesUp) + " ").find(" " + function + " ") != std::string::npos;
@@ -234,9 +254,8 @@ class FaultSweep : public testing::TestWithParam<Scenario> {
   static inline std::size_t faults = 0;
   static inline std::size_t findings = 0;
 
-  const Scenario& scenario = GetParam();
-  RunResult undisturbed_;
-  std::vector<std::uint64_t> paths_;  // of the undisturbed run's allocations
+  const Scenario& scenario = std::get<0>(GetParam());
+  const Undisturbed& undisturbed_ = RunUndisturbed(scenario);
 
  private:
   std::size_t runs_ = 0;
@@ -244,14 +263,9 @@ class FaultSweep : public testing::TestWithParam<Scenario> {
   std::set<std::string> givenUp_;
 };
 
-TEST_P(FaultSweep, WorksUndisturbed) {
-  EXPECT_THAT(undisturbed_.findings, testing::IsEmpty());
-  EXPECT_TRUE(undisturbed_.kept);
-  EXPECT_GT(undisturbed_.calls, 0u);
-}
-
 TEST_P(FaultSweep, EachCallOnce) {
   for (std::uint64_t k = 1; k <= undisturbed_.calls; ++k) {
+    if (!IsOwn(k)) continue;
     Try(Trouble::Calls, "call " + std::to_string(k), [&](Gate& gate) { gate.Inject({.from = k}); });
   }
   Report("each call once", undisturbed_.calls);
@@ -259,9 +273,11 @@ TEST_P(FaultSweep, EachCallOnce) {
 
 TEST_P(FaultSweep, EachCallAndEveryLaterOfItsFunction) {
   std::map<std::string, std::uint64_t> calls;
+  std::uint64_t place = 0;
   for (const Call& call : undisturbed_.log) {
     if (FindRow(call.function)->failure.outcome == Outcome::CannotFail) continue;
     const std::uint64_t from = ++calls[call.function];
+    if (!IsOwn(++place)) continue;
     const Fault fault{.function = call.function, .from = from, .count = Fault::kEveryLater};
     Try(Trouble::Calls, "from call " + std::to_string(from) + " of " + call.function + " on,",
         [&](Gate& gate) { gate.Inject(fault); });
@@ -274,11 +290,12 @@ TEST_P(FaultSweep, EachCallAndEveryLaterOfItsFunction) {
 TEST_P(FaultSweep, EachAllocation) {
   std::map<std::uint64_t, std::uint64_t> last;
   std::set<std::uint64_t> seen;
-  for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) last[paths_.at(k - 1)] = k;
+  for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) last[undisturbed_.paths.at(k - 1)] = k;
+  std::uint64_t place = 0;
   for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) {
-    const std::uint64_t path = paths_[k - 1];
+    const std::uint64_t path = undisturbed_.paths[k - 1];
     const bool inALoop = !seen.insert(path).second && last[path] != k;
-    if (scenario.hasWindows && inALoop) continue;
+    if ((scenario.hasWindows && inALoop) || !IsOwn(++place)) continue;
     Try(Trouble::Memory, "allocation " + std::to_string(k), [&](Gate& gate) { gate.FailAllocation(k); });
   }
   Report("allocations", undisturbed_.allocations);
@@ -290,11 +307,15 @@ std::vector<Scenario> AllScenarios() {
   return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(Scenarios, FaultSweep, testing::ValuesIn(AllScenarios()), [](const auto& scenario) {
-  std::string name;
-  for (const char c : scenario.param.name) name += std::isalnum(c) != 0 ? c : '_';
-  return name;
-});
+// The part changes fastest, so that each of four shards gets one of every scenario.
+INSTANTIATE_TEST_SUITE_P(Scenarios, FaultSweep,
+                         testing::Combine(testing::ValuesIn(AllScenarios()), testing::Range(0u, kParts)),
+                         [](const auto& test) {
+                           std::string name(std::get<0>(test.param).name);
+                           std::ranges::replace_if(
+                               name, [](char c) { return std::isalnum(c) == 0; }, '_');
+                           return name + "_" + std::to_string(std::get<1>(test.param));
+                         });
 
 }  // namespace
 }  // namespace workbench

@@ -33,8 +33,12 @@ void BuildPage(World& world) {
                                                  }});
 }
 
-void OpenSheetOf(World& world, Dll& dll) {
-  world.sheet = std::make_shared<PortSheet>(world.machine, dll, *world.server.ports[0]);
+void OpenSheetOf(World& world, Dll& dll, Painting painting) {
+  world.sheet = std::make_shared<PortSheet>(world.machine, dll, *world.server.ports[0], painting);
+}
+
+void StartWithSheet(World& world, Dll& dll) {
+  OpenSheetOf(world, dll, Painting::WhenUncovered);
 }
 
 void CloseSheetOf(World& world) {
@@ -44,7 +48,7 @@ void CloseSheetOf(World& world) {
 
 bool RunOpen(World& world, Dll& dll, Trouble trouble) {
   try {
-    OpenSheetOf(world, dll);
+    OpenSheetOf(world, dll, Painting::Now);
   } catch (const std::runtime_error&) {
     return trouble != Trouble::None;
   }
@@ -91,7 +95,7 @@ constexpr Scenario kScenarios[] = {
      .run = RunApply,
      .kept = NothingToKeep,
      .hasWindows = true,
-     .start = OpenSheetOf},
+     .start = StartWithSheet},
     // A box that cannot be set shows the other state, and what the boxes show is what OK writes.
     {.name = "apply the advanced settings",
      .build = BuildPage,
@@ -99,7 +103,7 @@ constexpr Scenario kScenarios[] = {
      .kept = NothingToKeep,
      .givesUp = "CheckDlgButton",
      .hasWindows = true,
-     .start = OpenSheetOf},
+     .start = StartWithSheet},
 };
 
 }  // namespace
