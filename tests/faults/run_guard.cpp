@@ -2,9 +2,9 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 
 namespace workbench {
@@ -13,8 +13,8 @@ namespace {
 constexpr ULONGLONG kLongestRun = 20000;  // ms; a run takes well under one second
 
 std::mutex lock;
-std::string currentLabel;
-std::atomic<ULONGLONG> deadline{0};  // 0: no run
+std::string currentLabel;  // empty: no run
+ULONGLONG deadline = 0;
 
 [[noreturn]] void EndProcess(const char* what) {
   std::printf("FAULT SWEEP: %s in \"%s\"\n", what, currentLabel.c_str());
@@ -29,41 +29,31 @@ LONG WINAPI OnCrash(EXCEPTION_POINTERS* exception) {
   EndProcess("crash");
 }
 
-// The C run time ends the process without a word where the language's asks it to.
-void OnAbort(int) {
-  EndProcess("abort");
-}
-
 DWORD WINAPI Watch(void*) {
-  for (;;) {
-    Sleep(500);
-    const ULONGLONG end = deadline.load();
+  for (;; Sleep(500)) {
     const std::scoped_lock guard(lock);
-    if (end != 0 && GetTickCount64() > end && deadline.load() == end) EndProcess("hang");
+    if (!currentLabel.empty() && GetTickCount64() > deadline) EndProcess("hang");
   }
-}
-
-void StartOnce() {
-  static const bool started = [] {
-    SetUnhandledExceptionFilter(OnCrash);
-    std::signal(SIGABRT, OnAbort);
-    CloseHandle(CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr));
-    return true;
-  }();
-  static_cast<void>(started);
 }
 
 }  // namespace
 
 RunGuard::RunGuard(std::string label) {
-  StartOnce();
+  static const HANDLE watcher = [] {
+    SetUnhandledExceptionFilter(OnCrash);
+    // The C run time ends the process without a word where the language's asks it to.
+    std::signal(SIGABRT, [](int) { EndProcess("abort"); });
+    return CreateThread(nullptr, 0, Watch, nullptr, 0, nullptr);
+  }();
+  static_cast<void>(watcher);
   const std::scoped_lock guard(lock);
   currentLabel = std::move(label);
   deadline = GetTickCount64() + kLongestRun;
 }
 
 RunGuard::~RunGuard() {
-  deadline = 0;
+  const std::scoped_lock guard(lock);
+  currentLabel.clear();
 }
 
 }  // namespace workbench
