@@ -40,22 +40,6 @@ TEST(PortPageCommands, TickShowsWhatChangedAndIsSilent) {
   EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
 }
 
-// No flicker: what shows the right thing already is not set again.
-TEST(PortPageCommands, TickLeavesUnchangedControlsAlone) {
-  PortPageRig rig;
-  rig.web.SetPort(1, {.ctsLine = 0});
-  const PortSheet sheet(rig);
-  rig.machine.Calls().ClearLog();
-  SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
-  EXPECT_EQ(rig.machine.Calls().CountOf("HttpSendRequestW"), 1u);
-  for (const char* change : {"SetWindowTextW", "SetDlgItemTextW", "ShowWindow", "EnableWindow"}) {
-    EXPECT_EQ(rig.machine.Calls().CountOf(change), 0u) << change;
-  }
-  for (const workbench::Call& call : rig.machine.Calls().CallsOf("SendMessageW")) {
-    EXPECT_NE(call.Number(1), static_cast<std::uint64_t>(BM_SETCHECK));
-  }
-}
-
 TEST(PortPageCommands, CloseMessageStopsTheTimerAndRefreshesSilently) {
   PortPageRig rig;
   const PortSheet sheet(rig);
