@@ -42,21 +42,27 @@ TEST_F(AdvancedSheet, ReportsASaveAlsoWhenNothingWasWritten) {
 }
 
 // The page that is not shown has read its set when the sheet is made, and the port page goes by that: in
-// RS-485 mode there is no CTS, whatever the driver says by then.
+// RS-485 mode there is no CTS, whatever the driver says by then. A driver that says nothing leaves the boxes
+// alone.
 TEST_F(AdvancedSheet, ASaveTakesTheDuplexModeOfTheHiddenPage) {
   struct Row {
     std::uint32_t atOpening, later;
     const char* box;
+    bool readable = true;
   };
   PortSet().SetNumber("PortType", 1);
-  for (const Row& row : {Row{2, 1, "checked, disabled, label disabled"}, Row{1, 2, "clear"}}) {
+  for (const Row& row :
+       {Row{2, 1, "checked, disabled, label disabled"}, Row{1, 2, "clear"}, Row{2, 2, "clear", false}}) {
     PortSet().SetNumber("DuplexMode", row.atOpening);
-    Run([&](const OpenSheet& sheet) {
+    const Outcome outcome = Run([&](const OpenSheet& sheet) {
       PortSet().SetNumber("DuplexMode", row.later);
+      if (!row.readable) Driver().Inject({.operation = workbench::DriverFault::Operation::Read});
       sheet.PressOk();
     });
+    EXPECT_EQ(outcome.result, 1);
     EXPECT_EQ(PageOf().Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), row.box);
     EXPECT_THAT(Written(), IsEmpty());
+    Driver().ClearFaults();
   }
 }
 
