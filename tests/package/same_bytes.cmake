@@ -1,4 +1,5 @@
-# cmake -DSOURCE= -DBUILD= -DTYPE= -DTOOLCHAIN= -DARCHIVE= -P this: fails when two builds of the archive differ.
+# cmake -DSOURCE= -DBUILD= -DTYPE= -DTRAPS= -DTOOLCHAIN= -DARCHIVE= -P this: fails when two builds of the archive
+# differ.
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
   if(NOT status EQUAL 0)
@@ -9,7 +10,7 @@ endfunction()
 set(second "${BUILD}/package-again")
 file(REMOVE_RECURSE "${second}")
 run("${CMAKE_COMMAND}" -S "${SOURCE}" -B "${second}" -G Ninja
-  "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}" "-DCMAKE_BUILD_TYPE=${TYPE}" -DKDUUI_TESTS=OFF)
+  "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}" "-DCMAKE_BUILD_TYPE=${TYPE}" "-DKDUUI_TRAPS=${TRAPS}" -DKDUUI_TESTS=OFF)
 run("${CMAKE_COMMAND}" --build "${BUILD}" --target package)
 run("${CMAKE_COMMAND}" --build "${second}" --target package)
 
