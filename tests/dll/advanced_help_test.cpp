@@ -110,6 +110,15 @@ class AdvancedAbout : public AdvancedRig {
     RegSetKeyValueW(HKEY_CURRENT_USER, kColourKey, name, REG_SZ, text,
                     static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t)));
   }
+  [[nodiscard]] static bool HasHandAt(HWND control, int x) {
+    POINT point{x, 2};
+    ClientToScreen(control, &point);
+    SetCursorPos(point.x, point.y);
+    SetCursor(nullptr);
+    SendMessageW(control, WM_SETCURSOR, reinterpret_cast<WPARAM>(control),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return GetCursor() == LoadCursorW(nullptr, IDC_HAND);
+  }
   // Whether a control draws anything in a colour.
   [[nodiscard]] static bool Draws(HWND control, COLORREF colour) {
     RECT area;
@@ -144,6 +153,11 @@ TEST_F(AdvancedAbout, TheLinkOpensTheMakersSite) {
     SendMessageW(link, WM_CHAR, 'x', 0);
     SendMessageW(link, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
     SendMessageW(link, WM_LBUTTONUP, 0, MAKELPARAM(-5, 500));  // let go elsewhere
+    EXPECT_TRUE(HasHandAt(link, 2));
+    SetWindowTextW(link, L"i");
+    SendMessageW(link, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(40, 2));  // beyond the shorter text
+    SendMessageW(link, WM_LBUTTONUP, 0, MAKELPARAM(40, 2));
+    EXPECT_FALSE(HasHandAt(link, 40));
   });
   ASSERT_EQ(machine.Screen().shellCalls.size(), 3u);
   const workbench::ShellRecord& call = machine.Screen().shellCalls[0];
