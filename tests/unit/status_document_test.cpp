@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -51,40 +52,32 @@ TEST(TagValueTest, ValueIsWhatStandsBetweenTheTags) {
   }
 }
 
-TEST(StatusDocumentTest, EmptyDocumentShowsThePortsOwnSettings) {
-  Port p;
-  const PortStatus status = p.Adopt(L"");
-  EXPECT_EQ(status.baudRate, L"19200");
-  EXPECT_EQ(status.dataBits, L"8");
-  EXPECT_EQ(status.parity, L"Odd");
-  EXPECT_EQ(status.stopBits, L"2");
-  EXPECT_EQ(status.flowControl, L"DTR/DSR");
-  EXPECT_EQ(status.duplex, L"None");
-  EXPECT_EQ(status.state, L"Offline");
-  EXPECT_EQ(status.mode, L"RS232");
-  EXPECT_FALSE(status.showDuplex);
-  EXPECT_EQ(p.port.Baudrate, 19200U);
-  EXPECT_EQ(p.port.Databits, 3U);
-}
-
-TEST(StatusDocumentTest, FullDocumentIsShownAndAdopted) {
-  Port p;
-  const PortStatus status = p.Adopt(
-      L"<baud>115200</baud><datasize>2</datasize><stopbits>3</stopbits><flowcontrol>4</flowcontrol>"
-      L"<duplex>2</duplex><state>1</state><portmode>0</portmode><ctsline>0</ctsline><dsrline>7</dsrline>");
-  EXPECT_EQ(status.baudRate, L"115200");
-  EXPECT_EQ(status.dataBits, L"2");  // the device's own number, shown as it stands
-  EXPECT_EQ(status.stopBits, L"1.5");
-  EXPECT_EQ(status.flowControl, L"Xon/Xoff");
-  EXPECT_EQ(status.duplex, L"RS485 half-duplex autogating mode");
-  EXPECT_EQ(status.state, L"Connected");
-  EXPECT_EQ(p.port.Baudrate, 115200U);
-  EXPECT_EQ(p.port.Databits, 2U);
-  EXPECT_EQ(p.port.Stopbits, 1U);
-  EXPECT_EQ(p.port.FlowControl, 4U);
-  EXPECT_EQ(p.port.DuplexMode, 2U);
-  EXPECT_EQ(p.port.CtsSupported, 0U);
-  EXPECT_EQ(p.port.DsrSupported, 1U);
+TEST(StatusDocumentTest, WhatTheDocumentHasIsShownAndAdopted) {
+  using Settings = std::array<std::uint32_t, 8>;  // to the lines, CTS and DSR
+  const struct {
+    const wchar_t* document;
+    const wchar_t* shown;
+    Settings adopted;
+  } cases[] = {
+      {L"", L"19200|8|Odd|2|DTR/DSR|None|Offline|RS232", {19200, 3, 1, 2, 2, 0, 1, 0}},
+      // The data bits are the device's own number, shown as it stands.
+      {L"<baud>115200</baud><datasize>2</datasize><stopbits>3</stopbits><flowcontrol>4</flowcontrol>"
+       L"<duplex>2</duplex><state>1</state><portmode>0</portmode><ctsline>0</ctsline><dsrline>7</dsrline>",
+       L"115200|2|Odd|1.5|Xon/Xoff|RS485 half-duplex autogating mode|Connected|RS232",
+       {115200, 2, 1, 1, 4, 2, 0, 1}},
+  };
+  for (const auto& c : cases) {
+    Port p;
+    p.port.DsrSupported = 0;
+    const PortStatus shown = p.Adopt(c.document);
+    EXPECT_EQ(CWideString::Format(L"%s|%s|%s|%s|%s|%s|%s|%s", shown.baudRate, shown.dataBits, shown.parity,
+                                  shown.stopBits, shown.flowControl, shown.duplex, shown.state, shown.mode),
+              c.shown);
+    EXPECT_FALSE(shown.showDuplex);
+    EXPECT_EQ((Settings{p.port.Baudrate, p.port.Databits, p.port.Parity, p.port.Stopbits, p.port.FlowControl,
+                        p.port.DuplexMode, p.port.CtsSupported, p.port.DsrSupported}),
+              c.adopted);
+  }
 }
 
 TEST(StatusDocumentTest, ParityOfTheDeviceLandsInTheDataBits) {
