@@ -251,12 +251,14 @@ TEST_F(InstallRename, FailingSteps) {
     bool claimMoved;
     bool nameMoved;
   } cases[] = {
+      {"ComDBGetCurrentPortUsage", 1, false, false, false},  // every number is taken
       {"QueryDosDeviceW", 1, false, false, false},
       {"DefineDosDeviceW", 1, false, false, false},
       {"DefineDosDeviceW", 2, false, false, false},  // put back
       {"QueryDosDeviceW", 3, true, true, true},      // the path is known from the first
       {"SetupDiGetDeviceRegistryPropertyW", 1, true, true, false},
       {"SetupDiSetDeviceRegistryPropertyW", 1, true, true, false},
+      {"RegCreateKeyExW", 1, true, true, true},  // no default settings
       {"SetupDiSetDeviceInstallParamsW", 1, true, true, true},
       {"CM_Reenumerate_DevNode", 1, true, true, true},
   };
