@@ -56,7 +56,7 @@ class CPropertyPageImpl {
   virtual bool OnToolTipText(NMTTDISPINFOW&) { return false; }
   // The brush behind the dialog and its labels; null leaves the background to Windows.
   virtual HBRUSH OnControlColour(HDC) { return nullptr; }
-  // Returns a PSNRET_ value.
+  // Returns a PSNRET_ value. Not asked when OnInitDialog threw.
   virtual LRESULT OnApply() { return PSNRET_NOERROR; }
 
  private:
@@ -73,5 +73,6 @@ class CPropertyPageImpl {
   CActivationContext activation_;
   PROPSHEETPAGEW descriptor_{};
   HWND window_ = nullptr;
+  bool isComplete_ = false;  // OnInitDialog has come to its end
   std::shared_ptr<CPropertyPageImpl> self_;  // the sheet's hold on the object; null when the caller owns it
 };
