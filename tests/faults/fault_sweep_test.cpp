@@ -15,10 +15,6 @@
 namespace workbench {
 namespace {
 
-// What is left open on purpose: the installation's mutex and the uninstall program's process, whose handles
-// the DLL keeps; DLLs that are loaded on first use.
-constexpr HandleKind kLeftOpen[] = {HandleKind::Mutex, HandleKind::Process, HandleKind::Module};
-
 // One run's account.
 struct RunResult {
   std::uint64_t calls = 0;
@@ -31,23 +27,6 @@ struct RunResult {
   std::string failedFunction;                  // the first function that was failed
   bool outOfMemory = false;                    // an allocation was failed
 };
-
-// With the function that gives a kind of handle back missing from its DLL, nothing can be given back.
-struct MissingCloser {
-  std::wstring_view function;
-  HandleKind kind;
-};
-constexpr MissingCloser kMissingClosers[] = {{L"ComDBClose", HandleKind::ComDatabase},
-                                             {L"InternetCloseHandle", HandleKind::Internet}};
-
-bool CannotBeClosed(const std::vector<Call>& log, HandleKind kind) {
-  return std::ranges::any_of(kMissingClosers, [&](const MissingCloser& row) {
-    return row.kind == kind && std::ranges::any_of(log, [&](const Call& call) {
-             return call.injected && call.function == std::string_view("GetProcAddress") &&
-                    call.Text(1) == row.function;
-           });
-  });
-}
 
 // The sets of the first port's drivers.
 std::vector<ParameterValues> SetsOf(World& world) {
@@ -67,33 +46,29 @@ std::multiset<std::string> TopLevelWindows() {
   return classes;
 }
 
-// Whether the port shares its name with another device, as it may after a question that was answered "No":
-// only one of the two can have the DOS device then.
-bool SharesItsName(Machine& machine, const Device& port) {
-  const auto nameOf = [&](const Device& device) {
-    return machine.Registry().Text(ParametersKeyOf(device.instanceId), L"PortName");
-  };
-  return std::ranges::any_of(machine.Devices().All(), [&](const Device* other) {
-    return other != &port && other->port && nameOf(*other) == nameOf(port);
-  });
-}
-
+// A port may share its name with another device after a question that was answered "No": only one of the two
+// can have the DOS device then.
 void InspectNames(Machine& machine, RunResult& outcome) {
+  std::map<std::wstring, int> uses;
+  const auto nameOf = [&](const Device& device) { return PlacesOf(machine, device).portName; };
+  for (const Device* device : machine.Devices().All()) uses[device->port ? nameOf(*device) : L""]++;
   for (const Device* device : machine.Devices().All()) {
-    if (!device->port || !device->started || SharesItsName(machine, *device)) continue;
+    if (!device->port || !device->started || uses[nameOf(*device)] > 1) continue;
     if (machine.DosNames().NamesOf(device->port->kernelDevice).size() != 1) {
       outcome.findings.emplace_back("a port without its DOS device, or with two");
     }
   }
 }
 
-void InspectHandles(const Gate& gate, RunResult& outcome) {
-  for (const OpenHandle& handle : gate.OpenHandles()) {
-    const bool onPurpose = std::ranges::find(kLeftOpen, handle.kind) != std::end(kLeftOpen);
-    if (!onPurpose && !CannotBeClosed(outcome.log, handle.kind)) {
-      outcome.findings.push_back(std::string(NameOf(handle.kind)) + " of " + handle.function + " left open");
-    }
-  }
+// With the function that gives a kind of handle back missing from its DLL, nothing can be given back.
+bool CannotBeClosed(const RunResult& outcome, std::string_view handle) {
+  const auto isMissing = [&](const wchar_t* closer) {
+    return std::ranges::any_of(outcome.log, [&](const Call& call) {
+      return call.injected && std::string_view(call.function) == "GetProcAddress" && call.Text(1) == closer;
+    });
+  };
+  return (handle.starts_with(NameOf(HandleKind::ComDatabase)) && isMissing(L"ComDBClose")) ||
+         (handle.starts_with(NameOf(HandleKind::Internet)) && isMissing(L"InternetCloseHandle"));
 }
 
 void InspectDrivers(World& world, RunResult& outcome) {
@@ -122,7 +97,9 @@ void Inspect(World& world, RunResult& outcome) {
   for (const Call& call : outcome.log) {
     if (call.injected && outcome.failedFunction.empty()) outcome.failedFunction = call.function;
   }
-  InspectHandles(gate, outcome);
+  for (const std::string& handle : gate.LeftOpen()) {
+    if (!CannotBeClosed(outcome, handle)) outcome.findings.push_back(handle + " left open");
+  }
   for (const std::string& violation : gate.Violations()) outcome.findings.push_back("misuse: " + violation);
   InspectDrivers(world, outcome);
 }
@@ -161,14 +138,14 @@ RunResult RunOnce(const Scenario& scenario, Trouble trouble, const std::string& 
 // Whether every parameter of the drivers is as it was, or as the run leaves it that nothing disturbed.
 bool OldOrNew(const RunResult& outcome, const RunResult& undisturbed) {
   for (const std::uint32_t selector : {kPortSet, kBusSet}) {
-    const ParameterValues &is = outcome.after[selector], &old = outcome.before[selector],
-                          &wanted = undisturbed.after[selector];
-    for (const Parameter& parameter : SetLayout(selector)) {
-      const auto same = [&](const ParameterValues& other) {
-        return parameter.isText ? is.Text(parameter.name) == other.Text(parameter.name)
-                                : is.Number(parameter.name) == other.Number(parameter.name);
-      };
-      if (!same(old) && !same(wanted)) return false;
+    const ParameterValues& is = outcome.after[selector];
+    const std::vector<std::string> changed = Differences(outcome.before[selector], is);
+    const std::vector<std::string> wrong = Differences(undisturbed.after[selector], is);
+    const auto nameOf = [](const std::string& difference) {
+      return difference.substr(0, difference.find(' '));
+    };
+    for (const std::string& one : wrong) {
+      if (std::ranges::find(changed, nameOf(one), nameOf) != changed.end()) return false;
     }
   }
   return true;
