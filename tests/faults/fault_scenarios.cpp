@@ -1,9 +1,13 @@
-// Installation and management programs.
 #include "tests/faults/fault_scenarios.h"
+#include "tests/dll/port_page_rig.h"  // before windows.h
 
 #include <algorithm>
+#include <stdexcept>
 
+#include "base/resource_ids.h"
 #include "tests/faults/reinstallation.h"
+#include "workbench/host/page_controls.h"
+#include "workbench/host/sheet_visit.h"
 
 namespace workbench {
 namespace {
@@ -13,11 +17,6 @@ void BuildServer(World& world, std::vector<unsigned> comNumbers, bool pages = tr
                                 {.comNumbers = std::move(comNumbers),
                                  .driver = [&world](unsigned index) { return &world.drivers.at(index); }},
                                 pages);
-}
-
-bool ServerSettingsKept(World& world) {
-  return std::ranges::all_of(world.server.ports,
-                             [&](const Device* port) { return KeepsSettings(world.machine, *port); });
 }
 
 DWORD Call(World& world, Dll& dll, Device& device, DI_FUNCTION function, bool post) {
@@ -32,10 +31,6 @@ std::wstring NameOf(World& world, const Device& port) {
 }
 
 // -- the device server
-
-void BuildTwoPorts(World& world) {
-  BuildServer(world, {7, 8});
-}
 
 bool RunReinstallation(World& world, Dll& dll, Trouble trouble) {
   DeviceInstaller installer(world.machine, dll);
@@ -84,31 +79,17 @@ void BuildBackup(World& world) {
   world.machine.Registry().SetText(backup, L"PortName", L"COM12");
 }
 
-bool InstallPort(World& world, Dll& dll, Device& port, Trouble trouble, const wchar_t* name) {
+template <unsigned Number>
+bool RunInstallation(World& world, Dll& dll, Trouble trouble) {
+  Device& port = world.usb.port != nullptr ? *world.usb.port : *world.server.ports[0];
   const DWORD result = Call(world, dll, port, DIF_INSTALLDEVICE, true);
   if (trouble != Trouble::None) return result == kInstallResult || result == NO_ERROR;
-  return result == kInstallResult && NameOf(world, port) == name;
-}
-
-bool RunRestore(World& world, Dll& dll, Trouble trouble) {
-  return InstallPort(world, dll, *world.server.ports[0], trouble, L"COM12");
-}
-
-void BuildUnsorted(World& world) {
-  BuildServer(world, {7, 5, 6});
-}
-
-bool RunSort(World& world, Dll& dll, Trouble trouble) {
-  return InstallPort(world, dll, *world.server.ports[0], trouble, L"COM5");
+  return result == kInstallResult && NameOf(world, port) == L"COM" + std::to_wstring(Number);
 }
 
 void BuildUsb(World& world) {
   AddForeignPort(world.machine, 4);
   world.usb = AddUsbDevice(world.machine, {.hardwareId = L"USB\\VID_3A7E&PID_5002&MI_01", .comNumber = 9});
-}
-
-bool RunUsb(World& world, Dll& dll, Trouble trouble) {
-  return InstallPort(world, dll, *world.usb.port, trouble, L"COM4");
 }
 
 bool RunPortRemove(World& world, Dll& dll, Trouble trouble) {
@@ -159,34 +140,128 @@ bool RunRegistration(World&, Dll& dll, Trouble trouble) {
   return trouble != Trouble::None || (registered == S_OK && removed == S_OK);
 }
 
-constexpr Scenario kScenarios[] = {
-    // A value that cannot be copied is not in the backup, and the port is removed all the same.
-    {"reinstall a device server", BuildTwoPorts, RunReinstallation, ServerSettingsKept,
-     "CM_Get_Child CM_Get_Sibling CM_Get_Device_ID_Size CM_Get_Device_IDW SetupDiOpenDevRegKey "
-     "RegCreateKeyExW RegOpenKeyExW RegEnumValueW RegQueryValueExW RegSetValueExW"},
-    {"remove a device server", BuildUninstall, RunCardRemove, ServerSettingsKept},
-    {"refuse a driver update", BuildUninstall, RunUpdateRefusal, ServerSettingsKept},
-    // The backup is deleted whatever became of its values.
-    {"restore a port", BuildBackup, RunRestore, ServerSettingsKept,
-     "RegEnumValueW RegQueryValueExW RegSetValueExW"},
-    {"sort the ports of a server", BuildUnsorted, RunSort, ServerSettingsKept},
-    {"give a USB port its fixed name", BuildUsb, RunUsb, NothingToKeep},
-    {.name = "remove a port",
-     .build = BuildTwoPorts,
-     .run = RunPortRemove,
-     .kept = ServerSettingsKept,
-     .takesNamesAway = true},
-    {"rename a port", BuildTwoPorts, RunRename, ServerSettingsKept},
-    {"update a port's settings", BuildTwoPorts, RunSettingsUpdate, ServerSettingsKept},
-    {"update a port's network settings", BuildTwoPorts, RunNetworkUpdate, ServerSettingsKept},
-    {"update a driver", BuildTwoPorts, RunDriverUpdate, ServerSettingsKept},
-    {"register and unregister", BuildTwoPorts, RunRegistration, ServerSettingsKept},
-};
+// -- the pages, opened by a host's property sheet and driven by messages
+
+constexpr std::uint32_t kTcpPort = 4002;
+
+// One device server serves all runs.
+HttpDeviceServer& Web() {
+  static HttpDeviceServer web;
+  if (web.Port() == 0) {
+    web.SetPort(1, {.baudRate = 19200});
+    web.Start();
+  }
+  web.ClearRequests();
+  return web;
+}
+
+void BuildPage(World& world) {
+  PointAt(world.drivers[0], Web(), 1);
+  ParameterValues& port = world.drivers[0].Current(kPortSet);
+  for (const char* line : {"CtsSupported", "DsrSupported"}) port.SetNumber(line, 1);
+  world.server = AddDeviceServer(world.machine, {.comNumbers = {7}, .driver = [&world](unsigned index) {
+                                                   return &world.drivers.at(index);
+                                                 }});
+}
+
+void StartWithSheet(World& world, Dll& dll) {
+  world.sheet =
+      std::make_shared<PortSheet>(world.machine, dll, *world.server.ports[0], Painting::WhenUncovered);
+}
+
+void CloseSheetOf(World& world) {
+  world.sheet.reset();
+  PumpMessages();
+}
+
+bool RunOpen(World& world, Dll& dll, Trouble trouble) {
+  try {
+    world.sheet = std::make_shared<PortSheet>(world.machine, dll, *world.server.ports[0]);
+  } catch (const std::runtime_error&) {
+    return trouble != Trouble::None;
+  }
+  const std::wstring baud = world.sheet->Text(IDC_PORT_BAUD_RATE);
+  CloseSheetOf(world);
+  return trouble != Trouble::None || baud == L"19200";
+}
+
+bool RunApply(World& world, Dll&, Trouble trouble) {
+  world.sheet->Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
+  const bool closed = world.sheet->PressOk();
+  CloseSheetOf(world);
+  if (trouble != Trouble::None) return true;
+  return closed && world.drivers[0].Current(kPortSet).Number("EmulateCTSTrue") == 1 &&
+         world.machine.Registry().Text(kPortsKey, L"COM7:").value_or(L"").starts_with(L"19200,");
+}
+
+bool RunAdvancedApply(World& world, Dll&, Trouble trouble) {
+  const auto change = [](const OpenSheet& sheet) {
+    Click(sheet.Turn(OpenSheet::kDevice), IDC_DEVICE_HIGH_PERFORMANCE);
+    Enter(sheet.Turn(OpenSheet::kTcpIp), IDC_TCPIP_PORT_NUMBER, std::to_wstring(kTcpPort));
+    sheet.Turn(OpenSheet::kAbout);
+    sheet.PressOk();
+  };
+  ParameterValues& bus = world.drivers[0].Current(kBusSet);
+  const std::uint32_t emulation = bus.Number("RealTxFifoEmulation");
+  {
+    const SheetVisit visit(change);
+    world.sheet->Click(IDC_PORT_ADVANCED);
+  }
+  CloseSheetOf(world);
+  if (trouble != Trouble::None) return true;
+  return bus.Number("PortNumber") == kTcpPort && bus.Number("RealTxFifoEmulation") != emulation;
+}
+
+template <unsigned... Numbers>
+void BuildPorts(World& world) {
+  BuildServer(world, {Numbers...});
+}
 
 }  // namespace
 
-std::span<const Scenario> ProgramScenarios() {
-  return kScenarios;
+std::vector<Scenario> Scenarios() {
+  return {
+      // A value that cannot be copied is not in the backup, and the port is removed all the same.
+      {.name = "reinstall a device server",
+       .build = BuildPorts<7, 8>,
+       .run = RunReinstallation,
+       .givesUp = "CM_Get_Child CM_Get_Sibling CM_Get_Device_ID_Size CM_Get_Device_IDW SetupDiOpenDevRegKey "
+                  "RegCreateKeyExW RegOpenKeyExW RegEnumValueW RegQueryValueExW RegSetValueExW"},
+      {"remove a device server", BuildUninstall, RunCardRemove},
+      {"refuse a driver update", BuildUninstall, RunUpdateRefusal},
+      // The backup is deleted whatever became of its values.
+      {.name = "restore a port",
+       .build = BuildBackup,
+       .run = RunInstallation<12>,
+       .givesUp = "RegEnumValueW RegQueryValueExW RegSetValueExW"},
+      {"sort the ports of a server", BuildPorts<7, 5, 6>, RunInstallation<5>},
+      {"give a USB port its fixed name", BuildUsb, RunInstallation<4>},
+      {.name = "remove a port", .build = BuildPorts<7, 8>, .run = RunPortRemove, .takesNamesAway = true},
+      {"rename a port", BuildPorts<7, 8>, RunRename},
+      {"update a port's settings", BuildPorts<7, 8>, RunSettingsUpdate},
+      {"update a port's network settings", BuildPorts<7, 8>, RunNetworkUpdate},
+      {"update a driver", BuildPorts<7, 8>, RunDriverUpdate},
+      {"register and unregister", BuildPorts<7, 8>, RunRegistration},
+      {.name = "open a port's page",
+       .build = BuildPage,
+       .run = RunOpen,
+       .hasSettings = false,
+       .hasWindows = true},
+      {.name = "apply a port's page",
+       .build = BuildPage,
+       .run = RunApply,
+       .hasSettings = false,
+       .hasWindows = true,
+       .start = StartWithSheet},
+      // A box that cannot be set shows the other state, and what the boxes show is what OK writes.
+      {.name = "apply the advanced settings",
+       .build = BuildPage,
+       .run = RunAdvancedApply,
+       .hasSettings = false,
+       .givesUp = "CheckDlgButton",
+       .hasWindows = true,
+       .start = StartWithSheet},
+  };
 }
 
 }  // namespace workbench

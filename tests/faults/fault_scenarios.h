@@ -6,8 +6,8 @@
 #include <array>
 #include <memory>
 #include <ostream>
-#include <span>
 #include <string_view>
+#include <vector>
 
 #include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
@@ -35,8 +35,9 @@ struct Scenario {
   // Uses the DLL and answers whether every result is one that the export may give with this trouble; without
   // any the result must be success.
   bool (*run)(World& world, Dll& dll, Trouble trouble);
-  // Whether the settings that the ports had are still in the port or in its backup.
-  bool (*kept)(World& world);
+  // Whether the server's ports have settings, each of which has to be in the port or in its backup
+  // afterwards.
+  bool hasSettings = true;
   // Functions whose failure makes the stated steps themselves give a setting up, separated by blanks.
   std::string_view givesUp = {};
   bool takesNamesAway = false;  // ports lose their DOS devices on purpose
@@ -45,13 +46,7 @@ struct Scenario {
   void (*start)(World& world, Dll& dll) = nullptr;
 };
 
-// Of installation and of management programs; of the pages.
-[[nodiscard]] std::span<const Scenario> ProgramScenarios();
-[[nodiscard]] std::span<const Scenario> PageScenarios();
-
-inline bool NothingToKeep(World&) {
-  return true;
-}
+[[nodiscard]] std::vector<Scenario> Scenarios();
 
 inline void PrintTo(const Scenario& scenario, std::ostream* out) {
   *out << scenario.name;

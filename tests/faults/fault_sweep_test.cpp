@@ -9,6 +9,7 @@
 #include <set>
 
 #include "tests/faults/fault_scenarios.h"
+#include "tests/faults/reinstallation.h"
 #include "tests/faults/run_guard.h"
 #include "workbench/machine/allocation_paths.h"
 
@@ -49,9 +50,13 @@ std::multiset<std::string> TopLevelWindows() {
 // A port may share its name with another device after a question that was answered "No": only one of the two
 // can have the DOS device then.
 void InspectNames(Machine& machine, RunResult& outcome) {
-  std::map<std::wstring, int> uses;
-  const auto nameOf = [&](const Device& device) { return PlacesOf(machine, device).portName; };
-  for (const Device* device : machine.Devices().All()) uses[device->port ? nameOf(*device) : L""]++;
+  const auto nameOf = [&](const Device& device) {
+    return machine.Registry().Text(ParametersKeyOf(device.instanceId), L"PortName");
+  };
+  std::map<std::optional<std::wstring>, int> uses;
+  for (const Device* device : machine.Devices().All()) {
+    if (device->port) ++uses[nameOf(*device)];
+  }
   for (const Device* device : machine.Devices().All()) {
     if (!device->port || !device->started || uses[nameOf(*device)] > 1) continue;
     if (machine.DosNames().NamesOf(device->port->kernelDevice).size() != 1) {
@@ -131,7 +136,9 @@ RunResult RunOnce(const Scenario& scenario, Trouble trouble, const std::string& 
     if (TopLevelWindows() != windows)
       outcome.findings.push_back("windows left: " + testing::PrintToString(TopLevelWindows()));
   }
-  outcome.kept = scenario.kept(world);
+  outcome.kept = !scenario.hasSettings || std::ranges::all_of(world.server.ports, [&](const Device* port) {
+    return KeepsSettings(world.machine, *port);
+  });
   return outcome;
 }
 
@@ -278,15 +285,9 @@ TEST_P(FaultSweep, EachAllocation) {
   Report("allocations", undisturbed_.allocations);
 }
 
-std::vector<Scenario> AllScenarios() {
-  std::vector<Scenario> all(ProgramScenarios().begin(), ProgramScenarios().end());
-  all.insert(all.end(), PageScenarios().begin(), PageScenarios().end());
-  return all;
-}
-
 // The part changes fastest, so that each of four shards gets one of every scenario.
 INSTANTIATE_TEST_SUITE_P(Scenarios, FaultSweep,
-                         testing::Combine(testing::ValuesIn(AllScenarios()), testing::Range(0u, kParts)),
+                         testing::Combine(testing::ValuesIn(Scenarios()), testing::Range(0u, kParts)),
                          [](const auto& test) {
                            std::string name(std::get<0>(test.param).name);
                            std::ranges::replace_if(
