@@ -27,6 +27,9 @@ function(kd_test_program name)
   # Test code is compiled often and runs for moments: quick to build comes first. What it tests is
   # compiled as it ships.
   target_compile_options(${name} PRIVATE -O0)
+  # Half the time to compile a test is GoogleTest's and Windows' headers.
+  target_precompile_headers(${name} PRIVATE $<$<BOOL:${WIN32}>:<winsock2.h$<ANGLE-R>>
+    $<$<BOOL:${WIN32}>:<windows.h$<ANGLE-R>> <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <string> <vector>)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
