@@ -131,11 +131,11 @@ void CompareStreams() {
   const Stream port = StreamOf(sets.port);
   const Stream bus = StreamOf(sets.bus);
   std::array<std::uint8_t, kRoom> buffer{}, members{};
-  const bench::Work product = [&] {
+  const auto product = [&] {
     ReadAndWrite(sets.port, port, buffer);
     ReadAndWrite(sets.bus, bus, buffer);
   };
-  const bench::Work copy = [&] {
+  const auto copy = [&] {
     CopyInAndOut(port, members, buffer);
     CopyInAndOut(bus, members, buffer);
   };
@@ -143,14 +143,14 @@ void CompareStreams() {
   BusFields busFields;
   std::string portArchive = ArchiveOf(portFields), busArchive = ArchiveOf(busFields);
   std::array<char, kRoom> bytes{};
-  const bench::Work library = [&] {
+  const auto library = [&] {
     ReadAndWriteArchive(portFields, portArchive, bytes);
     ReadAndWriteArchive(busFields, busArchive, bytes);
   };
   bench::PrintRow("Streams: both parameter sets read and written", "memory copy of the same bytes",
-                  bench::Compare(product, copy));
+                  bench::Compare({product}, {copy}));
   bench::PrintRow("Streams: both parameter sets read and written", "cereal, the same fields, binary archive",
-                  bench::Compare(product, library));
+                  bench::Compare({product}, {library}));
 }
 
 // ---- the status document, from its bytes to texts
@@ -161,7 +161,7 @@ constexpr std::array kTags = {"baud",   "datasize", "parity",   "stopbits", "flo
 void CompareDocuments() {
   const std::string document = workbench::StatusDocument({.baudRate = 115200, .state = 1});
   ProductSets sets;
-  const bench::Work product = [&] {
+  const auto product = [&] {
     // As the download does: bytes to wide text, folded to lower case.
     CWideString text{std::wstring_view(std::wstring(document.begin(), document.end()))};
     text.MakeLower();
@@ -169,7 +169,7 @@ void CompareDocuments() {
     if (status.state != L"Connected") throw std::runtime_error("the document is not understood");
     bench::Keep(status);
   };
-  const bench::Work library = [&] {
+  const auto library = [&] {
     pugi::xml_document parsed;
     if (!parsed.load_buffer(document.data(), document.size())) throw std::runtime_error("no document");
     const pugi::xml_node port = parsed.child("port");
@@ -179,7 +179,7 @@ void CompareDocuments() {
     bench::Keep(texts);
   };
   bench::PrintRow("Status document: bytes to texts and adopted settings",
-                  "pugixml, the same document to its ten texts", bench::Compare(product, library));
+                  "pugixml, the same document to its ten texts", bench::Compare({product}, {library}));
 }
 
 }  // namespace

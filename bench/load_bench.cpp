@@ -22,11 +22,11 @@ std::filesystem::path Beside(const wchar_t* name) {
 }
 
 bench::Work LoadAndFree(const std::filesystem::path& dll) {
-  return [path = dll.wstring()] {
+  return {.run = [path = dll.wstring()] {
     const HMODULE module = LoadLibraryW(path.c_str());
     if (module == nullptr) throw std::runtime_error("a DLL cannot be loaded");
     FreeLibrary(module);
-  };
+  }};
 }
 
 void CompareLoads() {

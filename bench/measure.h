@@ -4,25 +4,18 @@
 // never the time.
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace bench {
 
-// What is measured; called often. `run` and `tidy` together leave things as they found them, and `tidy`, where
-// there is one, does not count.
+// What is measured; called often. `run` and `tidy` together leave things as they found them, and `tidy`,
+// where there is one, does not count.
 struct Work {
-  template <class Run>
-    requires std::invocable<Run&>
-  Work(Run what, std::function<void()> afterwards = {})  // NOLINT(google-explicit-constructor): a lambda is one
-      : run(std::move(what)), tidy(std::move(afterwards)) {}
-
   std::function<void()> run;
-  std::function<void()> tidy;
+  std::function<void()> tidy = {};
 };
 
 struct Comparison {

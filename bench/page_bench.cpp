@@ -201,18 +201,17 @@ void ComparePages() {
     host.Web().ClearRequests();
     host.Driver(1).ClearRecords();
   };
-  const bench::Work openProduct{[&] {
-                                  sheet.emplace(makeProduct);
-                                  if (sheet->Text(IDC_PORT_STATE) != L"Connected")
-                                    throw std::runtime_error("the page is not refreshed");
-                                },
-                                close};
+  const auto open = [&] {
+    sheet.emplace(makeProduct);
+    if (sheet->Text(IDC_PORT_STATE) != L"Connected") throw std::runtime_error("the page is not refreshed");
+  };
+  const bench::Work openProduct{.run = open, .tidy = close};
   const auto openBare = [&](const PageMaker& make) {
-    return bench::Work{[&] {
-                         sheet.emplace(make);
-                         if (Get(host.Web().Port(), L"/p1").empty()) throw std::runtime_error("no document");
-                       },
-                       close};
+    const auto openAndGet = [&, make] {
+      sheet.emplace(make);
+      if (Get(host.Web().Port(), L"/p1").empty()) throw std::runtime_error("no document");
+    };
+    return bench::Work{.run = openAndGet, .tidy = close};
   };
   const bench::Patience patience{.sampleSeconds = 0.02, .batch = 21, .mostRounds = 210, .tolerance = 0.02};
   const char* figure = "Port page, from the export until refreshed and painted";

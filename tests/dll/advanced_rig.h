@@ -15,8 +15,8 @@
 #include <vector>
 
 using workbench::Click;
-using workbench::EntriesOf;
 using workbench::Enter;
+using workbench::EntriesOf;
 using workbench::IsChecked;
 using workbench::OpenSheet;
 using workbench::Select;

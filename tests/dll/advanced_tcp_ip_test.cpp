@@ -38,9 +38,9 @@ TEST_F(AdvancedTcpIp, ShowsTheConnection) {
     EXPECT_TRUE(IsChecked(page, IDC_TCPIP_VERIFICATION)) << "one of the two checks is made";
     EXPECT_FALSE(IsWindowVisible(GetDlgItem(page, IDC_TCPIP_IDLE_TIMEOUT)));
     const auto order = machine.Calls().OrderOf({"SetDlgItemTextW", "SetDlgItemInt", "CheckDlgButton"});
-    EXPECT_THAT(
-        std::vector(order.end() - 5, order.end()),
-        ElementsAre("SetDlgItemTextW", "SetDlgItemInt", "SetDlgItemInt", "SetDlgItemTextW", "CheckDlgButton"));
+    EXPECT_THAT(std::vector(order.end() - 5, order.end()),
+                ElementsAre("SetDlgItemTextW", "SetDlgItemInt", "SetDlgItemInt", "SetDlgItemTextW",
+                            "CheckDlgButton"));
   });
 }
 

@@ -200,8 +200,8 @@ TEST_P(ModuleDialogs, ControlsDoNotOverlap) {
   }
 }
 
-// In the sizes that users set who like it larger. Dialog units follow the font, so that 8 points at 120 and 144 DPI
-// are as 10 and 12 here.
+// In the sizes that users set who like it larger. Dialog units follow the font, so that 8 points at 120 and
+// 144 DPI are as 10 and 12 here.
 TEST_P(ModuleDialogs, NoTextIsCutOff) {
   for (const WORD points : std::initializer_list<WORD>{8, 9, 10, 11, 12, 14, 16}) {
     SCOPED_TRACE(std::to_string(points) + " points");

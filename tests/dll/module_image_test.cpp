@@ -144,8 +144,8 @@ TEST_F(ModuleImage, LoadingItLoadsNothingElse) {
   EXPECT_THAT(names, testing::ElementsAre(L"KdUUI10.DLL"));
 }
 
-// What is loaded later is in no table of the file, but its name is in it: so a library that is not in this list is
-// one that nobody has decided on. How the names are looked for is the workbench's to see.
+// What is loaded later is in no table of the file, but its name is in it: so a library that is not in this
+// list is one that nobody has decided on. How the names are looked for is the workbench's to see.
 TEST_F(ModuleImage, NamesNoLibraryBesideThese) {
   const std::vector<std::string> known = {
       "advapi32.dll", "cfgmgr32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "setupapi.dll", "user32.dll",

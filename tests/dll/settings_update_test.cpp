@@ -25,11 +25,11 @@ TEST_F(SettingsUpdateTest, NetworkInfoReadsAndWritesTheBusFirst) {
   const ParameterValues bus = driver_.Current(kBusSet);
   EXPECT_EQ(networkInfo_(Id(), nullptr, 0xC0A8000A, 4001, 99, 9001, 8080, 0x0090E8, 0x123456, 2, 1), 1u);
   EXPECT_EQ(Story(), "size 1, read 1, size 0, read 0, write 1, write 0");
-  EXPECT_THAT(Differences(bus, driver_.Current(kBusSet)),
-              UnorderedElementsAre("AddressToConnect 262 -> 3232235530", "PortNumber 263 -> 4001",
-                                   "ServerConfigPort 270 -> 9001", "ServerWebPort 271 -> 8080",
-                                   "MACAddress1 268 -> 37096", "MACAddress2 269 -> 1193046",
-                                   "PortType 260 -> 1"));
+  EXPECT_THAT(
+      Differences(bus, driver_.Current(kBusSet)),
+      UnorderedElementsAre("AddressToConnect 262 -> 3232235530", "PortNumber 263 -> 4001",
+                           "ServerConfigPort 270 -> 9001", "ServerWebPort 271 -> 8080",
+                           "MACAddress1 268 -> 37096", "MACAddress2 269 -> 1193046", "PortType 260 -> 1"));
   EXPECT_THAT(Differences(port, driver_.Current(kPortSet)),
               UnorderedElementsAre("PortType 16 -> 1", "DuplexMode 19 -> 2"));
 }

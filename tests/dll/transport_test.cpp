@@ -1,5 +1,5 @@
-// The exchanges with a driver, as they arrive at the driver, and drivers that lie. How a request has to look in
-// detail is the simulated driver's to see: it refuses any other, and the rig asks it at the end.
+// The exchanges with a driver, as they arrive at the driver, and drivers that lie. How a request has to look
+// in detail is the simulated driver's to see: it refuses any other, and the rig asks it at the end.
 #include <gtest/gtest.h>
 
 #include <cwctype>

@@ -1,4 +1,5 @@
-// A host with one device server, the DLL loaded on it, and the exports that push settings into its second port.
+// A host with one device server, the DLL loaded on it, and the exports that push settings into its second
+// port.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -38,16 +39,19 @@ class UpdateRig : public testing::Test {
 
   [[nodiscard]] workbench::Device& Port() { return *server_.ports[1]; }
   [[nodiscard]] const wchar_t* Id() { return Port().instanceId.c_str(); }
-  // Line settings: one read and one write of the port set. Network settings: both sets are read, then written.
+  // Line settings: one read and one write of the port set. Network settings: both sets are read, then
+  // written.
   std::uint64_t PushLine() { return settings_(Id(), nullptr, 9600, 3, 0, 0, 0); }
   std::uint64_t PushNetwork() { return networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 1, 1); }
-  // "size 0, read 0, write 1": what the drivers were asked, with the selectors, since the records were cleared.
+  // "size 0, read 0, write 1": what the drivers were asked, with the selectors, since the records were
+  // cleared.
   [[nodiscard]] std::string Story() const {
     std::string story;
     for (const workbench::DriverRecord& record : driver_.Records()) {
       if (record.code == 0) continue;  // an open
       constexpr const char* kWords[] = {"size ", "read ", "write "};
-      story += (story.empty() ? "" : ", ") + std::string(kWords[(record.code - workbench::kGetCurrentSize) / 4]);
+      story +=
+          (story.empty() ? "" : ", ") + std::string(kWords[(record.code - workbench::kGetCurrentSize) / 4]);
       story += std::to_string(record.selector.value_or(9));
     }
     return story;

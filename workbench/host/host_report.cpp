@@ -73,7 +73,8 @@ std::wstring FormatChanges(const DriverValues& before, const DriverValues& after
 std::vector<std::wstring> ViolationsOf(SampleHost& host) {
   std::vector<std::wstring> violations;
   for (const std::string& text : host.Host().Calls().Violations()) violations.push_back(Widen(text));
-  for (const std::string& text : host.Host().Calls().LeftOpen()) violations.push_back(Widen(text) + L" left open");
+  for (const std::string& text : host.Host().Calls().LeftOpen())
+    violations.push_back(Widen(text) + L" left open");
   for (unsigned number = 1; number <= SampleHost::kPorts; ++number) {
     for (const std::string& text : host.Driver(number).Violations()) {
       violations.push_back(L"driver of port " + std::to_wstring(number) + L": " + Widen(text));

@@ -106,8 +106,8 @@ class Gate {
   // What is open. Windows that were destroyed with their parent do not count.
   [[nodiscard]] std::vector<OpenHandle> OpenHandles() const;
   [[nodiscard]] std::size_t OpenCount(HandleKind kind) const;
-  // "key of RegOpenKeyExW" for each of them that the DLL does not keep on purpose: the mutex of the installation,
-  // the process that it has started, and modules that were loaded when first needed.
+  // "key of RegOpenKeyExW" for each of them that the DLL does not keep on purpose: the mutex of the
+  // installation, the process that it has started, and modules that were loaded when first needed.
   [[nodiscard]] std::vector<std::string> LeftOpen() const;
   // Handles that stay open on purpose (a mutex of the installation, say) are taken out of the account.
   void ForgetHandles(HandleKind kind);

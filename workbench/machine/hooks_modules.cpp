@@ -35,7 +35,8 @@ bool AnswerHelp(std::wstring_view path, HMODULE& module) {
 
 // Whoever can write to a directory that is searched before the system's own would get into the host.
 void RequireSystemSearch(const std::wstring& name, DWORD flags) {
-  if ((flags & LOAD_LIBRARY_SEARCH_SYSTEM32) != 0 || name.find_first_of(L"\\/:") != std::wstring::npos) return;
+  if ((flags & LOAD_LIBRARY_SEARCH_SYSTEM32) != 0 || name.find_first_of(L"\\/:") != std::wstring::npos)
+    return;
   if (GetModuleHandleW(name.c_str()) != nullptr) return;  // nothing is searched for
   CurrentGate()->Violate("loads " + std::string(name.begin(), name.end()) + " from where it is found first");
 }

@@ -73,6 +73,6 @@ class CPropertyPageImpl {
   CActivationContext activation_;
   PROPSHEETPAGEW descriptor_{};
   HWND window_ = nullptr;
-  bool isComplete_ = false;  // OnInitDialog has come to its end
+  bool isComplete_ = false;                  // OnInitDialog has come to its end
   std::shared_ptr<CPropertyPageImpl> self_;  // the sheet's hold on the object; null when the caller owns it
 };

@@ -134,8 +134,9 @@ class KillSweep : public testing::TestWithParam<Past> {
     SetEnvironmentVariableA(kEndAt, std::to_string(call).c_str());
     const std::string filter = "--gtest_filter=*KillSweep.DISABLED_ReinstallsToACall/" +
                                std::to_string(static_cast<int>(GetParam()));
-    const CKernelHandle process(reinterpret_cast<HANDLE>(
-        _spawnl(_P_NOWAIT, _pgmptr, "victim", filter.c_str(), "--gtest_also_run_disabled_tests", "--gtest_brief=1", nullptr)));
+    const CKernelHandle process(
+        reinterpret_cast<HANDLE>(_spawnl(_P_NOWAIT, _pgmptr, "victim", filter.c_str(),
+                                         "--gtest_also_run_disabled_tests", "--gtest_brief=1", nullptr)));
     DWORD exitCode = 0;
     WaitForSingleObject(process.Get(), INFINITE);  // both processes have their guards
     GetExitCodeProcess(process.Get(), &exitCode);
