@@ -12,6 +12,14 @@ if(KDUUI_SANITIZE)
   endforeach()
 endif()
 
+# Half the time to compile a test is GoogleTest's and Windows' headers: all programs share them compiled.
+file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/kd_test_prelude.cpp" CONTENT "")
+add_library(kd_test_prelude OBJECT EXCLUDE_FROM_ALL "${PROJECT_BINARY_DIR}/kd_test_prelude.cpp")
+target_link_libraries(kd_test_prelude PRIVATE kd_options GTest::gmock GTest::gtest)
+target_compile_options(kd_test_prelude PRIVATE -O0)
+target_precompile_headers(kd_test_prelude PRIVATE $<$<BOOL:${WIN32}>:<winsock2.h$<ANGLE-R>>
+  $<$<BOOL:${WIN32}>:<windows.h$<ANGLE-R>> <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <string> <vector>)
+
 # kd_test_program(NAME DIR dir LABEL label [LIBS ...] [TIMEOUT seconds] [DESKTOP | OWN_SESSION [RUNNER script]]):
 # one program of all <dir>/*_test.cpp, and one CTest entry per file, which runs the suites that the
 # file defines. A test file belongs to exactly one entry, so nothing runs twice and nothing is left out.
@@ -27,9 +35,7 @@ function(kd_test_program name)
   # Test code is compiled often and runs for moments: quick to build comes first. What it tests is
   # compiled as it ships.
   target_compile_options(${name} PRIVATE -O0)
-  # Half the time to compile a test is GoogleTest's and Windows' headers.
-  target_precompile_headers(${name} PRIVATE $<$<BOOL:${WIN32}>:<winsock2.h$<ANGLE-R>>
-    $<$<BOOL:${WIN32}>:<windows.h$<ANGLE-R>> <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <string> <vector>)
+  target_precompile_headers(${name} REUSE_FROM kd_test_prelude)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
