@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "base/decimal.h"
-#include "install/com_names.h"
-#include "install/sort_plan.h"
+#include "install/naming/com_names.h"
+#include "install/naming/sort_plan.h"
 
 using Names = std::vector<CWideString>;
 

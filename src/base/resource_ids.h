@@ -103,9 +103,10 @@
 #define IDR_APPLICATION_SCRIPT 101
 #define IDR_PROPERTY_PAGE_SCRIPT 106
 
-// Manifest of the module itself (common controls version 6); ISOLATIONAWARE_NOSTATICIMPORT_MANIFEST_RESOURCE_ID.
-// With number 2 Windows would look the manifest's assemblies up each time the module is loaded, for imports that
-// are loaded with it; there are none that come from an assembly.
+// Manifest of the module itself (common controls version 6);
+// ISOLATIONAWARE_NOSTATICIMPORT_MANIFEST_RESOURCE_ID. With number 2 Windows would look the manifest's
+// assemblies up each time the module is loaded, for imports that are loaded with it; there are none that come
+// from an assembly.
 #define IDR_MANIFEST 3
 
 // Strings --------------------------------------------------------------------------------------------

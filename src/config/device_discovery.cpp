@@ -7,7 +7,7 @@
 
 #include "config/parent_device.h"
 #include "config/user_mode_config.h"
-#include "install/class_installer.h"
+#include "install/devices/class_installer.h"
 
 static_assert(sizeof(SP_DEVICE_INTERFACE_DATA) == 32);
 static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W) == 8);

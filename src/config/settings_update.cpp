@@ -1,8 +1,8 @@
 #include "config/settings_update.h"
 
 #include "config/user_mode_config.h"
-#include "install/class_installer.h"
-#include "install/com_port_util.h"
+#include "install/devices/class_installer.h"
+#include "install/devices/port_in_use.h"
 
 namespace {
 

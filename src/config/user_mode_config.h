@@ -14,7 +14,7 @@
 #include "base/device_handles.h"
 #include "base/wide_string.h"
 #include "config/information_set.h"
-#include "install/device_reg_info.h"
+#include "install/devices/device_reg_info.h"
 
 // The interface class of the drivers' configuration interface.
 inline constexpr GUID kConfigurationInterfaceClass = {

@@ -2,14 +2,14 @@
 
 #include "base/export_guard.h"
 #include "base/resource_ids.h"
-#include "install/child_port_names.h"
-#include "install/class_installer.h"
-#include "install/device_tree.h"
-#include "install/dos_device.h"
+#include "install/devices/class_installer.h"
+#include "install/devices/device_tree.h"
 #include "install/install_rules.h"
+#include "install/naming/child_port_names.h"
+#include "install/naming/dos_device.h"
+#include "install/naming/usb_fixed_name.h"
 #include "install/port_backup.h"
 #include "install/uninstall_program.h"
-#include "install/usb_fixed_name.h"
 
 static_assert(sizeof(OSVERSIONINFOEXW) == 284);
 

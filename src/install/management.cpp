@@ -2,8 +2,8 @@
 
 #include <newdev.h>
 
-#include "install/class_installer.h"
-#include "install/com_port_util.h"
+#include "install/devices/class_installer.h"
+#include "install/naming/com_port_util.h"
 
 BOOL ChangeComNumber(const wchar_t* instanceId, const wchar_t* newName) {
   if (instanceId == nullptr) return 0;

@@ -3,11 +3,12 @@
 #include <optional>
 
 #include "base/decimal.h"
-#include "install/com_port_util.h"
-#include "install/device_tree.h"
-#include "install/dos_device.h"
+#include "install/devices/device_tree.h"
+#include "install/devices/port_in_use.h"
+#include "install/devices/registry_values.h"
 #include "install/install_rules.h"
-#include "install/registry_values.h"
+#include "install/naming/com_port_util.h"
+#include "install/naming/dos_device.h"
 
 namespace {
 

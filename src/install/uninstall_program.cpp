@@ -3,7 +3,7 @@
 #include <array>
 
 #include "base/unique_handle.h"
-#include "install/device_reg_info.h"
+#include "install/devices/device_reg_info.h"
 
 static_assert(sizeof(STARTUPINFOW) == 104);
 

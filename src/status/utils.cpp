@@ -1,6 +1,6 @@
 #include "status/utils.h"
 
-#include "install/com_port_util.h"
+#include "install/naming/com_port_util.h"
 #include "status/com_name_list.h"
 #include "status/ports_default.h"
 #include "status/serial_words.h"
@@ -79,7 +79,8 @@ void CUtils::FillChoiceCombo(const HWND& combo, ChoiceList list, std::int32_t va
   Select(combo, selectedIndex);
 }
 
-// NOLINTBEGIN(performance-unnecessary-value-param): one of the fixed interfaces, which take their texts by value
+// NOLINTBEGIN(performance-unnecessary-value-param): one of the fixed interfaces, which take their texts by
+// value
 void CUtils::FillStringCombo(const HWND& combo, std::vector<CWideString> list,
                              CWideString selectedText) const {
   // NOLINTEND(performance-unnecessary-value-param)

@@ -3,9 +3,9 @@
 
 #include <windows.h>
 
+#include "ui/framework/hyperlink.h"
 #include "ui/framework/page_background.h"
 #include "ui/framework/property_page.h"
-#include "ui/hyperlink.h"
 
 // Shows the product and its maker, with a link to the maker's web site.
 class CAboutPage : public CPropertyPageImpl {

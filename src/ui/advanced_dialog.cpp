@@ -1,6 +1,6 @@
 #include "ui/advanced_dialog.h"
 
-#include "install/device_reg_info.h"
+#include "install/devices/device_reg_info.h"
 
 CAdvancedDialog::CAdvancedDialog(HDEVINFO set, const SP_DEVINFO_DATA& element)
     : rs422485Page_(set, element), devicePage_(set, element), tcpIpPage_(set, element) {

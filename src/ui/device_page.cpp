@@ -5,7 +5,8 @@
 #include <string>
 
 #include "base/resource_ids.h"
-#include "install/com_port_util.h"
+#include "install/devices/port_in_use.h"
+#include "install/naming/com_port_util.h"
 #include "status/utils.h"
 #include "ui/port_rules.h"
 

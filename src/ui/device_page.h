@@ -6,7 +6,7 @@
 #include <setupapi.h>
 
 #include "ui/device_rules.h"
-#include "ui/port_settings_page.h"
+#include "ui/port_page_base.h"
 
 // Shows what the port is made of, and lets the user give it another COM number and set two switches. Nothing
 // is written before apply, which asks before it touches a port that another application has open.

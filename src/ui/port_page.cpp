@@ -3,7 +3,7 @@
 #include <shellapi.h>
 
 #include "base/resource_ids.h"
-#include "install/com_port_util.h"
+#include "install/devices/port_in_use.h"
 #include "status/utils.h"
 #include "ui/advanced_dialog.h"
 #include "ui/port_rules.h"

@@ -7,7 +7,7 @@
 
 #include "status/port_boxes.h"
 #include "status/refresh_port_status.h"
-#include "ui/port_settings_page.h"
+#include "ui/port_page_base.h"
 
 // Shows the live state of the port as its device server tells it, and lets the user set the two handshake
 // emulations, open the device server's web page, the advanced settings and help.

@@ -3,7 +3,7 @@
 #include <dbt.h>
 
 #include "base/resource_ids.h"
-#include "install/com_port_util.h"
+#include "install/devices/port_in_use.h"
 #include "status/utils.h"
 #include "ui/device_rules.h"
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "ui/framework/data_exchange.h"
-#include "ui/port_settings_page.h"
+#include "ui/port_page_base.h"
 
 // Lets the user choose the duplex mode of a port from those that it supports. Nothing is written before
 // apply.

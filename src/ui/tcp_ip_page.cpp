@@ -1,7 +1,7 @@
 #include "ui/tcp_ip_page.h"
 
 #include "base/resource_ids.h"
-#include "ui/address_text.h"
+#include "status/address_text.h"
 #include "ui/port_rules.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <setupapi.h>
 
 #include "ui/framework/data_exchange.h"
-#include "ui/port_settings_page.h"
+#include "ui/port_page_base.h"
 #include "ui/tcp_ip_rules.h"
 
 // Shows where the port's device server is, and lets the user set the TCP port, the time-out of an attempt to

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "fuzz_checks.h"
-#include "install/com_names.h"
+#include "install/naming/com_names.h"
 #include "install/install_rules.h"
 
 namespace {

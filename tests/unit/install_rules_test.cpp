@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "install/com_names.h"
+#include "install/naming/com_names.h"
 
 namespace {
 

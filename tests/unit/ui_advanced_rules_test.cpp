@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "ui/address_text.h"
+#include "status/address_text.h"
 #include "ui/device_rules.h"
-#include "ui/link_text.h"
+#include "ui/framework/link_text.h"
 #include "ui/tcp_ip_rules.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include "config/parent_device.h"
 #include "config/user_mode_config.h"
 #include "config/vcp_parameters.h"
-#include "install/device_reg_info.h"
+#include "install/devices/device_reg_info.h"
 #include "ui/framework/page_background.h"
 #include "ui/framework/property_page.h"
 #include "ui/framework/tooltip_dialog.h"

@@ -1,4 +1,4 @@
-#include "install/com_names.h"
+#include "install/naming/com_names.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // USB models whose port always sits on the same COM number. Windows only.
 #pragma once
 
-#include "install/com_port_util.h"
+#include "install/naming/com_port_util.h"
 
 // Gives a port its model's fixed COM number; another device that holds it moves away first. The USB device
 // above the port is restarted when the name changed. True when the port belongs to such a model, false for

@@ -1,4 +1,4 @@
-#include "install/dos_device.h"
+#include "install/naming/dos_device.h"
 
 #include <windows.h>
 

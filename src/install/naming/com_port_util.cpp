@@ -1,13 +1,14 @@
-#include "install/com_port_util.h"
+#include "install/naming/com_port_util.h"
 
 #include <utility>
 
 #include "base/decimal.h"
 #include "base/resource_ids.h"
 #include "base/unique_handle.h"
-#include "install/class_installer.h"
-#include "install/device_tree.h"
-#include "install/dos_device.h"
+#include "install/devices/class_installer.h"
+#include "install/devices/device_tree.h"
+#include "install/devices/port_in_use.h"
+#include "install/naming/dos_device.h"
 
 namespace {
 
@@ -127,13 +128,6 @@ std::optional<ComUsage> ReadComUsage(HCOMDB database) {
     return std::nullopt;
   }
   return usage;
-}
-
-bool IsPortOpenable(const CWideString& comName) {
-  const CWideString path = CWideString(L"\\\\.\\") + comName.View();
-  const CFileHandle port(CreateFileW(path.Text(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                                     FILE_FLAG_OVERLAPPED, nullptr));
-  return static_cast<bool>(port);
 }
 
 int RenameDosDeviceAndSerialComm(const CWideString& oldName, const CWideString& newName) {

@@ -12,8 +12,8 @@
 
 #include <optional>
 
-#include "install/com_names.h"
-#include "install/device_reg_info.h"
+#include "install/devices/device_reg_info.h"
+#include "install/naming/com_names.h"
 
 // One port device and the COM name database, which is opened and closed around each use.
 class CCOMPortUtil : public CKDDeviceRegInfo {
@@ -41,9 +41,6 @@ class CCOMPortUtil : public CKDDeviceRegInfo {
 
 // All numbers of a database that the caller opened; nothing when it is not open or does not answer.
 [[nodiscard]] std::optional<ComUsage> ReadComUsage(HCOMDB database);
-
-// Whether nothing has the port open: opens "\\.\" and the name for itself alone and closes it again.
-[[nodiscard]] bool IsPortOpenable(const CWideString& comName);
 
 // Moves the DOS device and the SERIALCOMM entry from one name to the other. 1 on success. 0 when a step
 // failed: before the new DOS device exists everything is as it was; when only the map could not be written,

@@ -1,4 +1,4 @@
-#include "ui/address_text.h"
+#include "status/address_text.h"
 
 namespace {
 

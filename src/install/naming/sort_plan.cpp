@@ -1,9 +1,9 @@
-#include "install/sort_plan.h"
+#include "install/naming/sort_plan.h"
 
 #include <algorithm>
 
 #include "base/decimal.h"
-#include "install/com_names.h"
+#include "install/naming/com_names.h"
 
 namespace {
 

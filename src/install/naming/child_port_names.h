@@ -1,7 +1,7 @@
 // COM names in the order of a device server's ports. Windows only.
 #pragma once
 
-#include "install/com_port_util.h"
+#include "install/naming/com_port_util.h"
 
 // Brings the COM numbers of all ports of the port's device server into enumeration order, once per device
 // server: its value "ChildPortNameSorted" then stays 1. Nothing happens before all its ports are started

@@ -1,4 +1,4 @@
-#include "ui/hyperlink.h"
+#include "ui/framework/hyperlink.h"
 
 #include <windowsx.h>
 
@@ -11,7 +11,7 @@
 #include "base/export_guard.h"
 #include "base/module_instance.h"
 #include "ui/framework/link_keys.h"
-#include "ui/link_text.h"
+#include "ui/framework/link_text.h"
 
 namespace {
 

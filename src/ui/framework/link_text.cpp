@@ -1,4 +1,4 @@
-#include "ui/link_text.h"
+#include "ui/framework/link_text.h"
 
 #include <algorithm>
 

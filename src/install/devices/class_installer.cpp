@@ -1,4 +1,4 @@
-#include "install/class_installer.h"
+#include "install/devices/class_installer.h"
 
 static_assert(sizeof(SP_DEVINSTALL_PARAMS_W) == 584);
 static_assert(sizeof(SP_PROPCHANGE_PARAMS) == 20);

@@ -1,11 +1,11 @@
-#include "install/registry_values.h"
+#include "install/devices/registry_values.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/looked_up.h"
-#include "install/grow_and_retry.h"
+#include "install/devices/grow_and_retry.h"
 
 namespace {
 

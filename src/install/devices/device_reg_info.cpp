@@ -1,10 +1,10 @@
-#include "install/device_reg_info.h"
+#include "install/devices/device_reg_info.h"
 
 #include <array>
 #include <cwchar>
 #include <string_view>
 
-#include "install/grow_and_retry.h"
+#include "install/devices/grow_and_retry.h"
 
 static_assert(sizeof(SP_DEVINFO_DATA) == 32);
 

@@ -1,8 +1,8 @@
-#include "install/device_tree.h"
+#include "install/devices/device_tree.h"
 
 #include <string>
 
-#include "install/class_installer.h"
+#include "install/devices/class_installer.h"
 
 bool GetInstanceId(DEVINST node, CWideString& id) {
   ULONG length = 0;

@@ -1,4 +1,4 @@
-#include "ui/port_settings_page.h"
+#include "ui/port_page_base.h"
 
 #include "base/resource_ids.h"
 #include "ui/framework/picture_link.h"

@@ -1,8 +1,8 @@
-#include "install/usb_fixed_name.h"
+#include "install/naming/usb_fixed_name.h"
 
 #include "base/decimal.h"
-#include "install/class_installer.h"
-#include "install/device_tree.h"
+#include "install/devices/class_installer.h"
+#include "install/devices/device_tree.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "install/child_port_names.h"
+#include "install/naming/child_port_names.h"
 
 #include <memory>
 #include <optional>
@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "base/decimal.h"
-#include "install/class_installer.h"
-#include "install/device_tree.h"
-#include "install/dos_device.h"
-#include "install/sort_plan.h"
+#include "install/devices/class_installer.h"
+#include "install/devices/device_tree.h"
+#include "install/naming/dos_device.h"
+#include "install/naming/sort_plan.h"
 
 namespace {
 
