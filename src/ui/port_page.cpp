@@ -100,13 +100,13 @@ void CKdUIPropertyPage::SetUpTips() const {
 }
 
 bool CKdUIPropertyPage::OnTimer(UINT_PTR) {
-  Refresh(false);
+  RefreshSilently();
   return true;
 }
 
 bool CKdUIPropertyPage::OnClose() {
   KillTimer(Window(), timer_);
-  Refresh(false);
+  RefreshSilently();
   return true;
 }
 
@@ -136,6 +136,10 @@ void CKdUIPropertyPage::Refresh(bool showErrors) {
   KeepFocusUsable(focus);
 }
 
+void CKdUIPropertyPage::RefreshSilently() {
+  if (!applying_) Refresh(false);
+}
+
 // A box that is disabled loses the focus to nobody, and the keyboard would be dead: the next control gets it.
 void CKdUIPropertyPage::KeepFocusUsable(HWND focusBefore) const {
   if (!IsChild(Window(), focusBefore) || IsWindowEnabled(focusBefore)) return;
@@ -143,6 +147,7 @@ void CKdUIPropertyPage::KeepFocusUsable(HWND focusBefore) const {
 }
 
 LRESULT CKdUIPropertyPage::OnApply() {
+  const CFlagScope scope(applying_);
   const HandshakeBoxes boxes{.ctsAlwaysTrue = IsChecked(IDC_PORT_CTS_ALWAYS_TRUE),
                              .dsrAlwaysTrue = IsChecked(IDC_PORT_DSR_ALWAYS_TRUE)};
   if (!AdoptHandshake(portSet_, busSet_.SerialPortIndex, boxes, settingsChanged_)) return PSNRET_NOERROR;

@@ -31,6 +31,9 @@ class CKdUIPropertyPage : public CPortSettingsPage {
   // Shows the port's state anew (RefreshPortStatus). Does nothing while a refresh is under way: its message
   // box lets the timer's ticks through.
   void Refresh(bool showErrors);
+  // The same without messages, when nobody asked for it. Does nothing during an apply: its question lets the
+  // ticks through, and a refresh would put the driver's boxes in place of the user's.
+  void RefreshSilently();
   void KeepFocusUsable(HWND focusBefore) const;
   void WritePortsDefault(const CWideString& portName) const;
   void ShowBox(int box, int label, const BoxChange& change) const;
@@ -41,5 +44,6 @@ class CKdUIPropertyPage : public CPortSettingsPage {
   PortWebAddress web_;
   UINT_PTR timer_ = 0;
   bool refreshing_ = false;
+  bool applying_ = false;
   bool settingsChanged_ = false;  // forces an apply; no setting of the page needs that today
 };

@@ -54,7 +54,11 @@ TEST(PortPageApply, AsksBeforeItTouchesAPortInUse) {
     PortPageRig rig;
     PortSheet sheet(rig);
     rig.Port().port->openElsewhere = true;
-    rig.machine.Screen().Answer(yes ? IDYES : IDNO);
+    // Neither a tick under the question nor a close message changes what the user has chosen.
+    rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
+      for (const UINT message : {WM_TIMER, WM_CLOSE}) SendMessageW(sheet.Page(), message, 1, 0);
+      return yes ? IDYES : IDNO;
+    });
     const std::optional<std::wstring> before = PortsValue(rig);
     sheet.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
     EXPECT_EQ(sheet.PressOk(), yes);
