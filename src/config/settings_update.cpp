@@ -1,5 +1,6 @@
 #include "config/settings_update.h"
 
+#include "base/export_guard.h"
 #include "config/user_mode_config.h"
 #include "install/devices/class_installer.h"
 #include "install/devices/port_in_use.h"
@@ -46,8 +47,11 @@ int UpdatePort(const wchar_t* deviceInstanceId, Write&& write) {
   CWideString comName;
   if (!channel.Device().GetRegString(L"PortName", comName)) return 0;
   if (!channel.FindDeviceInterface() || !write(channel)) return 0;
-  RestartIfInUse(devices.Get(), element, comName);
-  return 1;
+  // The drivers have the settings: whatever the restart meets, memory running out included, they were pushed.
+  return GuardBoundary(1, [&] {
+    RestartIfInUse(devices.Get(), element, comName);
+    return 1;
+  });
 }
 
 }  // namespace

@@ -60,6 +60,24 @@ TEST_F(SettingsUpdateTest, PortInUseIsDisabledAndEnabledAgain) {
   EXPECT_EQ(Restarts(), "-+-+");
 }
 
+// From the last allocation back to the last one before the drivers had the settings.
+TEST_F(SettingsUpdateTest, MemoryThatRunsOutAfterTheDriversHaveTheSettingsIsNoFailure) {
+  Port().port->openElsewhere = true;
+  machine_.Calls().ClearLog();
+  EXPECT_EQ(PushLine(), 1u);
+  std::uint64_t k = machine_.Calls().Allocations();
+  const std::uint64_t last = k;
+  for (bool written = true; written; --k) {
+    SCOPED_TRACE(k);
+    driver_.Current(kPortSet).SetNumber("Baudrate", 0);
+    machine_.Calls().FailAllocation(k);
+    const std::uint64_t result = PushLine();
+    written = driver_.Current(kPortSet).Number("Baudrate") == 9600;
+    EXPECT_EQ(result, written ? 1u : 0u);
+  }
+  EXPECT_LT(k + 1, last);
+}
+
 TEST_F(SettingsUpdateTest, UnknownDeviceIsAFailure) {
   Port().port->openElsewhere = true;
   for (const wchar_t* id :
