@@ -83,9 +83,10 @@ void CHyperLink::Redraw() const noexcept {
   if (window_ != nullptr) InvalidateRect(window_, nullptr, TRUE);
 }
 
+// The tip is a pop-up of the sheet; when the whole sheet goes, it has gone before.
 void CHyperLink::Detach() noexcept {
   const HWND toolTip = std::exchange(toolTip_, nullptr);
-  if (toolTip != nullptr) DestroyWindow(toolTip);
+  if (IsWindow(toolTip)) DestroyWindow(toolTip);
   const HWND window = std::exchange(window_, nullptr);
   if (window == nullptr) return;
   SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(control_));
@@ -157,14 +158,9 @@ LRESULT CHyperLink::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_ERASEBKGND:
       return TRUE;  // drawn together with the text
     case WM_SETCURSOR:
-      if (!IsCursorOnLink()) return CallControl(message, wParam, lParam);
-      SetCursor(cursor_);
-      return TRUE;
+      return OnSetCursor(wParam, lParam);
     case WM_LBUTTONDOWN:
-      if (!IsOnLink(lParam)) return 0;
-      SetFocus(window_);
-      SetCapture(window_);
-      return 0;
+      return OnButtonDown(lParam);
     case WM_LBUTTONUP:
       return OnButtonUp(lParam);
     case WM_CHAR:
@@ -176,20 +172,10 @@ LRESULT CHyperLink::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
       Redraw();
       return 0;
     case WM_SETTEXT:
-    case WM_SETFONT: {
-      const LRESULT result = CallControl(message, wParam, lParam);
-      ReadText();
-      MakeFonts();
-      FindLink();
-      Redraw();
-      return result;
-    }
-    case WM_NCDESTROY: {
-      const HWND window = window_;
-      const WNDPROC control = control_;
-      Detach();
-      return CallWindowProcW(control, window, message, wParam, lParam);
-    }
+    case WM_SETFONT:
+      return OnNewLook(message, wParam, lParam);
+    case WM_NCDESTROY:
+      return OnDestroyed(wParam, lParam);
     default:
       return CallControl(message, wParam, lParam);
   }
@@ -203,6 +189,19 @@ LRESULT CHyperLink::OnPaint() {
   return 0;
 }
 
+LRESULT CHyperLink::OnSetCursor(WPARAM wParam, LPARAM lParam) {
+  if (!IsCursorOnLink()) return CallControl(WM_SETCURSOR, wParam, lParam);
+  SetCursor(cursor_);
+  return TRUE;
+}
+
+LRESULT CHyperLink::OnButtonDown(LPARAM position) {
+  if (!IsOnLink(position)) return 0;
+  SetFocus(window_);
+  SetCapture(window_);
+  return 0;
+}
+
 LRESULT CHyperLink::OnButtonUp(LPARAM position) {
   if (GetCapture() != window_) return 0;
   ReleaseCapture();
@@ -213,6 +212,23 @@ LRESULT CHyperLink::OnButtonUp(LPARAM position) {
 LRESULT CHyperLink::OnCharacter(WPARAM character) {
   if (IsLinkKey(character)) Navigate();
   return 0;
+}
+
+// Another text or another font: the link has a new place.
+LRESULT CHyperLink::OnNewLook(UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = CallControl(message, wParam, lParam);
+  ReadText();
+  MakeFonts();
+  FindLink();
+  Redraw();
+  return result;
+}
+
+LRESULT CHyperLink::OnDestroyed(WPARAM wParam, LPARAM lParam) {
+  const HWND window = window_;
+  const WNDPROC control = control_;
+  Detach();
+  return CallWindowProcW(control, window, WM_NCDESTROY, wParam, lParam);
 }
 
 bool CHyperLink::IsOnLink(LPARAM position) const noexcept {

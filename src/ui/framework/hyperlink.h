@@ -41,8 +41,12 @@ class CHyperLink {
   void Redraw() const noexcept;
 
   [[nodiscard]] LRESULT OnPaint();
+  [[nodiscard]] LRESULT OnSetCursor(WPARAM wParam, LPARAM lParam);
+  [[nodiscard]] LRESULT OnButtonDown(LPARAM position);
   [[nodiscard]] LRESULT OnButtonUp(LPARAM position);
   [[nodiscard]] LRESULT OnCharacter(WPARAM character);
+  [[nodiscard]] LRESULT OnNewLook(UINT message, WPARAM wParam, LPARAM lParam);
+  [[nodiscard]] LRESULT OnDestroyed(WPARAM wParam, LPARAM lParam);
   [[nodiscard]] bool IsCursorOnLink() const noexcept;
   [[nodiscard]] bool IsOnLink(LPARAM position) const noexcept;
   void Draw(HDC context);
