@@ -58,7 +58,7 @@ HtmlHelpFunction FindHtmlHelp() {
   return reinterpret_cast<HtmlHelpFunction>(reinterpret_cast<void*>(function));
 }
 
-HWND HtmlHelp(HWND owner, const CWideString& topic, UINT command, DWORD_PTR data) {
+HWND CallHtmlHelp(HWND owner, const CWideString& topic, UINT command, DWORD_PTR data) {
   // Looked for once; a control that was not found is not looked for again.
   static constinit CLookedUp<HtmlHelpFunction> lookedUp;
   const HtmlHelpFunction function =
@@ -83,12 +83,12 @@ bool HasControl(std::span<const DWORD> table, DWORD control) {
 }  // namespace
 
 void ShowHelpTopic(HWND owner, const wchar_t* topicFormat) {
-  HtmlHelp(owner, TopicOf(topicFormat), HH_DISPLAY_TOPIC, 0);
+  CallHtmlHelp(owner, TopicOf(topicFormat), HH_DISPLAY_TOPIC, 0);
 }
 
 void ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table) {
   if (request.iContextType != HELPINFO_WINDOW) return;
   if (!HasControl(table, static_cast<DWORD>(request.iCtrlId))) return;
-  HtmlHelp(static_cast<HWND>(request.hItemHandle), TopicOf(kPopUpTopics), HH_TP_HELP_WM_HELP,
+  CallHtmlHelp(static_cast<HWND>(request.hItemHandle), TopicOf(kPopUpTopics), HH_TP_HELP_WM_HELP,
            reinterpret_cast<DWORD_PTR>(table.data()));
 }

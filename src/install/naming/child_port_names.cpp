@@ -105,7 +105,7 @@ bool ReleasePortName(CCOMPortUtil& port) {
   CWideString name;
   if (!port.GetRegString(kPortName, name)) return false;
   CWideString kernelPath;
-  if (!QueryDosDevice(name, kernelPath) || !RemoveDosDevice(name, kernelPath)) return true;
+  if (!ReadDosDevice(name, kernelPath) || !RemoveDosDevice(name, kernelPath)) return true;
   static_cast<void>(port.OpenComDb());
   port.ReleaseComNumber(static_cast<DWORD>(ComNumberOf(name.View())));
   port.CloseComDb();

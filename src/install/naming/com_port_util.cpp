@@ -132,17 +132,17 @@ std::optional<ComUsage> ReadComUsage(HCOMDB database) {
 
 int RenameDosDeviceAndSerialComm(const CWideString& oldName, const CWideString& newName) {
   CWideString kernelPath;
-  if (!QueryDosDevice(oldName, kernelPath)) return 0;
+  if (!ReadDosDevice(oldName, kernelPath)) return 0;
   if (!RemoveDosDevice(oldName, kernelPath)) return 0;
-  if (!DefineDosDevice(newName, kernelPath)) {
-    DefineDosDevice(oldName, kernelPath);
+  if (!AddDosDevice(newName, kernelPath)) {
+    AddDosDevice(oldName, kernelPath);
     return 0;
   }
   // What the map gets is what the names stand for now; the old one is asked too because an older definition
   // of it may have come up again, and then the new one's answer has to be the last.
   CWideString target;
-  static_cast<void>(QueryDosDevice(oldName, target));
-  if (QueryDosDevice(newName, target)) kernelPath = target;
+  static_cast<void>(ReadDosDevice(oldName, target));
+  if (ReadDosDevice(newName, target)) kernelPath = target;
   return MapKernelDevice(kernelPath, newName) ? 1 : 0;
 }
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-bool QueryDosDevice(const CWideString& name, CWideString& kernelPath) {
+bool ReadDosDevice(const CWideString& name, CWideString& kernelPath) {
   std::array<wchar_t, 256> buffer{};
   if (QueryDosDeviceW(name.Text(), buffer.data(), static_cast<DWORD>(buffer.size())) == 0) return false;
   // A list, the definition in force first.
@@ -15,10 +15,10 @@ bool QueryDosDevice(const CWideString& name, CWideString& kernelPath) {
 
 bool HasDosDevice(const CWideString& name) {
   CWideString kernelPath;
-  return QueryDosDevice(name, kernelPath);
+  return ReadDosDevice(name, kernelPath);
 }
 
-bool DefineDosDevice(const CWideString& name, const CWideString& kernelPath) {
+bool AddDosDevice(const CWideString& name, const CWideString& kernelPath) {
   return DefineDosDeviceW(DDD_RAW_TARGET_PATH, name.Text(), kernelPath.Text()) != FALSE;
 }
 

@@ -5,11 +5,11 @@
 
 // The kernel path that the name stands for; on failure `kernelPath` stays as it was. An empty name, for
 // which Windows has no device, fails.
-[[nodiscard]] bool QueryDosDevice(const CWideString& name, CWideString& kernelPath);
+[[nodiscard]] bool ReadDosDevice(const CWideString& name, CWideString& kernelPath);
 [[nodiscard]] bool HasDosDevice(const CWideString& name);
 
 // Adds a definition of the name.
-bool DefineDosDevice(const CWideString& name, const CWideString& kernelPath);
+bool AddDosDevice(const CWideString& name, const CWideString& kernelPath);
 
 // Takes away the definition of the name that stands for exactly this path.
 bool RemoveDosDevice(const CWideString& name, const CWideString& kernelPath);
