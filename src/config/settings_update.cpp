@@ -4,6 +4,7 @@
 #include "config/user_mode_config.h"
 #include "install/devices/class_installer.h"
 #include "install/devices/port_in_use.h"
+#include "install/devices/ports_class.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ int UpdatePort(const wchar_t* deviceInstanceId, Write&& write) {
   }
   CKdUserModeConfig channel(devices.Get(), element);
   CWideString comName;
-  if (!channel.Device().GetRegString(L"PortName", comName)) return 0;
+  if (!channel.Device().GetRegString(kPortName, comName)) return 0;
   if (!channel.FindDeviceInterface() || !write(channel)) return 0;
   // The drivers have the settings: whatever the restart meets, memory running out included, they were pushed.
   return GuardBoundary(1, [&] {

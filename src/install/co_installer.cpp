@@ -4,9 +4,11 @@
 #include "base/resource_ids.h"
 #include "install/devices/class_installer.h"
 #include "install/devices/device_tree.h"
+#include "install/devices/ports_class.h"
 #include "install/install_rules.h"
 #include "install/naming/child_port_names.h"
 #include "install/naming/dos_device.h"
+#include "install/naming/ports_settings.h"
 #include "install/naming/usb_fixed_name.h"
 #include "install/port_backup.h"
 #include "install/uninstall_program.h"
@@ -96,7 +98,7 @@ DWORD InstallCard(HDEVINFO set, const SP_DEVINFO_DATA& server, const COINSTALLER
 bool HasDefinedName(HDEVINFO set, const SP_DEVINFO_DATA& port) {
   return GuardBoundary(false, [&] {
     CWideString name;
-    static_cast<void>(ReadDevRegString(set, port, L"PortName", name));
+    static_cast<void>(ReadDevRegString(set, port, kPortName, name));
     return HasDosDevice(name);
   });
 }

@@ -3,7 +3,7 @@
 #include <newdev.h>
 
 #include "install/devices/class_installer.h"
-#include "install/naming/com_port_util.h"
+#include "install/naming/rename_com_port.h"
 
 BOOL ChangeComNumber(const wchar_t* instanceId, const wchar_t* newName) {
   if (instanceId == nullptr) return 0;

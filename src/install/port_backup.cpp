@@ -5,14 +5,14 @@
 #include "base/decimal.h"
 #include "install/devices/device_tree.h"
 #include "install/devices/port_in_use.h"
+#include "install/devices/ports_class.h"
 #include "install/devices/registry_values.h"
 #include "install/install_rules.h"
-#include "install/naming/com_port_util.h"
 #include "install/naming/dos_device.h"
+#include "install/naming/rename_com_port.h"
 
 namespace {
 
-constexpr wchar_t kPortName[] = L"PortName";
 constexpr wchar_t kPagesKey[] = L"UI1";
 
 CWideString DeviceParametersPath(const CWideString& instanceId) {
@@ -49,16 +49,18 @@ std::optional<CWideString> RestoreValues(HKEY backup, HKEY port) {
   return savedName;
 }
 
+void ReleaseIfTaken(CCOMPortUtil& port, DWORD number) {
+  const CComDatabaseScope database(port);
+  if (!port.IsComNumberFree(number)) port.ReleaseComNumber(number);
+}
+
 void RestoreName(CCOMPortUtil& port, const CWideString& savedName) {
   CWideString currentName;
   if (!port.GetRegString(kPortName, currentName)) return;
   if (!IsPortOpenable(currentName) && !HasDosDevice(currentName)) return;
 
   // Usually the port itself still holds the number; the rename is to claim it without a question.
-  const auto savedNumber = static_cast<DWORD>(ComNumberOf(savedName.View()));
-  static_cast<void>(port.OpenComDb());
-  if (!port.IsComNumberFree(savedNumber)) port.ReleaseComNumber(savedNumber);
-  port.CloseComDb();
+  ReleaseIfTaken(port, static_cast<DWORD>(ComNumberOf(savedName.View())));
   RenameComPort(port, savedName, nullptr, false, false);
 }
 

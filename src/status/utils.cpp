@@ -1,6 +1,7 @@
 #include "status/utils.h"
 
-#include "install/naming/com_port_util.h"
+#include "install/naming/com_database.h"
+#include "install/naming/ports_settings.h"
 #include "status/com_name_list.h"
 #include "status/ports_default.h"
 #include "status/serial_words.h"

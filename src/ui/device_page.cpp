@@ -1,12 +1,10 @@
 #include "ui/device_page.h"
 
-#include <ddk/msports.h>
-
 #include <string>
 
 #include "base/resource_ids.h"
 #include "install/devices/port_in_use.h"
-#include "install/naming/com_port_util.h"
+#include "install/naming/rename_com_port.h"
 #include "status/utils.h"
 #include "ui/port_rules.h"
 
@@ -40,19 +38,6 @@ constexpr ControlText kTexts[] = {
 constexpr ToolTipText kTips[] = {{IDC_DEVICE_COM_NUMBER, IDS_TIP_COM_NUMBER}};
 
 constexpr PageTables kTables{.texts = kTexts, .tips = kTips, .helpIds = kHelpIds};
-
-// The COM name database, for the time in which its numbers are read.
-struct ComDatabaseTraits {
-  using Handle = HCOMDB;
-  static Handle Invalid() noexcept { return HCOMDB_INVALID_HANDLE_VALUE; }
-  static void Close(Handle handle) noexcept { ComDBClose(handle); }
-};
-
-CUniqueHandle<ComDatabaseTraits> OpenComDatabase() noexcept {
-  HCOMDB handle = HCOMDB_INVALID_HANDLE_VALUE;
-  if (ComDBOpen(&handle) != ERROR_SUCCESS) handle = HCOMDB_INVALID_HANDLE_VALUE;
-  return CUniqueHandle<ComDatabaseTraits>(handle);
-}
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #include "ui/port_page_base.h"
 
 #include "base/resource_ids.h"
+#include "install/devices/ports_class.h"
 #include "ui/framework/picture_link.h"
 #include "ui/help.h"
 
@@ -26,7 +27,7 @@ bool CPortSettingsPage::Open() {
 
 CWideString CPortSettingsPage::PortName() const {
   CWideString name;
-  if (!registry_.GetRegString(L"PortName", name)) return {};
+  if (!registry_.GetRegString(kPortName, name)) return {};
   return name;
 }
 

@@ -4,6 +4,7 @@
 
 #include "base/resource_ids.h"
 #include "install/devices/port_in_use.h"
+#include "install/devices/ports_class.h"
 #include "status/utils.h"
 #include "ui/device_rules.h"
 
@@ -18,8 +19,6 @@ constexpr ToolTipText kTips[] = {{IDC_RS422485_DUPLEX, IDS_TIP_DUPLEX}};
 
 constexpr PageTables kTables{
     .texts = kTexts, .tips = kTips, .otherTip = IDS_TIP_RESTORE_DEFAULTS, .helpIds = kHelpIds};
-
-constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
 
 // Tells every program that ports have changed; one that objects is not waited for.
 void BroadcastPortChange() noexcept {

@@ -102,6 +102,12 @@ bool ReadString(HKEY key, const CWideString& name, CWideString& text) {
   return true;
 }
 
+bool WriteString(HKEY key, const CWideString& name, const CWideString& text) {
+  const auto bytes = static_cast<DWORD>((text.Length() + 1) * sizeof(wchar_t));
+  return RegSetValueExW(key, name.Text(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.Text()), bytes) ==
+         ERROR_SUCCESS;
+}
+
 void DeleteKey(HKEY parent, const CWideString& name) {
   static constinit CLookedUp<DeleteKeyEx> lookedUp;
   const DeleteKeyEx deleteKeyEx = lookedUp.Get(FindDeleteKeyEx);

@@ -27,5 +27,8 @@ void CopyDwordsAndStrings(HKEY from, HKEY to);
 // Reads a string of any length; on failure `text` stays as it was.
 [[nodiscard]] bool ReadString(HKEY key, const CWideString& name, CWideString& text);
 
+// Writes a REG_SZ with its terminator.
+[[nodiscard]] bool WriteString(HKEY key, const CWideString& name, const CWideString& text);
+
 // Deletes a key that has no keys below it, in the 64-bit view where Windows knows views.
 void DeleteKey(HKEY parent, const CWideString& name);

@@ -8,12 +8,13 @@
 #include "base/decimal.h"
 #include "install/devices/class_installer.h"
 #include "install/devices/device_tree.h"
+#include "install/devices/ports_class.h"
 #include "install/naming/dos_device.h"
+#include "install/naming/rename_com_port.h"
 #include "install/naming/sort_plan.h"
 
 namespace {
 
-constexpr wchar_t kPortName[] = L"PortName";
 constexpr wchar_t kSortedFlag[] = L"ChildPortNameSorted";
 // Where a port stands aside for a moment: not on COM1 and COM2, which are the computer's own ports' and which
 // programs open by habit, whether the database has them as taken or not.
@@ -34,9 +35,8 @@ class CChildPorts : public CSortSteps {
 
   [[nodiscard]] std::optional<std::int32_t> FreeNumber() override {
     CCOMPortUtil& anyPort = *ports_.front();
-    static_cast<void>(anyPort.OpenComDb());
+    const CComDatabaseScope database(anyPort);
     const std::optional<ComUsage> usage = anyPort.ReadComUsage();
-    anyPort.CloseComDb();
     const auto number = usage ? FirstFreeNumber(*usage, kFirstAside, kLastAside) : std::nullopt;
     return number ? std::optional(static_cast<std::int32_t>(*number)) : std::nullopt;
   }
@@ -106,8 +106,7 @@ bool ReleasePortName(CCOMPortUtil& port) {
   if (!port.GetRegString(kPortName, name)) return false;
   CWideString kernelPath;
   if (!ReadDosDevice(name, kernelPath) || !RemoveDosDevice(name, kernelPath)) return true;
-  static_cast<void>(port.OpenComDb());
+  const CComDatabaseScope database(port);
   port.ReleaseComNumber(static_cast<DWORD>(ComNumberOf(name.View())));
-  port.CloseComDb();
   return true;
 }

@@ -3,28 +3,29 @@
 #include "base/decimal.h"
 #include "install/devices/class_installer.h"
 #include "install/devices/device_tree.h"
+#include "install/devices/ports_class.h"
+#include "install/naming/rename_com_port.h"
 
 namespace {
 
-constexpr wchar_t kPortName[] = L"PortName";
 // A device that moves away stays there, so it goes above COM1 to COM4: two of these numbers are models' own
 // (COM2, COM4), and the others are those of the computer's own ports.
 constexpr std::uint32_t kFirstForMovedHolder = 5;
-constexpr GUID kPortsClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
 
 std::uint32_t NumberForHolder(CCOMPortUtil& port, const CWideString& name, std::uint32_t firstCandidate) {
-  static_cast<void>(port.OpenComDb());
+  const CComDatabaseScope database(port);
   const std::optional<ComUsage> usage = port.ReadComUsage();
-  port.CloseComDb();
   return NumberForMovedHolder(usage ? &*usage : nullptr, firstCandidate, name);
+}
+
+bool IsFree(CCOMPortUtil& port, std::int32_t number) {
+  const CComDatabaseScope database(port);
+  return port.IsComNumberFree(static_cast<DWORD>(number));
 }
 
 void TakeFixedName(CCOMPortUtil& port, std::int32_t number) {
   const CWideString name = ComNameOf(number);
-  static_cast<void>(port.OpenComDb());
-  const bool free = port.IsComNumberFree(static_cast<DWORD>(number));
-  port.CloseComDb();
-  if (!free) MoveComNameHolder(port, name, kFirstForMovedHolder);
+  if (!IsFree(port, number)) MoveComNameHolder(port, name, kFirstForMovedHolder);
   RenameComPort(port, name, nullptr, false, false);
 }
 

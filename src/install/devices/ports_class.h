@@ -1,0 +1,11 @@
+// What a device of the setup class "Ports" is known by. Windows only.
+#pragma once
+
+#include <windows.h>
+
+// The setup class itself: GUID_DEVCLASS_PORTS of devguid.h.
+inline constexpr GUID kPortsClass = {
+    0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
+
+// The value of a port's hardware key that holds its COM name.
+inline constexpr wchar_t kPortName[] = L"PortName";

@@ -1,0 +1,24 @@
+// The COM name database: which COM numbers are taken. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include <ddk/msports.h>
+
+#include <optional>
+
+#include "base/unique_handle.h"
+#include "install/naming/com_names.h"
+
+struct ComDatabaseTraits {
+  using Handle = HCOMDB;
+  static Handle Invalid() noexcept { return HCOMDB_INVALID_HANDLE_VALUE; }
+  static void Close(Handle handle) noexcept { ComDBClose(handle); }
+};
+using CComDatabase = CUniqueHandle<ComDatabaseTraits>;
+
+// Opens the database; an empty holder when that fails.
+[[nodiscard]] CComDatabase OpenComDatabase() noexcept;
+
+// All numbers of a database that the caller opened; nothing when it is not open or does not answer.
+[[nodiscard]] std::optional<ComUsage> ReadComUsage(HCOMDB database);

@@ -1,0 +1,8 @@
+// The SERIALCOMM map: kernel device to COM name. Windows only.
+#pragma once
+
+#include "base/wide_string.h"
+
+// Enters the COM name of a kernel device. The key is not created: without it, or without administrator
+// rights, the result is false.
+[[nodiscard]] bool MapKernelDevice(const CWideString& kernelPath, const CWideString& comName);
