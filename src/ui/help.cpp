@@ -90,5 +90,5 @@ void ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table) {
   if (request.iContextType != HELPINFO_WINDOW) return;
   if (!HasControl(table, static_cast<DWORD>(request.iCtrlId))) return;
   CallHtmlHelp(static_cast<HWND>(request.hItemHandle), TopicOf(kPopUpTopics), HH_TP_HELP_WM_HELP,
-           reinterpret_cast<DWORD_PTR>(table.data()));
+               reinterpret_cast<DWORD_PTR>(table.data()));
 }

@@ -104,6 +104,30 @@ TEST_F(AdvancedHelp, OnlyTheListOfComNumbersHasATip) {
   });
 }
 
+// The corners of the help picture show what each page has behind its labels; its middle shows the picture.
+TEST_F(AdvancedHelp, ThePictureStandsOnThePagesOwnBackground) {
+  Run([](const OpenSheet& sheet) {
+    for (const int tab : {OpenSheet::kDevice, OpenSheet::kTcpIp}) {
+      SCOPED_TRACE(tab);
+      const HWND page = sheet.Turn(tab);
+      const HWND picture = GetDlgItem(page, IDC_DEVICE_HELP_LINK);
+      RECT area;
+      GetClientRect(picture, &area);
+      const HDC context = GetDC(picture);
+      const auto wParam = reinterpret_cast<WPARAM>(context);
+      const LRESULT brush = SendMessageW(page, WM_CTLCOLORSTATIC, wParam, reinterpret_cast<LPARAM>(picture));
+      FillRect(context, &area, reinterpret_cast<HBRUSH>(brush));
+      const COLORREF background = GetPixel(context, 0, 0);
+      FillRect(context, &area, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+      SendMessageW(picture, WM_PRINTCLIENT, wParam, PRF_CLIENT);
+      EXPECT_EQ(GetPixel(context, 0, 0), background);
+      EXPECT_EQ(GetPixel(context, area.right - 1, area.bottom - 1), background);
+      EXPECT_EQ(GetPixel(context, area.right / 4, area.bottom / 2), RGB(0x2F, 0x7C, 0xC0));
+      ReleaseDC(picture, context);
+    }
+  });
+}
+
 class AdvancedAbout : public AdvancedRig {
  protected:
   void SetColour(const wchar_t* name, const wchar_t* text) {
@@ -159,6 +183,9 @@ TEST_F(AdvancedAbout, TheLinkOpensTheMakersSite) {
     SendMessageW(link, WM_LBUTTONUP, 0, MAKELPARAM(40, 2));
     EXPECT_FALSE(HasHandAt(link, 40));
   });
+  for (const workbench::Call& call : machine.Calls().CallsOf("DestroyWindow")) {
+    EXPECT_TRUE(call.succeeded) << "a tip goes with its sheet, and its number may be another window's then";
+  }
   ASSERT_EQ(machine.Screen().shellCalls.size(), 3u);
   const workbench::ShellRecord& call = machine.Screen().shellCalls[0];
   EXPECT_EQ(call.owner, nullptr);

@@ -12,8 +12,12 @@ for size in 24 32 48; do
 done
 convert "$work"/{48,32,24,16}.png -compress None port.ico
 
-# 256 colours are enough for both, and a quarter of the size. Neither has pixels that show what is below.
-for name in banner help; do
-  rsvg-convert "source/$name.svg" -o "$work/$name.png"
-  convert "$work/$name.png" -alpha off -dither None -colors 255 -type Palette -compress None "BMP3:$name.bmp"
-done
+# 256 colours are enough, and a quarter of the size. It has no pixels that show what is below.
+rsvg-convert source/banner.svg -o "$work/banner.png"
+convert "$work/banner.png" -alpha off -dither None -colors 255 -type Palette -compress None BMP3:banner.bmp
+
+# 32 bits a pixel, with the colours multiplied by their alpha, as AlphaBlend wants them.
+rsvg-convert source/help.svg -o "$work/help.png"
+convert "$work/help.png" \( +clone -background black -alpha remove -alpha off \) \
+  \( -clone 0 -alpha extract \) -delete 0 -compose CopyOpacity -composite \
+  -define bmp3:alpha=true BMP3:help.bmp
