@@ -18,7 +18,7 @@
 #include "config/vcp_parameters.h"
 #include "measure.h"
 #include "status/port_status.h"
-#include "workbench/server/port_state.h"
+#include "workbench/device_server/port_state.h"
 
 namespace {
 

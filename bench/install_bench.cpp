@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "measure.h"
-#include "workbench/stories/device_installer.h"
+#include "workbench/rig/device_installer.h"
 
 namespace {
 

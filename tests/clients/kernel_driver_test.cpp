@@ -15,8 +15,8 @@
 #include "config/user_mode_config.h"
 #include "config/vcp_parameters.h"
 #include "root_device.h"
-#include "workbench/driver/driver_control.h"
-#include "workbench/drivers/port_driver.h"
+#include "workbench/kernel_driver/driver_control.h"
+#include "workbench/simulated_driver/port_driver.h"
 #include "workbench/tests/device/driver_requests.h"
 
 namespace {

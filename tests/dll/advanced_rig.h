@@ -3,8 +3,8 @@
 
 #include "port_page_rig.h"
 
-#include "workbench/host/page_controls.h"
-#include "workbench/host/sheet_visit.h"
+#include "workbench/rig/page_controls.h"
+#include "workbench/rig/sheet_visit.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -6,7 +6,7 @@
 
 #include "inet/internet_exception.h"
 #include "inet/internet_handles.h"
-#include "workbench/redirect/redirection.h"
+#include "workbench/machine/gate/redirection.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // makes it. For the tests of the port page.
 #pragma once
 
-#include "workbench/server/http_device_server.h"  // before windows.h
+#include "workbench/device_server/http_device_server.h"  // before windows.h
 
 #include <commctrl.h>
 #include <prsht.h>
@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
+#include "workbench/simulated_driver/port_driver.h"
 
 // The driver of a port whose device server is `web`; ports are counted from 1.
 void PointAt(workbench::PortDriver& driver, const workbench::HttpDeviceServer& web, unsigned port);

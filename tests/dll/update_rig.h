@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <string>
 
-#include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
+#include "workbench/simulated_driver/port_driver.h"
 
 using workbench::DriverFault;
 using workbench::kBusSet;

@@ -6,8 +6,8 @@
 
 #include "base/resource_ids.h"
 #include "tests/faults/reinstallation.h"
-#include "workbench/host/page_controls.h"
-#include "workbench/host/sheet_visit.h"
+#include "workbench/rig/page_controls.h"
+#include "workbench/rig/sheet_visit.h"
 
 namespace workbench {
 namespace {

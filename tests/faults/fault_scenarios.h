@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "workbench/drivers/port_driver.h"
 #include "workbench/machine/machine.h"
+#include "workbench/simulated_driver/port_driver.h"
 
 class PortSheet;
 

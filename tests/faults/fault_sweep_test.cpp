@@ -11,7 +11,7 @@
 #include "tests/faults/fault_scenarios.h"
 #include "tests/faults/reinstallation.h"
 #include "tests/faults/run_guard.h"
-#include "workbench/machine/allocation_paths.h"
+#include "workbench/machine/gate/allocation_paths.h"
 
 namespace workbench {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "workbench/machine/machine.h"
-#include "workbench/stories/device_installer.h"
+#include "workbench/rig/device_installer.h"
 
 namespace workbench {
 

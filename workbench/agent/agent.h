@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "workbench/drivers/port_driver.h"
+#include "workbench/machine/gate/redirection.h"
 #include "workbench/machine/machine.h"
-#include "workbench/redirect/redirection.h"
+#include "workbench/simulated_driver/port_driver.h"
 
 namespace workbench {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "workbench/machine/device_text.h"
 #include "workbench/machine/machine.h"
+#include "workbench/machine/models/device_text.h"
 
 namespace workbench {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "workbench/machine/device_tree.h"
+#include "workbench/machine/models/device_tree.h"
 
 namespace workbench {
 

@@ -2,9 +2,9 @@
 
 #include <stdexcept>
 
-#include "workbench/machine/device_text.h"
+#include "workbench/machine/gate/redirection.h"
 #include "workbench/machine/machine.h"
-#include "workbench/redirect/redirection.h"
+#include "workbench/machine/models/device_text.h"
 
 namespace workbench {
 namespace {

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <stdexcept>
 
-#include "workbench/machine/thunk.h"
+#include "workbench/machine/gate/thunk.h"
 
 namespace workbench {
 namespace {

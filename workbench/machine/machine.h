@@ -21,15 +21,15 @@
 #include <vector>
 
 #include "workbench/machine/builders.h"
-#include "workbench/machine/com_database.h"
-#include "workbench/machine/desktop.h"
-#include "workbench/machine/device_sets.h"
-#include "workbench/machine/device_tree.h"
 #include "workbench/machine/dll.h"
-#include "workbench/machine/driver_endpoint.h"
-#include "workbench/machine/gate.h"
-#include "workbench/machine/open_files.h"
-#include "workbench/machine/registry_sandbox.h"
+#include "workbench/machine/gate/gate.h"
+#include "workbench/machine/models/com_database.h"
+#include "workbench/machine/models/desktop.h"
+#include "workbench/machine/models/device_sets.h"
+#include "workbench/machine/models/device_tree.h"
+#include "workbench/machine/models/driver_endpoint.h"
+#include "workbench/machine/models/open_files.h"
+#include "workbench/machine/models/registry_sandbox.h"
 
 namespace workbench {
 

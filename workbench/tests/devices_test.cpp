@@ -1,7 +1,7 @@
 // The simulated host's device tree, sets and class installer, as the DLL sees them.
 #include <gmock/gmock.h>
 
-#include "workbench/machine/device_text.h"
+#include "workbench/machine/models/device_text.h"
 #include "workbench/tests/probe_dll.h"
 
 namespace workbench {

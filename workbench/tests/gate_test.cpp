@@ -1,4 +1,4 @@
-#include "workbench/machine/gate.h"
+#include "workbench/machine/gate/gate.h"
 
 #include <gmock/gmock.h>
 

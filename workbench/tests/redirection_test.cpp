@@ -1,4 +1,4 @@
-#include "workbench/redirect/redirection.h"
+#include "workbench/machine/gate/redirection.h"
 
 #include <gmock/gmock.h>
 

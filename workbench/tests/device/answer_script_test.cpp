@@ -1,5 +1,5 @@
 // The words of the device server's command line.
-#include "workbench/server/answer_script.h"
+#include "workbench/device_server/answer_script.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // The device server over real sockets, in every way in which it can be told to answer.
-#include "workbench/server/http_device_server.h"
+#include "workbench/device_server/http_device_server.h"
 
 #include <gmock/gmock.h>
 #include <wininet.h>

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "workbench/drivers/port_driver.h"
+#include "workbench/simulated_driver/port_driver.h"
 
 namespace workbench {
 

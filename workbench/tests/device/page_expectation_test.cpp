@@ -1,5 +1,5 @@
 // What the workbench expects of a page: the rules that are easy to get wrong.
-#include "workbench/host/port_expectation.h"
+#include "workbench/demo/port_expectation.h"
 
 #include <gmock/gmock.h>
 

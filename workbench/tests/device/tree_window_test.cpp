@@ -1,5 +1,5 @@
 // The stand-in for Device Manager, worked by keyboard.
-#include "workbench/host/tree_window.h"
+#include "workbench/demo/tree_window.h"
 
 #include <gmock/gmock.h>
 #include <prsht.h>
@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "base/resource_ids.h"
-#include "workbench/host/host_report.h"
-#include "workbench/host/on_screen.h"
-#include "workbench/host/page_controls.h"
-#include "workbench/host/sheet_visit.h"
+#include "workbench/demo/host_report.h"
+#include "workbench/rig/on_screen.h"
+#include "workbench/rig/page_controls.h"
+#include "workbench/rig/sheet_visit.h"
 
 namespace workbench {
 namespace {

@@ -1,0 +1,47 @@
+/* What the parts of the kernel driver share: ports.c is the port devices, control.c the back door. */
+#ifndef KD_DRIVER_H
+#define KD_DRIVER_H
+
+#include <ddk/wdm.h>
+
+#include "driver_control.h"
+#include "exchange.h"
+
+/* First member of the extension of every device of the driver. */
+enum kd_device_kind { KD_CONTROL_DEVICE, KD_PORT_DEVICE };
+
+struct kd_port_device {
+  enum kd_device_kind kind;
+  DEVICE_OBJECT* bus;   /* the device that the bus made */
+  DEVICE_OBJECT* lower; /* next in the stack */
+  UNICODE_STRING interface_link;
+  HANDLE directory; /* of the link, where the I/O manager does not make it; else null */
+  BOOLEAN open;
+  struct kd_port port;
+};
+
+/* Guards every port and the back door's state. Held for a request, never across a call out of the driver. */
+extern KSPIN_LOCK kd_lock;
+
+NTSTATUS kd_complete(IRP* irp, NTSTATUS status, ULONG_PTR information);
+
+/* ports.c */
+NTSTATUS NTAPI kd_add_device(DRIVER_OBJECT* driver, DEVICE_OBJECT* bus);
+NTSTATUS kd_port_create(struct kd_port_device* device, IRP* irp);
+NTSTATUS kd_port_close(struct kd_port_device* device, IRP* irp);
+NTSTATUS kd_port_control(struct kd_port_device* device, IRP* irp);
+NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT* device, IRP* irp);
+
+/* reference.c. The string by which user mode tells the interfaces apart: a prefix and the name of the
+   device's driver key without its backslashes. `characters` has room for KD_MOST_REFERENCE. */
+enum { KD_MOST_REFERENCE = 128 };
+NTSTATUS kd_make_reference(DEVICE_OBJECT* bus, WCHAR* characters, UNICODE_STRING* reference);
+
+/* control.c; the last two with the lock held. */
+NTSTATUS kd_create_control(DRIVER_OBJECT* driver);
+void kd_delete_control(DRIVER_OBJECT* driver);
+NTSTATUS kd_control_control(DEVICE_OBJECT* device, IRP* irp);
+const struct kd_scripted_answer* kd_scripted(uint32_t code);
+void kd_record(const struct kd_record* record);
+
+#endif

@@ -1,0 +1,117 @@
+// The table row of one redirected function.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "workbench/machine/gate/import_table.h"
+
+namespace workbench {
+
+// Kinds of things that the DLL is handed and has to give back.
+enum class HandleKind : std::uint8_t {
+  None,
+  File,         // CreateFileW on a real file
+  DriverFile,   // CreateFileW on a driver's interface
+  ComPortFile,  // CreateFileW on \\.\COMn
+  RegistryKey,
+  DeviceSet,
+  ComDatabase,
+  Mutex,
+  Event,
+  Process,
+  Thread,
+  Internet,
+  Gdi,
+  Cursor,
+  Window,
+  LocalMemory,
+  Heap,  // counted, not listed: see Gate::LiveAllocations
+  Module,
+  ActivationContext,
+};
+[[nodiscard]] const char* NameOf(HandleKind kind);
+
+// How a function says whether it succeeded.
+enum class Outcome : std::uint8_t {
+  CannotFail,     // nothing to inject
+  ZeroIsGood,     // LSTATUS, CONFIGRET, ComDB*
+  NonZeroIsGood,  // BOOL, pointers, handles that are null on failure, counts
+  NotMinusOne,    // INVALID_HANDLE_VALUE and indexes
+  Hresult,
+  AboveThirtyTwo,  // ShellExecuteW
+};
+
+// The documented failure of a function: what it returns and the last error that it leaves (0: untouched).
+struct Failure {
+  Outcome outcome = Outcome::CannotFail;
+  std::uint64_t result = 0;
+  DWORD lastError = 0;
+};
+[[nodiscard]] constexpr Failure CannotFail() {
+  return {};
+}
+[[nodiscard]] constexpr Failure FailsWithStatus(DWORD status) {
+  return {Outcome::ZeroIsGood, status, 0};
+}
+[[nodiscard]] constexpr Failure FailsWithZero(DWORD lastError) {
+  return {Outcome::NonZeroIsGood, 0, lastError};
+}
+[[nodiscard]] constexpr Failure FailsWithMinusOne(DWORD lastError) {
+  return {Outcome::NotMinusOne, ~std::uint64_t{0}, lastError};
+}
+[[nodiscard]] constexpr Failure FailsWithHresult(std::uint32_t code) {
+  return {Outcome::Hresult, code, 0};
+}
+[[nodiscard]] constexpr Failure FailsBelowThirtyThree(DWORD code) {
+  return {Outcome::AboveThirtyTwo, code, 0};
+}
+
+// What a successful call does to a handle.
+struct HandleUse {
+  enum class Action : std::uint8_t { None, OpensReturned, OpensArgument, ClosesArgument };
+  Action action = Action::None;
+  HandleKind kind = HandleKind::None;
+  std::uint8_t argument = 0;
+  bool strict = true;  // closing what is not open is a violation
+};
+[[nodiscard]] constexpr HandleUse NoHandle() {
+  return {};
+}
+[[nodiscard]] constexpr HandleUse Returns(HandleKind kind) {
+  return {HandleUse::Action::OpensReturned, kind, 0, true};
+}
+[[nodiscard]] constexpr HandleUse GivesArgument(HandleKind kind, std::uint8_t argument) {
+  return {HandleUse::Action::OpensArgument, kind, argument, true};
+}
+[[nodiscard]] constexpr HandleUse Closes(HandleKind kind, std::uint8_t argument = 0) {
+  return {HandleUse::Action::ClosesArgument, kind, argument, true};
+}
+// For things that others may have made (a window of a control, a shared cursor).
+[[nodiscard]] constexpr HandleUse ClosesIfKnown(HandleKind kind, std::uint8_t argument = 0) {
+  return {HandleUse::Action::ClosesArgument, kind, argument, false};
+}
+
+// One redirected function. The hook logs, faults and counts by this row.
+struct FunctionRow {
+  const char* dll = "";
+  const char* name = "";  // "#15" for an export without a name
+  AnyFunction hook = nullptr;
+  bool simulated = false;  // false: the real function does the work
+  Failure failure{};
+  HandleUse handles{};
+  std::uint32_t inputTexts = 0;  // bit n: argument n is an input text although its type is not const
+  bool countedTexts = false;     // texts come with a length and may lack a terminator: do not read them
+  bool runsAnyway = false;       // an injected failure is reported after the work was done (ReleaseMutex)
+  bool logged = true;            // false for what is called at every turn and tells nothing
+  bool allocates = false;        // memory: counted and failed apart, see Gate::FailAllocation
+};
+
+// All rows of all tables.
+[[nodiscard]] std::vector<const FunctionRow*> AllRows();
+// The row of a function, or null; names are unique over all DLLs.
+[[nodiscard]] const FunctionRow* FindRow(const char* name);
+
+}  // namespace workbench

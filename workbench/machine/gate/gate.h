@@ -1,0 +1,163 @@
+// The gate that every redirected call passes: it logs the call, may fail it, and counts its handles.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/machine/gate/function_row.h"
+
+namespace workbench {
+
+// One argument of a logged call: its bits, and its text when it is an input text ("" for a null pointer).
+struct CallArgument {
+  std::uint64_t value = 0;
+  std::wstring text{};
+};
+
+// One call that the DLL made, in the order in which the calls began.
+struct Call {
+  std::uint64_t number = 0;  // position in the log, from 1
+  const char* dll = "";
+  const char* function = "";
+  std::vector<CallArgument> arguments{};
+  std::wstring detail{};  // what a structure argument held, for example "DIF_PROPERTYCHANGE DICS_DISABLE"
+  std::uint64_t result = 0;
+  DWORD lastError = 0;  // the thread's last error when the call returned
+  DWORD thread = 0;
+  bool returned = false;  // false while the call is under way, and for good when an exception left it
+  bool succeeded = false;
+  bool injected = false;  // failed by a Fault
+
+  // The n-th argument, from 0; an argument that the function does not have is 0 and "".
+  [[nodiscard]] std::uint64_t Number(std::size_t index) const;
+  [[nodiscard]] std::wstring Text(std::size_t index) const;
+};
+
+// A failure to inject. Calls are counted from 1, beginning with the call of Inject.
+struct Fault {
+  static constexpr std::uint64_t kEveryLater = ~std::uint64_t{0};
+
+  std::string function{};        // empty: any function that can fail
+  std::uint64_t from = 1;        // the first matching call that fails
+  std::uint64_t count = 1;       // how many matching calls fail, or kEveryLater
+  std::optional<DWORD> error{};  // instead of the documented error: the status, or the last error
+};
+
+// A handle that the DLL was given and has not given back.
+struct OpenHandle {
+  HandleKind kind = HandleKind::None;
+  std::uint64_t value = 0;
+  std::uint64_t call = 0;  // number of the call that handed it out
+  const char* function = "";
+};
+
+// Where a call stands between its two halves.
+struct CallTicket {
+  std::uint64_t number = 0;  // 0: not logged
+  const FunctionRow* row = nullptr;
+  bool inject = false;
+  std::optional<DWORD> error{};
+};
+
+// The log, the faults and the handles of one machine. Every operation may be called on any thread.
+class Gate {
+ public:
+  Gate();
+
+  // -- for tests and stories
+  [[nodiscard]] std::vector<Call> Log() const;
+  [[nodiscard]] std::vector<Call> CallsOf(std::string_view function) const;
+  [[nodiscard]] std::size_t CountOf(std::string_view function) const;
+  // Names of the calls to one of `functions`, in order: the way to assert an order.
+  [[nodiscard]] std::vector<std::string> OrderOf(std::initializer_list<std::string_view> functions) const;
+  // The log as text, one call per line.
+  [[nodiscard]] std::string LogText() const;
+  // Forgets the log and the call counts; handles and violations stay.
+  void ClearLog();
+
+  // Faults add up. They hold until ClearFaults; their counting starts now.
+  void Inject(Fault fault);
+  void ClearFaults();
+  // Runs `end` at the beginning of the k-th logged call from now, before the call does anything: the place
+  // for the process to end at.
+  void EndAt(std::uint64_t kth, std::function<void()> end);
+  // Calls since construction or ClearLog that a Fault without a function would have counted, and how
+  // many of them were failed.
+  [[nodiscard]] std::uint64_t FaultableCalls() const;
+  [[nodiscard]] std::uint64_t InjectedFaults() const;
+  // Memory allocations of the DLL since construction or ClearLog. FailAllocation fails the k-th from now.
+  [[nodiscard]] std::uint64_t Allocations() const;
+  void FailAllocation(std::uint64_t kth);
+  [[nodiscard]] std::uint64_t FailedAllocations() const;
+  // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
+  // frees what it had before.
+  [[nodiscard]] std::int64_t LiveAllocations() const;
+
+  // What is open. Windows that were destroyed with their parent do not count.
+  [[nodiscard]] std::vector<OpenHandle> OpenHandles() const;
+  [[nodiscard]] std::size_t OpenCount(HandleKind kind) const;
+  // "key of RegOpenKeyExW" for each of them that the DLL does not keep on purpose: the mutex of the
+  // installation, the process that it has started, and modules that were loaded when first needed.
+  [[nodiscard]] std::vector<std::string> LeftOpen() const;
+  // Handles that stay open on purpose (a mutex of the installation, say) are taken out of the account.
+  void ForgetHandles(HandleKind kind);
+
+  // Misuse of an interface that Windows would forgive, punish later or crash on: wrong sizes, wrong
+  // handles, a second close, use after destroy. Empty after a correct run.
+  [[nodiscard]] std::vector<std::string> Violations() const;
+  void ClearViolations();
+
+  // -- for the hooks
+  [[nodiscard]] CallTicket Enter(const FunctionRow& row, std::vector<CallArgument> arguments);
+  void Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError, bool succeeded,
+             std::span<const std::uint64_t> arguments);
+  // Adds to the detail of the call that this thread is in.
+  void Note(std::wstring_view detail);
+  void Violate(std::string text);
+  void Opened(HandleKind kind, std::uint64_t value);
+  // A handle of the kind that was not open is a violation when `strict`.
+  void Closed(HandleKind kind, std::uint64_t value, bool strict);
+
+ private:
+  struct ArmedFault {
+    Fault fault;
+    std::uint64_t seen = 0;
+  };
+  [[nodiscard]] bool Decide(const FunctionRow& row, std::optional<DWORD>& error);
+  [[nodiscard]] bool DecideAllocation();
+  [[nodiscard]] Call* Find(std::uint64_t number);
+  void Account(const FunctionRow& row, std::uint64_t result, std::span<const std::uint64_t> arguments);
+  void CountBlock(const FunctionRow& row, std::uint64_t result, std::uint64_t block);
+
+  mutable std::recursive_mutex lock_;
+  std::vector<Call> log_;
+  std::map<std::string, std::uint64_t, std::less<>> counts_;
+  std::vector<ArmedFault> faults_;
+  std::multimap<std::pair<HandleKind, std::uint64_t>, OpenHandle> handles_;
+  std::vector<std::string> violations_;
+  std::uint64_t nextNumber_ = 1;
+  std::uint64_t endAt_ = 0;  // number of a call; 0: of none
+  std::function<void()> end_;
+  std::uint64_t faultable_ = 0;
+  std::uint64_t injected_ = 0;
+  std::uint64_t allocations_ = 0;
+  std::uint64_t allocationToFail_ = 0;
+  std::uint64_t failedAllocations_ = 0;
+  std::int64_t liveAllocations_ = 0;
+  bool trace_ = false;
+};
+
+// A call as one line of text.
+[[nodiscard]] std::string ToLine(const Call& call);
+
+}  // namespace workbench

@@ -1,0 +1,40 @@
+#include "workbench/machine/models/desktop.h"
+
+namespace workbench {
+namespace {
+
+int DefaultAnswer(UINT style) {
+  switch (style & MB_TYPEMASK) {
+    case MB_OK:
+    case MB_OKCANCEL:
+      return IDOK;
+    case MB_YESNO:
+    case MB_YESNOCANCEL:
+      return IDNO;
+    default:
+      return IDCANCEL;
+  }
+}
+
+}  // namespace
+
+int Desktop::Show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style) {
+  MessageBoxRecord box{.owner = owner,
+                       .text = text == nullptr ? L"" : text,
+                       .caption = caption == nullptr ? L"Error" : caption,
+                       .style = style};
+  if (answerer_) {
+    box.answer = answerer_(box);
+    box.scripted = true;
+  } else if (!answers_.empty()) {
+    box.answer = answers_.front();
+    box.scripted = true;
+    answers_.pop_front();
+  } else {
+    box.answer = show_ ? MessageBoxW(owner, text, caption, style) : DefaultAnswer(style);
+  }
+  messageBoxes.push_back(box);
+  return box.answer;
+}
+
+}  // namespace workbench

@@ -1,0 +1,266 @@
+// SetupAPI: registry keys and properties of devices, install parameters and the class installer.
+#include <windows.h>
+
+#include <setupapi.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "base/unique_handle.h"
+#include "workbench/machine/tables/tables.h"
+
+namespace workbench {
+namespace {
+
+// Where Windows keeps a property: a value of the device's key below Enum.
+struct PropertyValue {
+  DWORD property;
+  const wchar_t* name;
+  DWORD type;
+  bool writable;
+};
+constexpr PropertyValue kProperties[] = {
+    {SPDRP_DEVICEDESC, L"DeviceDesc", REG_SZ, true},
+    {SPDRP_HARDWAREID, L"HardwareID", REG_MULTI_SZ, true},
+    {SPDRP_COMPATIBLEIDS, L"CompatibleIDs", REG_MULTI_SZ, true},
+    {SPDRP_SERVICE, L"Service", REG_SZ, true},
+    {SPDRP_CLASS, L"Class", REG_SZ, false},
+    {SPDRP_CLASSGUID, L"ClassGUID", REG_SZ, false},
+    {SPDRP_DRIVER, L"Driver", REG_SZ, true},
+    {SPDRP_CONFIGFLAGS, L"ConfigFlags", REG_DWORD, true},
+    {SPDRP_MFG, L"Mfg", REG_SZ, true},
+    {SPDRP_FRIENDLYNAME, L"FriendlyName", REG_SZ, true},
+    {SPDRP_LOCATION_INFORMATION, L"LocationInformation", REG_SZ, true},
+};
+
+const PropertyValue* FindProperty(DWORD property) {
+  const auto* found = std::ranges::find(kProperties, property, &PropertyValue::property);
+  return found == std::end(kProperties) ? nullptr : found;
+}
+
+// The element that set and data name, with its id noted in the log; null with last error set.
+SetElement* FindElement(MachineLock& machine, HDEVINFO handle, const SP_DEVINFO_DATA* data) {
+  DeviceSet* set = machine->Sets().Find(handle);
+  SetElement* element = set == nullptr ? nullptr : machine->Sets().FindElement(*set, data);
+  if (element != nullptr) machine->Calls().Note(element->device->instanceId);
+  return element;
+}
+
+HKEY InvalidKey(DWORD error) {
+  SetLastError(error);
+  return static_cast<HKEY>(INVALID_HANDLE_VALUE);
+}
+
+HKEY WINAPI OpenDevRegKey(HDEVINFO handle, SP_DEVINFO_DATA* data, DWORD scope, DWORD profile, DWORD type,
+                          REGSAM access) {
+  MachineLock machine;
+  const SetElement* element = FindElement(machine, handle, data);
+  if (element == nullptr) return static_cast<HKEY>(INVALID_HANDLE_VALUE);
+  if (scope != DICS_FLAG_GLOBAL || profile != 0) {
+    machine->Calls().Violate("only the global scope and profile 0 are used here");
+    return InvalidKey(ERROR_INVALID_FLAGS);
+  }
+  std::wstring path = ParametersKeyOf(element->device->instanceId);
+  if (type == DIREG_DRV) {
+    const auto driver = machine->Registry().Text(EnumKeyOf(element->device->instanceId), L"Driver");
+    if (!driver) return InvalidKey(ERROR_KEY_DOES_NOT_EXIST);
+    path = L"System\\CurrentControlSet\\Control\\Class\\" + *driver;
+  } else if (type != DIREG_DEV) {
+    machine->Calls().Violate("key type is neither DIREG_DEV nor DIREG_DRV");
+    return InvalidKey(ERROR_INVALID_FLAGS);
+  }
+  HKEY key = nullptr;
+  const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, access, &key);
+  if (status == ERROR_FILE_NOT_FOUND) return InvalidKey(ERROR_KEY_DOES_NOT_EXIST);
+  if (status != ERROR_SUCCESS) return InvalidKey(static_cast<DWORD>(status));
+  return key;
+}
+
+BOOL WINAPI GetProperty(HDEVINFO handle, SP_DEVINFO_DATA* data, DWORD property, DWORD* type, BYTE* buffer,
+                        DWORD size, DWORD* required) {
+  MachineLock machine;
+  const SetElement* element = FindElement(machine, handle, data);
+  if (element == nullptr) return FALSE;
+  const PropertyValue* known = FindProperty(property);
+  if (known == nullptr) return FailWith(ERROR_INVALID_REG_PROPERTY);
+  machine->Calls().Note(known->name);
+  const auto value = machine->Registry().Raw(EnumKeyOf(element->device->instanceId), known->name);
+  if (!value) return FailWith(ERROR_INVALID_DATA);
+  if (required != nullptr) *required = static_cast<DWORD>(value->data.size());
+  if (type != nullptr) *type = value->type;
+  if (buffer == nullptr || size < value->data.size()) return FailWith(ERROR_INSUFFICIENT_BUFFER);
+  std::ranges::copy(value->data, buffer);
+  return TRUE;
+}
+
+bool IsTerminated(const BYTE* buffer, DWORD size) {
+  return size >= 2 && size % 2 == 0 && buffer[size - 1] == 0 && buffer[size - 2] == 0;
+}
+
+BOOL WINAPI SetProperty(HDEVINFO handle, SP_DEVINFO_DATA* data, DWORD property, const BYTE* buffer,
+                        DWORD size) {
+  MachineLock machine;
+  const SetElement* element = FindElement(machine, handle, data);
+  if (element == nullptr) return FALSE;
+  const PropertyValue* known = FindProperty(property);
+  if (known == nullptr || !known->writable) return FailWith(ERROR_INVALID_REG_PROPERTY);
+  machine->Calls().Note(known->name);
+  const std::wstring key = EnumKeyOf(element->device->instanceId);
+  if (buffer == nullptr) {
+    machine->Registry().DeleteValue(key, known->name);
+    return TRUE;
+  }
+  if (known->type == REG_SZ && !IsTerminated(buffer, size))
+    machine->Calls().Violate("a text without a terminator");
+  machine->Registry().SetRaw(key, known->name, known->type, buffer, size);
+  return TRUE;
+}
+
+// The parameters of an element or, without an element, of the whole set; null with last error set.
+InstallParameters* FindParameters(MachineLock& machine, HDEVINFO handle, const SP_DEVINFO_DATA* data) {
+  DeviceSet* set = machine->Sets().Find(handle);
+  if (set == nullptr) return nullptr;
+  if (data == nullptr) return &set->parameters;
+  SetElement* element = FindElement(machine, handle, data);
+  return element == nullptr ? nullptr : &element->parameters;
+}
+
+bool HasInstallSize(MachineLock& machine, const SP_DEVINSTALL_PARAMS_W* parameters) {
+  if (parameters != nullptr && parameters->cbSize == sizeof *parameters) return true;
+  machine->Calls().Violate("SP_DEVINSTALL_PARAMS_W of the wrong size");
+  SetLastError(parameters == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_USER_BUFFER);
+  return false;
+}
+
+BOOL WINAPI GetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTALL_PARAMS_W* result) {
+  MachineLock machine;
+  const InstallParameters* parameters = FindParameters(machine, handle, data);
+  if (parameters == nullptr || !HasInstallSize(machine, result)) return FALSE;
+  *result = parameters->install;
+  return TRUE;
+}
+
+BOOL WINAPI SetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTALL_PARAMS_W* given) {
+  MachineLock machine;
+  InstallParameters* parameters = FindParameters(machine, handle, data);
+  if (parameters == nullptr || !HasInstallSize(machine, given)) return FALSE;
+  if ((given->Flags & DI_CLASSINSTALLPARAMS) != 0 && parameters->classInstall.empty()) {
+    return FailWith(ERROR_NO_CLASSINSTALL_PARAMS);
+  }
+  parameters->install = *given;
+  if ((given->Flags & DI_PROPERTIES_CHANGE) != 0) machine->Calls().Note(L"DI_PROPERTIES_CHANGE");
+  if ((given->FlagsEx & DI_FLAGSEX_PROPCHANGE_PENDING) != 0 && data != nullptr) {
+    machine->Devices().Find(data->DevInst)->changePending = true;
+    machine->Calls().Note(L"DI_FLAGSEX_PROPCHANGE_PENDING");
+  }
+  return TRUE;
+}
+
+// What is wrong with class install parameters, or null.
+const char* WrongClassParams(const SP_CLASSINSTALL_HEADER* header, DWORD size) {
+  if (size < sizeof *header || header->cbSize != sizeof *header)
+    return "SP_CLASSINSTALL_HEADER of the wrong size";
+  if (header->InstallFunction == DIF_REMOVE) {
+    return size == sizeof(SP_REMOVEDEVICE_PARAMS) ? nullptr : "SP_REMOVEDEVICE_PARAMS of the wrong size";
+  }
+  if (header->InstallFunction != DIF_PROPERTYCHANGE)
+    return "class install parameters of an unexpected function";
+  if (size != sizeof(SP_PROPCHANGE_PARAMS)) return "SP_PROPCHANGE_PARAMS of the wrong size";
+  const auto* change = reinterpret_cast<const SP_PROPCHANGE_PARAMS*>(header);
+  if (change->StateChange < DICS_ENABLE || change->StateChange > DICS_STOP) return "unknown state change";
+  const bool oneProfile = change->StateChange == DICS_START || change->StateChange == DICS_STOP;
+  if (oneProfile && change->Scope != DICS_FLAG_CONFIGSPECIFIC)
+    return "start and stop are for one hardware profile";
+  if (change->Scope != DICS_FLAG_GLOBAL && change->Scope != DICS_FLAG_CONFIGSPECIFIC) return "unknown scope";
+  return nullptr;
+}
+
+void NoteClassParams(MachineLock& machine, const SP_CLASSINSTALL_HEADER* header) {
+  if (header->InstallFunction != DIF_PROPERTYCHANGE) return;
+  const auto* change = reinterpret_cast<const SP_PROPCHANGE_PARAMS*>(header);
+  static constexpr const wchar_t* kStates[] = {L"DICS_ENABLE", L"DICS_DISABLE", L"DICS_PROPCHANGE",
+                                               L"DICS_START", L"DICS_STOP"};
+  machine->Calls().Note(kStates[change->StateChange - 1]);
+  machine->Calls().Note(change->Scope == DICS_FLAG_GLOBAL ? L"DICS_FLAG_GLOBAL"
+                                                          : L"DICS_FLAG_CONFIGSPECIFIC");
+  machine->Calls().Note(L"profile " + std::to_wstring(change->HwProfile));
+}
+
+BOOL WINAPI SetClassParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_CLASSINSTALL_HEADER* header,
+                           DWORD size) {
+  MachineLock machine;
+  InstallParameters* parameters = FindParameters(machine, handle, data);
+  if (parameters == nullptr) return FALSE;
+  parameters->classInstall.clear();
+  parameters->install.Flags &= ~static_cast<DWORD>(DI_CLASSINSTALLPARAMS);
+  if (header == nullptr && size == 0) return TRUE;
+  const char* wrong = header == nullptr ? "a size without parameters" : WrongClassParams(header, size);
+  if (wrong != nullptr) {
+    machine->Calls().Violate(wrong);
+    return FailWith(ERROR_INVALID_PARAMETER);
+  }
+  NoteClassParams(machine, header);
+  const auto* bytes = reinterpret_cast<const std::byte*>(header);
+  parameters->classInstall.assign(bytes, bytes + size);
+  parameters->install.Flags |= DI_CLASSINSTALLPARAMS;
+  return TRUE;
+}
+
+BOOL ChangeProperty(MachineLock& machine, SetElement& element) {
+  SP_PROPCHANGE_PARAMS change{};
+  if (element.parameters.classInstall.size() != sizeof change) return FailWith(ERROR_NO_CLASSINSTALL_PARAMS);
+  std::memcpy(&change, element.parameters.classInstall.data(), sizeof change);
+  DeviceTree& tree = machine->Devices();
+  if (change.StateChange == DICS_DISABLE || change.StateChange == DICS_STOP) {
+    tree.Disable(*element.device);
+  } else if (change.StateChange == DICS_ENABLE || change.StateChange == DICS_START) {
+    tree.Enable(*element.device);
+  } else {
+    tree.Stop(*element.device);
+    tree.Start(*element.device);
+  }
+  return TRUE;
+}
+
+BOOL WINAPI CallClassInstaller(DI_FUNCTION function, HDEVINFO handle, SP_DEVINFO_DATA* data) {
+  MachineLock machine;
+  SetElement* element = FindElement(machine, handle, data);
+  if (element == nullptr) return FALSE;
+  if (machine->Sets().coInstallers) machine->Sets().coInstallers(function, handle, data);
+  if (function == DIF_PROPERTYCHANGE) {
+    machine->Calls().Note(L"DIF_PROPERTYCHANGE");
+    return ChangeProperty(machine, *element);
+  }
+  if (function == DIF_REMOVE) {
+    machine->Calls().Note(L"DIF_REMOVE");
+    machine->Devices().Remove(*element->device);
+    return TRUE;
+  }
+  machine->Calls().Violate("a class installer function that is not simulated");
+  return FailWith(ERROR_DI_DO_DEFAULT);
+}
+
+const FunctionRow kRows[] = {
+    {"setupapi.dll", KD_SIMULATED(SetupDiOpenDevRegKey, OpenDevRegKey),
+     FailsWithMinusOne(ERROR_ACCESS_DENIED), Returns(HandleKind::RegistryKey)},
+    {"setupapi.dll", KD_SIMULATED(SetupDiGetDeviceRegistryPropertyW, GetProperty),
+     FailsWithZero(ERROR_INVALID_DATA)},
+    {"setupapi.dll", KD_SIMULATED(SetupDiSetDeviceRegistryPropertyW, SetProperty),
+     FailsWithZero(ERROR_ACCESS_DENIED)},
+    {"setupapi.dll", KD_SIMULATED(SetupDiGetDeviceInstallParamsW, GetInstallParams),
+     FailsWithZero(ERROR_INVALID_PARAMETER)},
+    {"setupapi.dll", KD_SIMULATED(SetupDiSetDeviceInstallParamsW, SetInstallParams),
+     FailsWithZero(ERROR_INVALID_PARAMETER)},
+    {"setupapi.dll", KD_SIMULATED(SetupDiSetClassInstallParamsW, SetClassParams),
+     FailsWithZero(ERROR_INVALID_PARAMETER)},
+    {"setupapi.dll", KD_SIMULATED(SetupDiCallClassInstaller, CallClassInstaller),
+     FailsWithZero(ERROR_ACCESS_DENIED)},
+};
+
+}  // namespace
+
+std::span<const FunctionRow> DevicePropertyRows() {
+  return kRows;
+}
+
+}  // namespace workbench

@@ -1,0 +1,108 @@
+// The host's version, its processes and its driver updates.
+#include <windows.h>
+
+#include <newdev.h>
+
+#include "workbench/machine/models/device_text.h"
+#include "workbench/machine/tables/tables.h"
+
+namespace workbench {
+namespace {
+
+BOOL WINAPI GetVersionRecord(OSVERSIONINFOW* version) {
+  MachineLock machine;
+  if (version == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
+  const bool extended = version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOEXW);
+  if (!extended && version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW)) {
+    machine->Calls().Violate("version record of the wrong size");
+    return FailWith(ERROR_INSUFFICIENT_BUFFER);
+  }
+  const Host& host = machine->System();
+  if (host.versionCallFails) return FailWith(ERROR_INSUFFICIENT_BUFFER);
+  const DWORD size = version->dwOSVersionInfoSize;
+  std::fill_n(reinterpret_cast<BYTE*>(version), size, BYTE{0});
+  version->dwOSVersionInfoSize = size;
+  version->dwMajorVersion = host.majorVersion;
+  version->dwMinorVersion = host.minorVersion;
+  version->dwBuildNumber = host.buildNumber;
+  version->dwPlatformId = VER_PLATFORM_WIN32_NT;
+  if (extended) reinterpret_cast<OSVERSIONINFOEXW*>(version)->wProductType = VER_NT_WORKSTATION;
+  return TRUE;
+}
+
+// A program that has ended by the time that its starter looks: its handles are events that are set.
+HANDLE EndedObject(MachineLock& machine, HandleKind kind) {
+  const HANDLE handle = CreateEventW(nullptr, TRUE, TRUE, nullptr);
+  machine->Calls().Opened(kind, Bits(handle));
+  return handle;
+}
+
+BOOL WINAPI StartProcess(const wchar_t* application, wchar_t* commandLine, SECURITY_ATTRIBUTES* process,
+                         SECURITY_ATTRIBUTES* thread, BOOL inherit, DWORD flags, void* environment,
+                         const wchar_t* directory, STARTUPINFOW* startup, PROCESS_INFORMATION* result) {
+  MachineLock machine;
+  if (startup == nullptr || result == nullptr || startup->cb != sizeof *startup) {
+    machine->Calls().Violate("STARTUPINFOW or PROCESS_INFORMATION missing or of the wrong size");
+    return FailWith(ERROR_INVALID_PARAMETER);
+  }
+  if (process != nullptr || thread != nullptr) machine->Calls().Note(L"security attributes");
+  if (environment != nullptr || directory != nullptr) machine->Calls().Note(L"environment or directory");
+  machine->System().processes.push_back({.application = application == nullptr ? L"" : application,
+                                         .commandLine = commandLine == nullptr ? L"" : commandLine,
+                                         .inherit = inherit != FALSE,
+                                         .flags = flags,
+                                         .startupSize = startup->cb});
+  if (machine->System().processError != ERROR_SUCCESS) return FailWith(machine->System().processError);
+  const auto number = static_cast<DWORD>(4000 + 4 * machine->System().processes.size());
+  *result = {.hProcess = EndedObject(machine, HandleKind::Process),
+             .hThread = EndedObject(machine, HandleKind::Thread),
+             .dwProcessId = number,
+             .dwThreadId = number + 1};
+  return TRUE;
+}
+
+bool HasHardwareId(Machine& machine, const Device& device, const std::wstring& wanted) {
+  const auto raw = machine.Registry().Raw(EnumKeyOf(device.instanceId), L"HardwareID");
+  if (!raw) return false;
+  const std::wstring_view all(reinterpret_cast<const wchar_t*>(raw->data.data()),
+                              raw->data.size() / sizeof(wchar_t));
+  for (std::size_t from = 0; from < all.size();) {
+    const std::size_t end = std::min(all.find(L'\0', from), all.size());
+    if (EqualNoCase(all.substr(from, end - from), wanted)) return true;
+    from = end + 1;
+  }
+  return false;
+}
+
+BOOL WINAPI UpdateDriver(HWND owner, const wchar_t* hardwareId, const wchar_t* infPath, DWORD flags,
+                         BOOL* reboot) {
+  MachineLock machine;
+  if (hardwareId == nullptr || infPath == nullptr) {
+    machine->Calls().Violate("a text is missing");
+    return FailWith(ERROR_INVALID_PARAMETER);
+  }
+  machine->System().driverUpdates.push_back(
+      {.owner = owner, .hardwareId = hardwareId, .infPath = infPath, .flags = flags});
+  if (machine->System().updateError != ERROR_SUCCESS) return FailWith(machine->System().updateError);
+  bool found = false;
+  for (const Device* device : machine->Devices().All())
+    found = found || HasHardwareId(*machine, *device, hardwareId);
+  if (!found) return FailWith(ERROR_NO_SUCH_DEVINST);
+  if (reboot != nullptr) *reboot = machine->System().updateNeedsReboot ? TRUE : FALSE;
+  return TRUE;
+}
+
+const FunctionRow kRows[] = {
+    {"kernel32.dll", KD_SIMULATED(GetVersionExW, GetVersionRecord), FailsWithZero(ERROR_INSUFFICIENT_BUFFER)},
+    {"kernel32.dll", KD_SIMULATED(CreateProcessW, StartProcess), FailsWithZero(ERROR_FILE_NOT_FOUND)},
+    {"newdev.dll", KD_SIMULATED(UpdateDriverForPlugAndPlayDevicesW, UpdateDriver),
+     FailsWithZero(ERROR_NO_SUCH_DEVINST)},
+};
+
+}  // namespace
+
+std::span<const FunctionRow> HostRows() {
+  return kRows;
+}
+
+}  // namespace workbench
