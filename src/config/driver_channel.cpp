@@ -1,4 +1,5 @@
-// The exchanges with a driver.
+#include "config/driver_channel.h"
+
 #include <windows.h>
 
 #include <winioctl.h>
@@ -11,7 +12,6 @@
 
 #include "base/unique_handle.h"
 #include "config/byte_stream.h"
-#include "config/user_mode_config.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ constexpr DWORD ControlCode(DWORD function) {
   return CTL_CODE(0x8001U, function, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS);
 }
 
-constexpr DWORD kWriteSet = ControlCode(0x802);
+constexpr DWORD kWriteCode = ControlCode(0x802);
 
 // The two codes of a read: how large the set is, and the set.
 struct ReadCodes {
@@ -95,16 +95,16 @@ bool ReadSet(const CWideString& path, const ReadCodes& codes, CSsInformationSet&
 
 }  // namespace
 
-bool CKdUserModeConfig::GetParameterSet(CSsInformationSet& set, std::uint32_t selector) {
-  return ReadSet(path_, kCurrentSet, set, selector);
+bool ReadCurrentSet(const CWideString& path, CSsInformationSet& set, std::uint32_t selector) {
+  return ReadSet(path, kCurrentSet, set, selector);
 }
 
-bool CKdUserModeConfig::GetDefaultParameterSet(CSsInformationSet& set, std::uint32_t selector) {
-  return ReadSet(path_, kDefaultSet, set, selector);
+bool ReadDefaultSet(const CWideString& path, CSsInformationSet& set, std::uint32_t selector) {
+  return ReadSet(path, kDefaultSet, set, selector);
 }
 
-bool CKdUserModeConfig::SetParameterSet(CSsInformationSet& set, std::uint32_t selector) {
-  const CFileHandle driver = OpenDriver(path_);
+bool WriteSet(const CWideString& path, CSsInformationSet& set, std::uint32_t selector) {
+  const CFileHandle driver = OpenDriver(path);
   if (!driver) return false;
   const std::uint32_t size = set.GetSerialisedSize();
   if (size > std::numeric_limits<DWORD>::max() - kHeaderBytes) return false;
@@ -115,6 +115,6 @@ bool CKdUserModeConfig::SetParameterSet(CSsInformationSet& set, std::uint32_t se
   std::uint32_t room = size;
   if (!set.Serialise(request.get() + kHeaderBytes, room)) return false;
   DWORD written = 0;
-  return DeviceIoControl(driver.Get(), kWriteSet, request.get(), size + kHeaderBytes, nullptr, 0, &written,
+  return DeviceIoControl(driver.Get(), kWriteCode, request.get(), size + kHeaderBytes, nullptr, 0, &written,
                          nullptr) != FALSE;
 }

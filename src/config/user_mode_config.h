@@ -11,35 +11,14 @@
 
 #include <cstdint>
 
-#include "base/device_handles.h"
 #include "base/wide_string.h"
+#include "config/device_interface.h"
 #include "config/information_set.h"
 #include "install/devices/device_reg_info.h"
 
 // The interface class of the drivers' configuration interface.
 inline constexpr GUID kConfigurationInterfaceClass = {
     0x6E2B9D14, 0x7A3C, 0x4F85, {0x9B, 0x21, 0xC4, 0xD0, 0x7E, 0x5A, 0x1F, 0x93}};
-
-// A device interface class and the set of its instances that a search has opened; destroys the set.
-class CKdSetupDi_DeviceInterface {
- public:
-  explicit CKdSetupDi_DeviceInterface(const GUID& interfaceClass) noexcept
-      : interfaceClass_(interfaceClass) {}
-  CKdSetupDi_DeviceInterface(const CKdSetupDi_DeviceInterface&) = delete;
-  CKdSetupDi_DeviceInterface& operator=(const CKdSetupDi_DeviceInterface&) = delete;
-  virtual ~CKdSetupDi_DeviceInterface() = default;
-
- protected:
-  [[nodiscard]] const GUID& InterfaceClass() const noexcept { return interfaceClass_; }
-  // Opens the set of the interfaces that are there now. Failure is told on the standard output.
-  [[nodiscard]] bool OpenInterfaces();
-  // The path of the interface with this index; false at the end of the set and when SetupAPI fails.
-  [[nodiscard]] bool ReadPath(DWORD index, CWideString& path) const;
-
- private:
-  GUID interfaceClass_;
-  CDeviceInfoList interfaces_;
-};
 
 // The channel of one device. No driver handle stays open between operations, and none shows a message or
 // reports an error code: callers decide what to tell the user. One object serves one thread.
