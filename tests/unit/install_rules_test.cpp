@@ -6,11 +6,8 @@
 
 namespace {
 
-TEST(InstallRules, BackupKeyKeepsTheLastCharacterOfTheMiddleSegment) {
-  const struct {
-    const wchar_t* id;
-    const wchar_t* key;
-  } cases[] = {
+TEST(InstallRules, BackupKeyKeepsOneCharacterOfTheMiddleSegment) {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
       {L"KDBUS\\PORT_8X\\1&2A&0&03", L"KDBUS_X_1&2A&0&03"},
       {L"KDBUS\\P\\1&2A", L"KDBUS_P_1&2A"},
       {L"KDBUS\\\\1&2A", L"KDBUS__1&2A"},
@@ -21,15 +18,12 @@ TEST(InstallRules, BackupKeyKeepsTheLastCharacterOfTheMiddleSegment) {
       {L"KDBUS\\PORT\\", L"KDBUS_T_"},
       {L"", L""},
   };
-  for (const auto& row : cases) EXPECT_EQ(BackupKeyName(row.id), CWideString(row.key)) << "id " << row.id;
+  for (const auto& [id, key] : cases) EXPECT_EQ(BackupKeyName(id), key) << id;
 }
 
-TEST(InstallRules, CapabilityValuesAreKnownByTheirName) {
-  EXPECT_TRUE(IsCapabilityValue(L"Supported"));
-  EXPECT_TRUE(IsCapabilityValue(L"BaudRatesSupportedMask"));
-  EXPECT_FALSE(IsCapabilityValue(L"supported"));
-  EXPECT_FALSE(IsCapabilityValue(L"Support"));
-  EXPECT_FALSE(IsCapabilityValue(L""));
+TEST(InstallRules, ValueWithSupportedInItsNameIsACapability) {
+  for (const wchar_t* name : {L"Supported", L"BaudRatesSupportedMask"}) EXPECT_TRUE(IsCapabilityValue(name));
+  for (const wchar_t* name : {L"supported", L"Support", L""}) EXPECT_FALSE(IsCapabilityValue(name));
 }
 
 TEST(InstallRules, OnlyTheNumberOneForbidsTheUpdate) {
@@ -39,33 +33,28 @@ TEST(InstallRules, OnlyTheNumberOneForbidsTheUpdate) {
   }
 }
 
-TEST(InstallRules, MajorVersionSevenIsLeftOutOfSorting) {
-  const struct {
-    std::uint32_t major;
-    std::uint32_t minor;
-    bool sorts;
-  } cases[] = {{5, 2, false}, {6, 0, false}, {6, 1, true},  {6, 3, true},
-               {7, 0, false}, {7, 9, false}, {10, 0, true}, {8, 0, true}};
-  for (const auto& row : cases) {
-    EXPECT_EQ(SortsPortNames(row.major, row.minor), row.sorts) << row.major << "." << row.minor;
+TEST(InstallRules, WindowsFromSixOneOnSortsExceptMajorVersionSeven) {
+  using Version = std::pair<std::uint32_t, std::uint32_t>;
+  for (const auto& [major, minor] : {Version{6, 1}, {6, 3}, {8, 0}, {10, 0}}) {
+    EXPECT_TRUE(SortsPortNames(major, minor)) << major << "." << minor;
+  }
+  for (const auto& [major, minor] : {Version{5, 2}, {6, 0}, {7, 0}, {7, 9}}) {
+    EXPECT_FALSE(SortsPortNames(major, minor)) << major << "." << minor;
   }
 }
 
 TEST(InstallRules, HardwareIdIsCutAtTheSecondBackslashAndRaised) {
-  const struct {
-    const wchar_t* id;
-    const wchar_t* hardwareId;
-  } cases[] = {
+  const std::pair<const wchar_t*, const wchar_t*> cases[] = {
       {L"usb\\vid_3a7e&pid_5002&mi_01\\7&abc&0&0001", L"USB\\VID_3A7E&PID_5002&MI_01"},
       {L"USB\\VID_3A7E&PID_1015", L"USB\\VID_3A7E&PID_1015"},
       {L"usb\\\\x", L"USB\\"},
       {L"root", L"ROOT"},
       {L"", L""},
   };
-  for (const auto& row : cases) EXPECT_EQ(HardwareIdOf(row.id), CWideString(row.hardwareId)) << row.id;
+  for (const auto& [id, hardwareId] : cases) EXPECT_EQ(HardwareIdOf(id), hardwareId) << id;
 }
 
-TEST(InstallRules, UsbModelsHaveTheirNumberAndTheirWayWithATakenOne) {
+TEST(InstallRules, UsbModelsHaveTheirNumberAndThreeTakeItUnasked) {
   const struct {
     const wchar_t* hardwareId;
     std::optional<std::int32_t> number;
@@ -85,41 +74,36 @@ TEST(InstallRules, UsbModelsHaveTheirNumberAndTheirWayWithATakenOne) {
   }
 }
 
-TEST(InstallRules, FreeNumbersEndWithTheUsageMap) {
+TEST(InstallRules, NumbersOutsideTheUsageMapAreNotFree) {
   ComUsage usage{};
-  EXPECT_FALSE(IsNumberFree(usage, 0));
-  EXPECT_TRUE(IsNumberFree(usage, 1));
-  EXPECT_TRUE(IsNumberFree(usage, 256));
-  EXPECT_FALSE(IsNumberFree(usage, 257));
-  EXPECT_FALSE(IsNumberFree(usage, 0xFFFFFFFF));
   usage[255] = 1;
-  EXPECT_FALSE(IsNumberFree(usage, 256));
-  EXPECT_TRUE(IsNumberFree(usage, 255));
+  for (const std::uint32_t number : {1U, 255U}) EXPECT_TRUE(IsNumberFree(usage, number)) << number;
+  for (const std::uint32_t number : {0U, 256U, 257U, 0xFFFFFFFFU}) {
+    EXPECT_FALSE(IsNumberFree(usage, number)) << number;
+  }
+  usage[255] = 0;
+  EXPECT_TRUE(IsNumberFree(usage, 256));
 }
 
 TEST(InstallRules, SearchForAFreeNumberKeepsToItsRange) {
-  ComUsage usage;
-  usage.fill(1);
-  EXPECT_EQ(FirstFreeNumber(usage, 3, 255), std::nullopt);
-  usage[0] = usage[1] = usage[255] = 0;
-  EXPECT_EQ(FirstFreeNumber(usage, 3, 255), std::nullopt);
-  usage[254] = 0;
-  EXPECT_EQ(FirstFreeNumber(usage, 3, 255), 255u);
-  usage[2] = 0;
-  EXPECT_EQ(FirstFreeNumber(usage, 3, 255), 3u);
-}
-
-TEST(InstallRules, AMovedHolderEndsOnTheSizeOfItsNameWhenEverythingIsTaken) {
-  ComUsage usage;
-  usage.fill(1);
-  usage[254] = 0;  // 255 is past the end of this search
-  EXPECT_EQ(NumberForMovedHolder(&usage, 5, L"COM4"), 10u);
-  EXPECT_EQ(NumberForMovedHolder(&usage, 5, L"COM89"), 12u);
-  EXPECT_EQ(NumberForMovedHolder(nullptr, 5, L"COM4"), 10u);
-  usage[253] = 0;
-  EXPECT_EQ(NumberForMovedHolder(&usage, 5, L"COM4"), 254u);
-  usage[3] = 0;
-  EXPECT_EQ(NumberForMovedHolder(&usage, 5, L"COM4"), 254u);
+  const struct {
+    std::vector<std::size_t> free;  // numbers
+    std::optional<std::uint32_t> from3To255;
+    std::uint32_t forHolderOfCom4;  // searched from 5 to 254; else twice the size of its name with its end
+  } cases[] = {
+      {{}, std::nullopt, 10}, {{1, 2, 256}, std::nullopt, 10},
+      {{255}, 255, 10},       {{254, 255}, 254, 254},
+      {{4, 254}, 4, 254},     {{3, 5}, 3, 5},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(testing::PrintToString(row.free));
+    ComUsage usage;
+    usage.fill(1);
+    for (const std::size_t number : row.free) usage[number - 1] = 0;
+    EXPECT_EQ(FirstFreeNumber(usage, 3, 255), row.from3To255);
+    EXPECT_EQ(NumberForMovedHolder(&usage, 5, L"COM4"), row.forHolderOfCom4);
+  }
+  EXPECT_EQ(NumberForMovedHolder(nullptr, 5, L"COM89"), 12u) << "an unreadable database has no free number";
 }
 
 }  // namespace

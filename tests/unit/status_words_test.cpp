@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "status/choice_list.h"
 #include "status/com_name_list.h"
@@ -10,63 +12,48 @@
 
 namespace {
 
-using IndexToText = CWideString (*)(std::uint32_t);
-using CodeToText = CWideString (*)(std::wstring_view);
-using CodeToIndex = std::uint32_t (*)(std::uint32_t);
-
-TEST(SerialWordsTest, IndexesBecomeWords) {
-  const struct {
-    IndexToText convert;
-    std::uint32_t index;
-    const wchar_t* word;
-  } cases[] = {
-      {DataBitsIndexToText, 0, L"5"},
-      {DataBitsIndexToText, 3, L"8"},
-      {DataBitsIndexToText, 4, L""},
-      {DataBitsIndexToText, 0xFFFFFFFF, L""},
-      {ParityIndexToText, 1, L"Odd"},
-      {ParityIndexToText, 4, L"Space"},
-      {ParityIndexToText, 5, L"None"},
-      {StopBitsIndexToText, 1, L"1.5"},
-      {StopBitsIndexToText, 2, L"2"},
-      {StopBitsIndexToText, 3, L"None"},
-      {FlowControlIndexToText, 2, L"DTR/DSR"},
-      {FlowControlIndexToText, 3, L"None"},
-      {FlowControlIndexToText, 4, L"None"},
-      {DuplexIndexToText, 1, L"RS422 full-duplex mode"},
-      {DuplexIndexToText, 2, L"RS485 half-duplex autogating mode"},
-      {DuplexIndexToText, 3, L"None"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(c.convert(c.index), c.word) << c.index;
+template <CWideString (*kOfCode)(std::wstring_view)>
+CWideString OfCode(std::uint32_t code) {
+  return kOfCode(L" " + std::to_wstring(code) + L"x");
 }
 
-TEST(SerialWordsTest, CodesOfTheDeviceBecomeWords) {
+TEST(SerialWordsTest, IndexesAndCodesBecomeWords) {
   const struct {
-    CodeToText convert;
-    const wchar_t* code;
-    const wchar_t* word;
+    const char* what;
+    CWideString (*convert)(std::uint32_t);
+    std::vector<const wchar_t*> words;  // from 0 on
+    const wchar_t* otherwise = L"None";
   } cases[] = {
-      {ParityCodeToText, L"1", L"None"},
-      {ParityCodeToText, L"3", L"Even"},
-      {ParityCodeToText, L"5", L"Space"},
-      {ParityCodeToText, L"6", L"None"},
-      {ParityCodeToText, L"abc", L"None"},
-      {ParityCodeToText, L"-1", L"None"},
-      {StopBitsCodeToText, L"2", L"2"},
-      {StopBitsCodeToText, L"3", L"1.5"},
-      {StopBitsCodeToText, L"0", L"None"},
-      {FlowControlCodeToText, L" 4x", L"Xon/Xoff"},
-      {FlowControlCodeToText, L"2", L"CTS/RTS"},
-      {FlowControlCodeToText, L"", L"None"},
-      {DuplexCodeToText, L"1", L"RS422 full-duplex mode"},
-      {DuplexCodeToText, L"9999999999", L"None"},
+      {"data bits", DataBitsIndexToText, {L"5", L"6", L"7", L"8"}, L""},
+      {"parity", ParityIndexToText, {L"None", L"Odd", L"Even", L"Mark", L"Space"}},
+      {"parity code", OfCode<ParityCodeToText>, {L"None", L"None", L"Odd", L"Even", L"Mark", L"Space"}},
+      {"stop bits", StopBitsIndexToText, {L"1", L"1.5", L"2"}},
+      {"stop bits code", OfCode<StopBitsCodeToText>, {L"None", L"1", L"2", L"1.5"}},
+      {"flow control", FlowControlIndexToText, {L"None", L"CTS/RTS", L"DTR/DSR"}},  // Xon/Xoff has no word
+      {"flow control code",
+       OfCode<FlowControlCodeToText>,
+       {L"None", L"None", L"CTS/RTS", L"DTR/DSR", L"Xon/Xoff"}},
+      {"duplex mode",
+       DuplexIndexToText,
+       {L"None", L"RS422 full-duplex mode", L"RS485 half-duplex autogating mode"}},
+      {"duplex mode code",
+       OfCode<DuplexCodeToText>,
+       {L"None", L"RS422 full-duplex mode", L"RS485 half-duplex autogating mode"}},
   };
-  for (const auto& c : cases) EXPECT_EQ(c.convert(c.code), c.word) << c.code;
+  for (const auto& row : cases) {
+    for (std::uint32_t number = 0; number < 7; ++number) {
+      EXPECT_EQ(row.convert(number), number < row.words.size() ? row.words[number] : row.otherwise)
+          << row.what << " " << number;
+    }
+    EXPECT_EQ(row.convert(0xFFFFFFFF), row.otherwise) << row.what;
+  }
+  EXPECT_EQ(ParityCodeToText(L"-1"), L"None");
+  EXPECT_EQ(StopBitsCodeToText(L""), L"None");
 }
 
 TEST(SerialWordsTest, CodesBecomeIndexes) {
   const struct {
-    CodeToIndex convert;
+    std::uint32_t (*convert)(std::uint32_t);
     std::uint32_t indexes[7];  // of codes 0 to 6
   } cases[] = {
       {ParityCodeToIndex, {0, 0, 1, 2, 3, 4, 0}},
@@ -74,27 +61,29 @@ TEST(SerialWordsTest, CodesBecomeIndexes) {
       {FlowControlCodeToIndex, {0, 0, 1, 2, 4, 0, 0}},
       {DuplexCodeToIndex, {0, 1, 2, 0, 0, 0, 0}},
   };
-  for (std::size_t row = 0; row < std::size(cases); ++row) {
+  for (const auto& row : cases) {
     for (std::uint32_t code = 0; code < 7; ++code) {
-      EXPECT_EQ(cases[row].convert(code), cases[row].indexes[code]) << row << " " << code;
+      EXPECT_EQ(row.convert(code), row.indexes[code]) << &row - cases << " " << code;
     }
-    EXPECT_EQ(cases[row].convert(0xFFFFFFFF), 0U) << row;
+    EXPECT_EQ(row.convert(0xFFFFFFFF), 0U) << &row - cases;
   }
 }
 
-constexpr wchar_t kFive[] = L"a,b b, c,d,e,f";
-
-TEST(ChoiceListTest, MaskOffersAndPlacesStay) {
-  EXPECT_EQ(SplitChoices(kFive, 0), ChoiceList());
-  EXPECT_EQ(SplitChoices(kFive, 6), (ChoiceList{{L"b b", 2}, {L" c", 3}}));
-  EXPECT_EQ(SplitChoices(kFive, 16), (ChoiceList{{L"e,f", 5}}));
-  EXPECT_EQ(SplitChoices(kFive, 0xFFFFFFE1), (ChoiceList{{L"a", 1}}));
-}
-
-TEST(ChoiceListTest, EachMissingCommaCostsACharacter) {
-  EXPECT_EQ(SplitChoices(L"A,B", 31), (ChoiceList{{L"A", 1}, {L"", 2}, {L"", 3}, {L"", 4}, {L"", 5}}));
-  EXPECT_EQ(SplitChoices(L"A,12345", 16), (ChoiceList{{L"45", 5}}));
-  EXPECT_EQ(SplitChoices(L"", 17), (ChoiceList{{L"", 1}, {L"", 5}}));
+TEST(ChoiceListTest, MaskOffersChoicesAndEachMissingCommaCostsACharacter) {
+  const struct {
+    const wchar_t* text;
+    std::uint32_t mask;
+    ChoiceList list;
+  } cases[] = {
+      {L"a,b b, c,d,e,f", 0, {}},
+      {L"a,b b, c,d,e,f", 6, {{L"b b", 2}, {L" c", 3}}},
+      {L"a,b b, c,d,e,f", 16, {{L"e,f", 5}}},
+      {L"a,b b, c,d,e,f", 0xFFFFFFE1, {{L"a", 1}}},
+      {L"A,B", 31, {{L"A", 1}, {L"", 2}, {L"", 3}, {L"", 4}, {L"", 5}}},
+      {L"A,12345", 16, {{L"45", 5}}},
+      {L"", 17, {{L"", 1}, {L"", 5}}},
+  };
+  for (const auto& row : cases) EXPECT_EQ(SplitChoices(row.text, row.mask), row.list) << row.mask;
 }
 
 TEST(ChoiceListTest, LastMatchIsFound) {
@@ -109,12 +98,14 @@ TEST(ChoiceListTest, LastMatchIsFound) {
 TEST(PortsDefaultTest, OrderAndLettersAreThoseOfThePage) {
   const struct {
     std::uint32_t baud, data, parity, stop, flow;
-    const wchar_t* text;
+    const wchar_t* text;  // null: there is none
   } cases[] = {
       {9600, 3, 0, 0, 0, L"9600,8,n,1"},
       {9600, 3, 0, 0, 4, L"9600,8,n,1,x"},
       {115200, 0, 4, 1, 1, L"115200,5,s,1.5,p"},
       {300, 2, 2, 2, 2, L"300,7,e,2,p"},
+      {9600, 1, 1, 0, 0, L"9600,6,o,1"},
+      {9600, 3, 3, 0, 0, L"9600,8,m,1"},
       {9600, 3, 0, 0, 3, nullptr},
       {9600, 3, 0, 0, 5, nullptr},
       {9600, 4, 0, 0, 0, nullptr},
@@ -124,10 +115,7 @@ TEST(PortsDefaultTest, OrderAndLettersAreThoseOfThePage) {
   };
   for (const auto& c : cases) {
     const auto text = PortsDefaultSettings(c.baud, c.data, c.parity, c.stop, c.flow);
-    ASSERT_EQ(text.has_value(), c.text != nullptr) << c.baud << " " << c.flow;
-    if (text) {
-      EXPECT_EQ(*text, c.text);
-    }
+    EXPECT_EQ(text, c.text ? std::optional(CWideString(c.text)) : std::nullopt) << &c - cases;
   }
 }
 

@@ -10,61 +10,11 @@
 
 namespace {
 
-TEST(UiAddressText, MacTakesTheThreeLowBytesOfEachHalf) {
+TEST(UiAddressText, MacTakesThreeLowBytesOfEachHalfAndIpv4StartsWithTheHighest) {
   EXPECT_EQ(MacText(0x112233, 0x445566), L"11:22:33:44:55:66");
-  EXPECT_EQ(MacText(0xFF000A0B, 0xEE00C00D), L"00:0A:0B:00:C0:0D") << "high bytes are no part of it";
-}
-
-TEST(UiAddressText, Ipv4BeginsWithTheMostSignificantByte) {
+  EXPECT_EQ(MacText(0xFF000A0B, 0xEE00C00D), L"00:0A:0B:00:C0:0D");
   EXPECT_EQ(Ipv4Text(0xC0A80001), L"192.168.0.1");
-  EXPECT_EQ(Ipv4Text(0), L"0.0.0.0");
   EXPECT_EQ(Ipv4Text(0xFFFFFFFF), L"255.255.255.255");
-}
-
-// A set whose parameters all differ from the fields of kUntouched in nothing.
-void Describe(CKdNBusUserModeInterface& set) {
-  set.AddressToConnect = 0xC0A80001;
-  set.PortNumber = 4001;
-  set.ConnectionAttemptTimeout = 5;
-  set.ConnectionIdleTimeout = 60;
-}
-constexpr TcpIpFields kUntouched{
-    .tcpPort = 4001, .attemptTimeout = 5, .idleTimeout = 60, .verification = true};
-
-TEST(UiTcpIpRules, WhatTheFieldsShowWritesNothing) {
-  CKdNBusUserModeInterface set;
-  Describe(set);
-  EXPECT_FALSE(AdoptFields(set, FieldsOf(set)));
-  EXPECT_FALSE(AdoptFields(set, kUntouched));
-}
-
-TEST(UiTcpIpRules, EveryFieldIsAChangeOfItsOwn) {
-  struct Row {
-    const char* name;
-    void (*edit)(TcpIpFields&);
-    std::uint32_t CKdNBusUserModeInterface::*parameter;
-    std::uint32_t expected;
-  };
-  const Row rows[] = {
-      {"port", [](TcpIpFields& f) { f.tcpPort = 0; }, &CKdNBusUserModeInterface::PortNumber, 0},
-      {"attempt", [](TcpIpFields& f) { f.attemptTimeout = 20; },
-       &CKdNBusUserModeInterface::ConnectionAttemptTimeout, 20},
-      {"idle", [](TcpIpFields& f) { f.idleTimeout = 61; }, &CKdNBusUserModeInterface::ConnectionIdleTimeout,
-       61},
-      {"model", [](TcpIpFields& f) { f.verification = false; },
-       &CKdNBusUserModeInterface::IgnoreModelChecking, 1},
-      {"protocol", [](TcpIpFields& f) { f.verification = false; },
-       &CKdNBusUserModeInterface::IgnoreForceProtocol, 1},
-  };
-  for (const Row& row : rows) {
-    CKdNBusUserModeInterface set;
-    Describe(set);
-    TcpIpFields fields = kUntouched;
-    row.edit(fields);
-    EXPECT_TRUE(AdoptFields(set, fields)) << row.name;
-    EXPECT_EQ(set.*row.parameter, row.expected) << row.name;
-    EXPECT_EQ(set.AddressToConnect, 0xC0A80001u) << row.name;
-  }
 }
 
 TEST(UiTcpIpRules, VerificationIsOnUnlessBothChecksAreIgnored) {
@@ -83,24 +33,6 @@ TEST(UiTcpIpRules, VerificationIsOnUnlessBothChecksAreIgnored) {
     EXPECT_EQ(set.IgnoreModelChecking, row.shown ? 0u : 1u);
     EXPECT_EQ(set.IgnoreForceProtocol, set.IgnoreModelChecking);
   }
-}
-
-TEST(UiTcpIpRules, RestoreKeepsTheTcpPort) {
-  CKdNBusUserModeInterface current;
-  Describe(current);
-  CKdNBusUserModeInterface defaults;
-  defaults.PortNumber = 5300;
-  defaults.ConnectionAttemptTimeout = 3;
-  defaults.ConnectionIdleTimeout = 0;
-  defaults.IgnoreModelChecking = 1;
-  defaults.IgnoreForceProtocol = 1;
-  const TcpIpFields fields = RestoredFields(current, defaults);
-  EXPECT_EQ(fields.tcpPort, 4001u);
-  EXPECT_EQ(fields.attemptTimeout, 3u);
-  EXPECT_EQ(fields.idleTimeout, 0u);
-  EXPECT_FALSE(fields.verification);
-  defaults.IgnoreForceProtocol = 0;
-  EXPECT_TRUE(RestoredFields(current, defaults).verification);
 }
 
 TEST(UiDeviceRules, HighPerformanceIsTheInverseOfItsParameter) {
@@ -125,25 +57,20 @@ TEST(UiDeviceRules, ComNameIsTheEntryWithoutItsMarks) {
   EXPECT_EQ(ChosenComName(L""), L"");
 }
 
-TEST(UiDeviceRules, DuplexDefaultOfZeroRestoresAsRs422) {
+TEST(UiDeviceRules, DuplexDefaultOfZeroIsRestoredAsRs422) {
   EXPECT_EQ(RestoredDuplexMode(0), 1u);
   EXPECT_EQ(RestoredDuplexMode(1), 1u);
   EXPECT_EQ(RestoredDuplexMode(2), 2u);
 }
 
 TEST(UiLinkText, ColourIsThreeBytesInDecimal) {
-  struct Row {
-    const wchar_t* text;
-    std::optional<std::uint32_t> colour;
-  };
-  const Row rows[] = {
+  const std::pair<const wchar_t*, std::optional<std::uint32_t>> rows[] = {
       {L"0,0,255", 0xFF0000},     {L"128,0,128", 0x800080},   {L" 1, 2 ,3 ", 0x030201},
       {L"255,255,255", 0xFFFFFF}, {L"", std::nullopt},        {L"0,0", std::nullopt},
       {L"0,0,0,0", std::nullopt}, {L"0,0,256", std::nullopt}, {L"0,,0", std::nullopt},
       {L"-1,0,0", std::nullopt},  {L"0x1,0,0", std::nullopt}, {L"1 2,0,0", std::nullopt},
       {L"blue", std::nullopt},    {L"0,0,0,", std::nullopt},  {L"4294967296,0,0", std::nullopt}};
-  for (const Row& row : rows)
-    EXPECT_EQ(ParseLinkColour(row.text), row.colour) << testing::PrintToString(row.text);
+  for (const auto& [text, colour] : rows) EXPECT_EQ(ParseLinkColour(text), colour) << text;
 }
 
 TEST(UiLinkText, TagsMarkTheLink) {
@@ -160,10 +87,11 @@ TEST(UiLinkText, TagsMarkTheLink) {
                       {L"<A>open", true, L"", L"<A>open", L""},
                       {L"", true, L"", L"", L""}};
   for (const Row& row : rows) {
+    SCOPED_TRACE(row.text);
     const LinkText parts = SplitLinkText(row.text, row.tags);
-    EXPECT_EQ(parts.before, row.before) << testing::PrintToString(row.text);
-    EXPECT_EQ(parts.link, row.link) << testing::PrintToString(row.text);
-    EXPECT_EQ(parts.after, row.after) << testing::PrintToString(row.text);
+    EXPECT_EQ(parts.before, row.before);
+    EXPECT_EQ(parts.link, row.link);
+    EXPECT_EQ(parts.after, row.after);
   }
 }
 
