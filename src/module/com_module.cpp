@@ -69,11 +69,11 @@ HRESULT CAtlModule::RegisterTypeLibrary() const {
   CTypeLibPointer library;
   const HRESULT result = LoadOwnTypeLibrary(*this, path, library);
   if (FAILED(result)) return result;
-  // The prototypes want writable text; neither function writes.
+  // Some headers' prototypes want writable text; neither function writes.
   std::wstring file(path.View());
   std::wstring help = FolderOf(path);
-  const auto add = IsPerUserRegistration() ? RegisterTypeLibForUser : RegisterTypeLib;
-  return add(library.Get(), file.data(), help.data());
+  return IsPerUserRegistration() ? RegisterTypeLibForUser(library.Get(), file.data(), help.data())
+                                 : RegisterTypeLib(library.Get(), file.data(), help.data());
 }
 
 HRESULT CAtlModule::UnregisterTypeLibrary() const {

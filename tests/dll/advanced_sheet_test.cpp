@@ -135,7 +135,7 @@ TEST(FootprintTest, SeesWhatIsLeft) {
   for (HANDLE& event : events) event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
   const HBRUSH brush = CreateSolidBrush(0x123456);
   const HMENU menu = CreateMenu();
-  void* const memory = std::malloc(64);
+  void* volatile const memory = std::malloc(64);  // volatile: nothing else uses it, and it has to be there
   const Footprint after = Footprint::Take();
   EXPECT_GT(after.kernelHandles, before.kernelHandles + kEvents / 2);
   EXPECT_EQ(after.gdiObjects, before.gdiObjects + 1);
