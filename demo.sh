@@ -1,23 +1,25 @@
 #!/usr/bin/env bash
 # Builds the DLL and shows it at work on a simulated host, under Wine:
-#   ./demo.sh                  the devices, and every page of their settings: tables, and pictures in docs/images;
+#   ./demo.sh                  the devices, and every page of their settings: tables, and pictures in build/demo;
 #                              what becomes of ports and their COM names when a device server is installed,
 #                              installed again, renamed and removed: a table before and after each step;
 #                              then the two example programs, which set a port and rename it
 #   ./demo.sh --offline        the port pages with the device server out of reach
+#   ./demo.sh --docs-pictures  only the pages, and their pictures in docs/images
 #   ./demo.sh --interactive    a stand-in for Device Manager: the devices in a window, in which a double click
 #                              opens a port's pages; what was changed is printed (needs a display)
 # Installs with apt what is missing. The exit status is 0 when everything is as it should be.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-mode=online
+mode=online pictures=build/demo
 case "${1:-}" in
   "") ;;
   --offline) mode=offline ;;
+  --docs-pictures) mode=pages pictures=docs/images ;;
   --interactive) mode=interactive ;;
-  -h | --help) sed -n '2,10s/^# \{0,1\}//p' "$0"; exit 0 ;;
-  *) echo "usage: ./demo.sh [--offline | --interactive]" >&2; exit 2 ;;
+  -h | --help) sed -n '2,11s/^# \{0,1\}//p' "$0"; exit 0 ;;
+  *) echo "usage: ./demo.sh [--offline | --docs-pictures | --interactive]" >&2; exit 2 ;;
 esac
 if [ $mode = interactive ] && [ -z "${DISPLAY:-}" ]; then
   echo "--interactive needs a display; without one, ./demo.sh writes pictures" >&2
@@ -25,7 +27,7 @@ if [ $mode = interactive ] && [ -z "${DISPLAY:-}" ]; then
 fi
 
 scripts/setup-debian demo
-mkdir -p build docs/images
+mkdir -p build "$pictures"
 log=build/demo.log
 echo "Building (log in $log) ..."
 if ! { [ -e build/windows-release/build.ninja ] || cmake --preset windows-release; } >"$log" 2>&1 ||
@@ -35,7 +37,7 @@ if ! { [ -e build/windows-release/build.ninja ] || cmake --preset windows-releas
 fi
 
 # show SUBCOMMAND...: runs a subcommand of the workbench and notes when something was not as it should be.
-export wrong=""
+export wrong="" pictures
 show() {
   printf '\n$ workbench %s\n' "$*"
   scripts/wine-run build/windows-release/bin/workbench.exe "$@" || wrong+=" $1"
@@ -49,12 +51,12 @@ finish() {
   printf '\nAll of it is as it should be.\n'
 }
 
-# Every page, and the picture of each that the documents use.
+# Every page, and the picture of each.
 show_pages() {
-  show tree --png docs/images/device-tree.png
-  show show-page --tips --png 1 docs/images/port-page.png --png 3 docs/images/port-page-rs485.png
-  show show-page --offline --port 1 --png 1 docs/images/port-page-offline.png
-  show show-advanced --pictures docs/images
+  show tree --png "$pictures/device-tree.png"
+  show show-page --tips --png 1 "$pictures/port-page.png" --png 3 "$pictures/port-page-rs485.png"
+  show show-page --offline --port 1 --png 1 "$pictures/port-page-offline.png"
+  show show-advanced --pictures "$pictures"
 }
 # What becomes of ports and their names: a table before and after each step.
 show_stories() {
@@ -77,8 +79,9 @@ run_online() {
   show_examples
   finish
 }
-run_offline() { show show-page --offline --png 1 docs/images/port-page-offline.png; finish; }
+run_pages() { show_pages; finish; }
+run_offline() { show show-page --offline --png 1 "$pictures/port-page-offline.png"; finish; }
 run_interactive() { show tree --interactive; finish; }
-export -f show finish show_pages show_stories show_examples run_online run_offline run_interactive
+export -f show finish show_pages show_stories show_examples run_online run_pages run_offline run_interactive
 [ $mode != interactive ] || export KDUUI_KEEP_DISPLAY=1
 scripts/wine-session bash -uc "run_$mode"
