@@ -7,7 +7,7 @@
 
 #include "config/nbus_parameters.h"
 #include "config/vcp_parameters.h"
-#include "workbench/drivers/set_layout.h"
+#include "workbench/simulated_driver/set_layout.h"
 
 namespace {
 
