@@ -94,11 +94,21 @@ static BOOL ReadSettings(int argc, wchar_t** argv, struct Settings* settings) {
          ReadWord(argc, argv, 6, kFlowControl, &settings->flowControl);
 }
 
-/* The function is good for as long as the DLL is loaded. Only the system directory is searched, so that no
- * file of the same name elsewhere is run with an administrator's rights.
+/* By its full path in the system directory, so that no file of the same name elsewhere is run with an
+ * administrator's rights.
  */
+static HMODULE LoadProduct(void) {
+  wchar_t directory[MAX_PATH];
+  wchar_t path[MAX_PATH + 16];
+  const UINT length = GetSystemDirectoryW(directory, MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return NULL;
+  swprintf(path, sizeof(path) / sizeof(path[0]), L"%ls\\%ls", directory, KDUI10_MODULE_NAME);
+  return LoadLibraryW(path);
+}
+
+/* The function is good for as long as the DLL is loaded. */
 static KdNPortSettingsUpdateFn FindSettingsUpdate(HMODULE* module) {
-  *module = LoadLibraryExW(KDUI10_MODULE_NAME, NULL, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  *module = LoadProduct();
   if (*module == NULL) {
     fwprintf(stderr, L"push_settings: the product is not installed (error %lu)\n", GetLastError());
     return NULL;

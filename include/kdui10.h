@@ -9,7 +9,7 @@
  *             found when the program starts; it is installed in the system directory.
  *   Look up   Load the DLL at run time and look the functions up; every function has a pointer type,
  *             named after it with "Fn" behind (KdChangeComNumberFn). Load it from the system directory
- *             only: LoadLibraryExW(KDUI10_MODULE_NAME, NULL, LOAD_LIBRARY_SEARCH_SYSTEM32). This way a
+ *             only, by its full path: what GetSystemDirectoryW says, and KDUI10_MODULE_NAME. This way a
  *             program also runs, and can say so, where the product is not installed.
  *   The DLL is 64-bit; a 32-bit program cannot load it and needs a 64-bit helper process.
  *

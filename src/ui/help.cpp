@@ -7,6 +7,7 @@
 
 #include "base/export_guard.h"
 #include "base/looked_up.h"
+#include "base/system_dll.h"
 #include "base/unique_handle.h"
 #include "base/wide_string.h"
 
@@ -40,13 +41,20 @@ std::optional<std::string> RegisteredPath() {
   return std::string(expanded);
 }
 
-// A path without a directory is looked for in the system directory only, and so is what the control itself
-// needs: the host's own directory and the current one are not to be trusted.
+bool IsComplete(const std::string& path) {
+  return path.starts_with("\\\\") || path.find(":\\") == 1;
+}
+
+// A path that is not complete is looked for in the system directory only: the host's own directory and the
+// current one are not to be trusted.
 HMODULE LoadControl() {
   const std::optional<std::string> path = RegisteredPath();
   HMODULE control = nullptr;
-  if (path && !path->empty()) control = LoadLibraryExA(path->c_str(), nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-  if (control == nullptr) control = LoadLibraryExA(kControlName, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  if (path && !path->empty()) {
+    control = IsComplete(*path) ? LoadLibraryExA(path->c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)
+                                : LoadSystemDll(path->c_str());
+  }
+  if (control == nullptr) control = LoadSystemDll(kControlName);
   return control;
 }
 

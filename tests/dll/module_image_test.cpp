@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -56,6 +57,13 @@ class ModuleImage : public testing::Test {
   DWORD Directory(unsigned entry) const {
     return headers_->OptionalHeader.DataDirectory[entry].VirtualAddress;
   }
+  const IMAGE_SECTION_HEADER* SectionNamed(const char* name) const {
+    const auto* section = IMAGE_FIRST_SECTION(headers_);
+    const auto* const end = section + headers_->FileHeader.NumberOfSections;
+    while (section != end && std::strncmp(reinterpret_cast<const char*>(section->Name), name, 8) != 0)
+      ++section;
+    return section != end ? section : nullptr;
+  }
   // The names of libraries in code and data, narrow and wide. Resources are texts for people and scripts.
   std::set<std::string> LibraryNames() const {
     std::set<std::string> names;
@@ -96,7 +104,7 @@ TEST_F(ModuleImage, ExportsExactlyTheContract) {
 }
 
 // An installer loads the DLL for every step, and the libraries listed here are those that it has anyway.
-// A library that shows up in addition is missing from delay_imports.cmake.
+// A library that shows up in addition is missing from delay_imports.S.
 TEST_F(ModuleImage, ImportsOnlyWhatAnInstallerHasLoaded) {
   std::vector<std::string> names;
   for (auto* row = At<IMAGE_IMPORT_DESCRIPTOR>(Directory(IMAGE_DIRECTORY_ENTRY_IMPORT)); row->Name != 0;
@@ -155,6 +163,26 @@ TEST_F(ModuleImage, NamesNoLibraryBesideThese) {
   const std::set<std::string> names = LibraryNames();
   EXPECT_THAT(known, testing::IsSupersetOf(names));
   EXPECT_THAT(names, testing::IsSupersetOf({"wininet.dll", "hhctrl.ocx", "advapi32.dll"}));
+}
+
+// The first call of a delay-loaded function writes its address, which stands behind the pointer to its name.
+TEST_F(ModuleImage, AddressesOfDelayLoadedFunctionsAreWritable) {
+  const auto* const rdata = SectionNamed(".rdata");
+  ASSERT_NE(rdata, nullptr);
+  const std::string_view bytes(At<char>(rdata->VirtualAddress), rdata->Misc.VirtualSize);
+  for (const std::string function : {"ComDBOpen", "HttpOpenRequestW", "PropertySheetW"}) {
+    const std::size_t text = bytes.find('\0' + function + '\0');
+    ASSERT_NE(text, bytes.npos) << function;
+    const char* const name = bytes.data() + text + 1;
+    const std::size_t pointer =
+        bytes.find(std::string_view(reinterpret_cast<const char*>(&name), sizeof(name)));
+    ASSERT_NE(pointer, bytes.npos) << function;
+    MEMORY_BASIC_INFORMATION memory{};
+    VirtualQuery(reinterpret_cast<void* const*>(bytes.data() + pointer)[1], &memory, sizeof(memory));
+    EXPECT_EQ(memory.AllocationBase, module_) << function;
+    EXPECT_TRUE(memory.Protect == PAGE_READWRITE || memory.Protect == PAGE_WRITECOPY)
+        << function << memory.Protect;
+  }
 }
 
 TEST_F(ModuleImage, IsHardenedReproducibleAndStripped) {

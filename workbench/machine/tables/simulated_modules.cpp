@@ -33,31 +33,58 @@ bool AnswerHelp(std::wstring_view path, HMODULE& module) {
   return true;
 }
 
+// The thread's activation context says which file is meant.
+bool IsRedirected(const std::wstring& name) {
+  ACTCTX_SECTION_KEYED_DATA found{};
+  found.cbSize = sizeof found;
+  const CLastErrorKeeper keeper;
+  return FindActCtxSectionStringW(0, nullptr, ACTIVATION_CONTEXT_SECTION_DLL_REDIRECTION, name.c_str(),
+                                  &found) != FALSE;
+}
+
+// The product is installed in the system directory.
+const wchar_t* PathToLoad(const wchar_t* path) {
+  static constexpr wchar_t kProduct[] = L"KdUUI10.DLL";
+  wchar_t installed[MAX_PATH];
+  const UINT length = GetSystemDirectoryW(installed, MAX_PATH);
+  const std::wstring product = std::wstring(installed, length) + L'\\' + kProduct;
+  return path != nullptr && EqualNoCase(path, product) ? kProduct : path;
+}
+
 // Whoever can write to a directory that is searched before the system's own would get into the host.
-void RequireSystemSearch(const std::wstring& name, DWORD flags) {
-  if ((flags & LOAD_LIBRARY_SEARCH_SYSTEM32) != 0 || name.find_first_of(L"\\/:") != std::wstring::npos)
-    return;
+void RequireSystemFile(const std::wstring& name) {
+  if (name.find_first_of(L"\\/:") != std::wstring::npos || IsRedirected(name)) return;
   if (GetModuleHandleW(name.c_str()) != nullptr) return;  // nothing is searched for
   CurrentGate()->Violate("loads " + std::string(name.begin(), name.end()) + " from where it is found first");
 }
 
+// Windows 6.0 and 6.1 know LOAD_LIBRARY_SEARCH_SYSTEM32 and its like by an update only.
+bool RefusesFlags(DWORD flags) {
+  constexpr DWORD kLater = 0x1F00;
+  if ((flags & kLater) == 0) return false;
+  SetLastError(ERROR_INVALID_PARAMETER);
+  return true;
+}
+
 HMODULE WINAPI LoadA(const char* path) {
-  RequireSystemSearch(Wide(path), 0);
+  RequireSystemFile(Wide(path));
   HMODULE module = nullptr;
   return AnswerHelp(Wide(path), module) ? module : ::LoadLibraryA(path);
 }
 HMODULE WINAPI LoadW(const wchar_t* path) {
-  RequireSystemSearch(path != nullptr ? path : L"", 0);
+  RequireSystemFile(path != nullptr ? path : L"");
   HMODULE module = nullptr;
-  return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryW(path);
+  return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryW(PathToLoad(path));
 }
 HMODULE WINAPI LoadExA(const char* path, HANDLE file, DWORD flags) {
-  RequireSystemSearch(Wide(path), flags);
+  RequireSystemFile(Wide(path));
+  if (RefusesFlags(flags)) return nullptr;
   HMODULE module = nullptr;
   return AnswerHelp(Wide(path), module) ? module : ::LoadLibraryExA(path, file, flags);
 }
 HMODULE WINAPI LoadExW(const wchar_t* path, HANDLE file, DWORD flags) {
-  RequireSystemSearch(path != nullptr ? path : L"", flags);
+  RequireSystemFile(path != nullptr ? path : L"");
+  if (RefusesFlags(flags)) return nullptr;
   HMODULE module = nullptr;
   return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryExW(path, file, flags);
 }

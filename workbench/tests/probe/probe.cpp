@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cfgmgr32.h>
-#include <delayimp.h>
 #include <setupapi.h>
 
 #include <cstdlib>
@@ -106,7 +105,4 @@ PROBE BOOL ClassInstaller(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* d
 PROBE BOOL DefineName(DWORD flags, const wchar_t* name, const wchar_t* target) {
   return DefineDosDeviceW(flags, name, target);
 }
-
-PfnDliHook __pfnDliNotifyHook2 = nullptr;
-PfnDliHook __pfnDliFailureHook2 = nullptr;
 }

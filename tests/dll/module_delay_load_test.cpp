@@ -1,0 +1,53 @@
+// Functions of DLLs that are loaded when they are first needed, where the DLL cannot be loaded.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "workbench/machine/machine.h"
+
+namespace {
+
+struct Rig {
+  Rig() { machine.Calls().ClearLog(); }
+  bool RenameClaims(unsigned number) {
+    dll.ChangeComNumber(port.instanceId.c_str(), (L"COM" + std::to_wstring(number)).c_str());
+    return machine.ComNames().IsClaimed(number);
+  }
+  void FailLoads(std::uint64_t count) {
+    machine.Calls().Inject({.function = "LoadLibraryExW", .count = count});
+  }
+
+  workbench::Machine machine;
+  workbench::Dll dll{machine};
+  workbench::Device& port = *AddDeviceServer(machine, {.comNumbers = {5}}).ports[0];
+};
+
+TEST(ModuleDelayLoad, AFailedLoadIsTriedAgain) {
+  Rig rig;
+  rig.FailLoads(1);
+  EXPECT_FALSE(rig.RenameClaims(9));
+  EXPECT_TRUE(rig.RenameClaims(10));
+}
+
+// Each of two first calls that overlap fails by itself, and neither gives a reference back that it did not
+// take.
+TEST(ModuleDelayLoad, OverlappingFailedLoadsKeepTheModule) {
+  std::uint64_t load = 0;
+  {
+    Rig rig;
+    rig.FailLoads(1);
+    rig.RenameClaims(9);
+    load = rig.machine.Calls().CallsOf("LoadLibraryExW").at(0).number;
+  }
+  Rig rig;
+  rig.FailLoads(workbench::Fault::kEveryLater);
+  int rounds = 0;
+  rig.machine.Calls().EndAt(load, [&] {
+    if (++rounds > 1) return;
+    EXPECT_FALSE(rig.RenameClaims(9));
+  });
+  EXPECT_FALSE(rig.RenameClaims(9));
+  EXPECT_GE(rounds, 1);
+  EXPECT_EQ(rig.machine.Calls().CountOf("FreeLibrary"), 0u);
+}
+
+}  // namespace
