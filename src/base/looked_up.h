@@ -6,8 +6,8 @@
 // Keeps what the first look-up found, null included, for the life of the process. Any thread may ask; two
 // that ask first at the same time may both look, and find the same.
 //
-// Not a function-local static: the language's guard around one brings the run time's thread objects with it,
-// with handles for every thread that passes, and those end the process when they cannot be had.
+// Not a function-local static: the compiler's guard around one uses the thread library's objects, which take
+// handles for every thread that passes and end the process when there is no memory for them.
 template <class Function>
 class CLookedUp {
  public:

@@ -104,9 +104,8 @@
 #define IDR_PROPERTY_PAGE_SCRIPT 106
 
 // Manifest of the module itself (common controls version 6);
-// ISOLATIONAWARE_NOSTATICIMPORT_MANIFEST_RESOURCE_ID. With number 2 Windows would look the manifest's
-// assemblies up each time the module is loaded, for imports that are loaded with it; there are none that come
-// from an assembly.
+// ISOLATIONAWARE_NOSTATICIMPORT_MANIFEST_RESOURCE_ID: none of the module's imports comes from an assembly.
+// With number 2 Windows would look the assemblies up whenever the module is loaded.
 #define IDR_MANIFEST 3
 
 // Strings --------------------------------------------------------------------------------------------

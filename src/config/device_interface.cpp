@@ -37,8 +37,7 @@ bool ReportClassDevsFailure() {
 }
 
 bool CKdSetupDi_DeviceInterface::OpenInterfaces() {
-  // A further search abandons the set of the one before instead of destroying it: details that were read
-  // from it refer to it.
+  // Kept on purpose: second search
   static_cast<void>(interfaces_.Release());
   return OpenClassDevices(interfaces_, interfaceClass_, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE) ||
          ReportClassDevsFailure();

@@ -38,7 +38,6 @@ RequestHeader HeaderFor(std::uint32_t selector) {
   RequestHeader header{};
   std::uint32_t room = kHeaderBytes;
   CByteWriter out(header.data(), room);
-  // Eight bytes fit into eight.
   static_cast<void>(out.Dword(selector) && out.Dword(0xFFFFFFFF));
   return header;
 }
@@ -48,9 +47,7 @@ std::unique_ptr<std::uint8_t[]> Allocate(std::size_t size) {
   return std::unique_ptr<std::uint8_t[]>(new (std::nothrow) std::uint8_t[size]);
 }
 
-// Opens the driver for one operation; an empty holder without a path. The handle is opened for overlapped
-// I/O, yet every request is made without an OVERLAPPED: the drivers complete these requests before they
-// return, and this pairing is what they have always been used with.
+// Opens the driver for one operation; an empty holder without a path. Kept on purpose: overlapped handle
 CFileHandle OpenDriver(const CWideString& path) {
   if (path.IsEmpty()) return CFileHandle();
   return CFileHandle(CreateFileW(path.Text(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
@@ -74,7 +71,7 @@ bool AskSize(const CFileHandle& driver, DWORD code, std::uint32_t selector, std:
   std::array<std::uint8_t, 4> answer{};
   std::uint32_t returned = 0;
   if (!Ask(driver, code, selector, answer.data(), answer.size(), returned)) return false;
-  // Part of a size is none.
+  // An answer of fewer than four bytes does not count.
   const auto value = CByteReader(answer.data(), returned).Dword();
   size = value.value_or(0);
   return value.has_value();

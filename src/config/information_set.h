@@ -89,9 +89,8 @@ class CSsInformationSet {
   // parameter. A name that cannot be copied is such a failure too, but takes the default with the item.
   [[nodiscard]] bool AddItem(std::uint8_t marker, const wchar_t* name, void* value, std::uint32_t type,
                              std::uint64_t extra, std::unique_ptr<CSsDefaultValue>& defaultValue) noexcept;
-  // Appends a string parameter whose default is the empty text. The drivers' own parameter tables name
-  // default texts, so callers hand them over, but they are deliberately not kept: a text is valid only
-  // once the driver has reported it.
+  // Appends a string parameter whose default is the empty text; `narrowDefault` is dropped.
+  // Kept on purpose: default texts
   [[nodiscard]] bool AddStringItem(const wchar_t* name, CWideString* value, const char* narrowDefault,
                                    std::uint64_t extra) noexcept;
   // Destroys every item with its name and default; the bound members keep their values. Harmless when
@@ -100,11 +99,10 @@ class CSsInformationSet {
 
   // The stream operations. `flagsOverride` 0 means the set's own flags. Another value must be valid, or the
   // operation fails with nothing done; it replaces the set's flags during the call. The previous flags are
-  // put back afterwards only when they were valid themselves, so that a set that was created with flags no
-  // stream can have keeps the first usable ones that it meets.
+  // put back afterwards only when they were valid themselves. Kept on purpose: flags put back
 
   // Size of the stream in bytes; 0 on failure and for an empty set. A header is counted only when an override
-  // asks for it: no set of the system has one of its own.
+  // asks for it. Kept on purpose: uncounted header
   [[nodiscard]] std::uint32_t GetSerialisedSize(std::uint32_t flagsOverride = 0) noexcept;
   // Writes the stream to `buffer`. `remaining` is the number of free bytes there, decreased by every byte
   // written, on failure too. Text that cannot be converted sets the bound string's error state and fails.

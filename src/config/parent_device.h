@@ -19,7 +19,7 @@ class CKdSetupDi_ParentDevice {
   CKdSetupDi_ParentDevice& operator=(const CKdSetupDi_ParentDevice&) = delete;
   virtual ~CKdSetupDi_ParentDevice() = default;
 
-  // Only devices that are present are looked at. When the list of devices cannot be had, that is told on the
+  // Looks at devices that are present only. A list of devices that is not available is reported on the
   // standard output.
   [[nodiscard]] bool FindParentDevice();
 

@@ -25,8 +25,8 @@ bool WriteLineSettings(CKdUserModeConfig& channel, const LineSettings& settings)
   return channel.SetParameterSet(port, port.kSelector);
 }
 
-// A port that opens freely is left alone: its next user gets the new settings with the open. One that is
-// held open would keep the old ones until it is closed, so its device is restarted under it.
+// A port that opens freely is left alone: its next user gets the new settings with the open.
+// Kept on purpose: restart of a port in use
 void RestartIfInUse(HDEVINFO devices, SP_DEVINFO_DATA& element, const CWideString& comName) {
   if (IsPortOpenable(comName)) return;
   DisableDevice(devices, element);

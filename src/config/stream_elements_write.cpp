@@ -17,8 +17,8 @@ CWideString& TextOf(const CSsInformationItem& item) {
   return *static_cast<CWideString*>(item.value);
 }
 
-// The length of a text as the wire knows it: UTF-16 code units, of which only the low 16 bits count. The
-// drivers keep lengths in 16 bits, so longer texts wrap on both sides alike.
+// The length of a text as the wire knows it: UTF-16 code units, of which only the low 16 bits count.
+// Kept on purpose: long text
 std::uint16_t WireLength(std::wstring_view text) noexcept {
   std::size_t units = text.size();
   if constexpr (sizeof(wchar_t) > sizeof(char16_t)) {

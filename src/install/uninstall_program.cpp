@@ -25,6 +25,5 @@ void RunUninstallProgram(HDEVINFO set, const SP_DEVINFO_DATA& server, bool wait)
   }
   const CKernelHandle thread(process.hThread);
   if (wait) WaitForSingleObject(process.hProcess, kMostWaitMs);
-  // The process handle stays open: the installer's process ends soon and takes it along, and until then the
-  // program's id cannot be given to another process.
+  // Kept on purpose: open handles
 }

@@ -113,7 +113,7 @@ HRESULT CKdUUIModule::GetScriptReplacements(std::array<ScriptReplacement, 2>& re
   CWideString file;
   const HRESULT result = GetFilePath(file);
   if (FAILED(result)) return result;
-  // The module has no application id of its own: %APPID% expands to nothing, on purpose.
+  // Kept on purpose: two module names
   replacements = {ScriptReplacement{L"APPID", CWideString()}, ScriptReplacement{L"MODULE", file}};
   return S_OK;
 }

@@ -14,8 +14,7 @@ ChoiceList SplitChoices(const CWideString& text, std::uint32_t mask) {
   };
   for (std::int32_t value = 1; value < kMostChoices; ++value) {
     const std::size_t comma = rest.Find(L",");
-    // Without a comma the choice is empty, and yet one character goes: a text is expected to have all its
-    // commas, and one that has not loses its last choice rather than showing it under a wrong value.
+    // Kept on purpose: missing comma
     const std::size_t length = comma == CWideString::kNotFound ? 0 : comma;
     offer(rest.Left(length), value);
     rest = rest.Mid(length + 1);

@@ -10,7 +10,7 @@
 inline constexpr std::uint32_t kDuplexRs485 = 2;
 
 // The bit of a port in a `PortType` that is a mask with one bit for each port of the device server. Ports are
-// counted from 1; the bit is taken modulo 32, so that index 0, which no port has, looks at bit 31.
+// counted from 1; the bit is taken modulo 32. Kept on purpose: index 0
 [[nodiscard]] constexpr std::uint32_t PortBit(std::uint32_t portIndex) noexcept {
   return (portIndex - 1) % 32;
 }

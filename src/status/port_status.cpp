@@ -24,6 +24,7 @@ const wchar_t* WordForDigit(const wchar_t* const (&words)[count], const CWideStr
 }
 
 // Compared as unsigned everywhere below: "-1" is a large number and in no range.
+// Kept on purpose: text for a number
 std::uint32_t NumberOf(const CWideString& value) noexcept {
   return static_cast<std::uint32_t>(ParseDecimal(value.View()));
 }
@@ -81,8 +82,7 @@ class CStatusReader {
   CWideString Parity() {
     const auto value = Tag(L"<parity>", L"</parity>");
     if (!value) return ParityIndexToText(port_.Parity);
-    // Into the data bits, not into the parity: ports in the field have been set up with what this makes of
-    // them, and the port's own parity stays what the user has configured in the driver.
+    // Kept on purpose: parity into data bits
     StoreUpTo(3, ParityCodeToIndex(NumberOf(*value)), port_.Databits);
     return ParityCodeToText(value->View());
   }
@@ -110,15 +110,13 @@ class CStatusReader {
 
   CWideString Mode() {
     const std::uint32_t bit = PortBit(bus_.SerialPortIndex);
-    // The whole shifted mask stands in for the tag, so that the ports behind this one show through: only
-    // the last RS-422/485 port of a device server is recognised without its device.
+    // Kept on purpose: whole mask
     const CWideString value = Tag(L"<portmode>", L"</portmode>").value_or(Decimal(bus_.PortType >> bit));
     if (value == L"1") AdoptRs422485(std::uint32_t{1} << bit);
     return CWideString(WordForDigit(kModes, value, L"Unknown"));
   }
 
-  // The bus keeps a mask of all ports. The port driver's own type is 0 or 1, so that it takes the bit only
-  // where that gives 1, which is for the first port.
+  // The port driver's own type is 0 or 1. Kept on purpose: type and mask
   void AdoptRs422485(std::uint32_t mask) noexcept {
     bus_.PortType |= mask;
     if ((port_.PortType & mask) != 0 || (port_.PortType | mask) > 1) return;

@@ -8,8 +8,8 @@ constexpr int kDataBits[] = {5, 6, 7, 8};
 constexpr wchar_t kParity[] = {L'n', L'o', L'e', L'm', L's'};
 constexpr const wchar_t* kStopBits[] = {L"1", L"1.5", L"2"};
 
-// The field's letter, 0 for a string without it, nothing for a value that the string cannot say. DTR/DSR has
-// the letter of CTS/RTS: the string knows one kind of hardware handshake.
+// The field's letter, 0 for a string without it, nothing for a value that the string cannot say.
+// Kept on purpose: DTR/DSR as p
 std::optional<wchar_t> FlowLetter(std::uint32_t flowControl) noexcept {
   switch (flowControl) {
     case 0:
@@ -34,8 +34,7 @@ std::optional<CWideString> PortsDefaultSettings(std::uint32_t baudRate, std::uin
       stopBitsIndex >= std::size(kStopBits) || !flow) {
     return std::nullopt;
   }
-  // Data bits before parity: the order that readers of a port's applied settings know. A name that is new
-  // gets "9600,n,8,1" with the parity first, from the installation; both stay as they are.
+  // Kept on purpose: two orders
   const auto baud = static_cast<std::int32_t>(baudRate);
   const int dataBits = kDataBits[dataBitsIndex];
   const wchar_t parity = kParity[parityIndex];

@@ -29,7 +29,7 @@ constexpr StatusRow kRows[] = {
 };
 
 constexpr int kDuplexRow[] = {IDC_PORT_DUPLEX, IDC_PORT_DUPLEX_LABEL};
-// The dialog has none of the three: they are for a template that has.
+// Kept on purpose: missing controls
 constexpr int kOverrideMarks[] = {IDC_PORT_OVERRIDE_NOTE, IDC_PORT_OVERRIDE_MARK, IDC_PORT_OVERRIDE_ICON};
 
 void ShowText(HWND page, int control, const CWideString& text) {
@@ -87,12 +87,13 @@ CWideString FetchDocument(const PortStatusTarget& target, bool showErrors) {
 }  // namespace
 
 void RefreshPortStatus(const PortStatusTarget& target, bool showErrors) {
-  // Neither read is a condition for what follows: a page that shows what it has is better than none.
+  // Kept on purpose: unread sets
   static_cast<void>(target.channel.GetParameterSet(target.portSet, CKdUVcpUserModeInterface::kSelector));
   static_cast<void>(target.channel.GetParameterSet(target.busSet, CKdNBusUserModeInterface::kSelector));
   target.web = {AddressText(target.busSet.AddressToConnect),
                 static_cast<std::uint16_t>(target.busSet.ServerWebPort), target.busSet.SerialPortIndex};
 
+  // Kept on purpose: write under the warning
   const CWideString document = FetchDocument(target, showErrors);
   const PortStatus status = AdoptStatusDocument(document, target.portSet, target.busSet);
   for (const StatusRow& row : kRows) ShowText(target.page, row.control, status.*row.text);

@@ -28,8 +28,8 @@ struct PortStatusTarget {
 
 // Reads both parameter sets, fetches the port's status document, fills the status controls, adopts what the
 // device server says into the sets, writes both back and sets the check boxes. A device server that does not
-// answer is told in a message box over the page when `showErrors` is set, and shown as "Offline". Controls
-// that show the right thing already are not touched, so that a tick of the timer does not flicker.
+// answer is reported in a message box over the page when `showErrors` is set, and shown as "Offline".
+// Controls that show the right thing already are not touched, so that a tick of the timer does not flicker.
 //
 // To be called on the page's thread, which it blocks for the length of the HTTP exchange.
 void RefreshPortStatus(const PortStatusTarget& target, bool showErrors);

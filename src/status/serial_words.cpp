@@ -11,20 +11,19 @@ constexpr const wchar_t* kNone = L"None";
 constexpr const wchar_t* kDataBitsByIndex[] = {L"5", L"6", L"7", L"8"};
 constexpr const wchar_t* kParityByIndex[] = {kNone, L"Odd", L"Even", L"Mark", L"Space"};
 constexpr const wchar_t* kStopBitsByIndex[] = {L"1", L"1.5", L"2"};
-// Without an entry for Xon/Xoff, which the index form stores as bit value 4: the drivers' own settings were
-// never shown with it, only what a device server tells.
+// Kept on purpose: no Xon/Xoff word
 constexpr const wchar_t* kFlowControlByIndex[] = {kNone, L"CTS/RTS", L"DTR/DSR"};
 // The duplex mode has the same numbers in both forms.
 constexpr const wchar_t* kDuplex[] = {kNone, L"RS422 full-duplex mode", L"RS485 half-duplex autogating mode"};
 
 constexpr const wchar_t* kParityByCode[] = {kNone, kNone, L"Odd", L"Even", L"Mark", L"Space"};
-// Device servers count 1, 2, 1.5: code 2 is two stop bits.
+// Kept on purpose: stop bit codes
 constexpr const wchar_t* kStopBitsByCode[] = {kNone, L"1", L"2", L"1.5"};
 constexpr const wchar_t* kFlowControlByCode[] = {kNone, kNone, L"CTS/RTS", L"DTR/DSR", L"Xon/Xoff"};
 
 constexpr std::uint32_t kParityIndexByCode[] = {0, 0, 1, 2, 3, 4};
 constexpr std::uint32_t kStopBitsIndexByCode[] = {0, 0, 2, 1};
-// Xon/Xoff is 4, not 3: the index form is a set of bits.
+// Kept on purpose: Xon/Xoff is 4
 constexpr std::uint32_t kFlowControlIndexByCode[] = {0, 0, 1, 2, 4};
 constexpr std::uint32_t kDuplexIndexByCode[] = {0, 1, 2};
 

@@ -21,8 +21,7 @@ class CAdvancedDialog : public CPropertySheetImpl {
  public:
   CAdvancedDialog(HDEVINFO set, const SP_DEVINFO_DATA& element);
 
-  // The duplex mode as the RS422/485 page has it. The page is made and never shown, on purpose: network ports
-  // get their duplex mode from the device server's own web page.
+  // The duplex mode as the RS422/485 page has it. Kept on purpose: hidden page
   [[nodiscard]] std::uint32_t Rs485DuplexMode() const noexcept { return rs422485Page_.DuplexMode(); }
 
  private:

@@ -22,7 +22,7 @@ constexpr DWORD kHelpIds[] = {IDC_DEVICE_COM_NUMBER,
                               0,
                               0};
 
-// The note on the duplex mode has no control in the dialog.
+// Kept on purpose: missing controls
 constexpr ControlText kTexts[] = {
     {IDC_DEVICE_COM_NUMBER_LABEL, IDS_COM_PORT_NUMBER},
     {IDC_DEVICE_DUPLEX_NOTE, IDS_DUPLEX_NOTE},
@@ -77,7 +77,7 @@ void CDeviceAdvSettingPage::FillComNames() const {
                         portName);
 }
 
-// This topic goes by the network bus's PortType, unlike those of the other pages.
+// Kept on purpose: help topics
 const wchar_t* CDeviceAdvSettingPage::HelpTopic() const {
   const bool rs485 = IsRs422485Port(busSet_.PortType, busSet_.SerialPortIndex);
   return rs485 ? kHelpTopic485 : kHelpTopic;
@@ -98,8 +98,7 @@ DeviceSwitches CDeviceAdvSettingPage::EnteredSwitches() const noexcept {
           .highPerformance = IsChecked(IDC_DEVICE_HIGH_PERFORMANCE)};
 }
 
-// The question speaks of renaming also where only a switch was changed: what may happen to the other
-// application is the same. A rename that follows asks once more.
+// A rename that follows asks once more. Kept on purpose: renaming text
 bool CDeviceAdvSettingPage::ApplySwitches(const CWideString& portName) {
   if (!IsPortOpenable(portName) &&
       Ask(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {

@@ -8,6 +8,7 @@ constexpr std::uint32_t kDuplexRs422 = 1;
 
 }  // namespace
 
+// Kept on purpose: inverse box
 DeviceSwitches SwitchesOf(const CKdNBusUserModeInterface& set) noexcept {
   return {.connectOffline = set.ForceCOMPortConnect != 0, .highPerformance = set.RealTxFifoEmulation == 0};
 }

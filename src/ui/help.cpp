@@ -58,7 +58,7 @@ HMODULE LoadControl() {
   return control;
 }
 
-// The control is never freed: its help window may outlive every page.
+// The control is never freed: its help window may outlive every page. Kept on purpose: open handles
 HtmlHelpFunction FindHtmlHelp() {
   const HMODULE control = LoadControl();
   if (control == nullptr) return nullptr;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The note on overriding has no control in the dialog.
+// Kept on purpose: missing controls
 constexpr ControlText kTexts[] = {
     {IDC_PORT_STATE_LABEL, IDS_PORT_STATE},
     {IDC_PORT_MODE_LABEL, IDS_PORT_MODE},
@@ -29,7 +29,7 @@ constexpr ControlText kTexts[] = {
     {IDC_PORT_RESTORE_DEFAULTS, IDS_RESTORE_DEFAULT},
 };
 
-// The baud rate row has no tip: its meaning needs no explanation, unlike what an override of the others does.
+// Kept on purpose: no baud rate tip
 constexpr ToolTipText kTips[] = {
     {IDC_PORT_DATA_BITS_LABEL, IDS_TIP_DATA_BITS},
     {IDC_PORT_DATA_BITS, IDS_TIP_DATA_BITS},
@@ -99,6 +99,7 @@ void CKdUIPropertyPage::SetUpTips() const {
   for (const int control : kTools) AddTool(Control(control));
 }
 
+// Kept on purpose: ticks and boxes
 bool CKdUIPropertyPage::OnTimer(UINT_PTR) {
   RefreshSilently();
   return true;
@@ -166,8 +167,8 @@ LRESULT CKdUIPropertyPage::OnApply() {
   return PSNRET_NOERROR;
 }
 
-// Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone,
-// and a port whose name cannot be read has no place here.
+// Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone.
+// Kept on purpose: no PortName
 void CKdUIPropertyPage::WritePortsDefault(const CWideString& portName) const {
   if (portName.IsEmpty()) return;
   static_cast<void>(CUtils().WritePortsDefaultSettings(portName, portSet_.Baudrate, portSet_.Databits,

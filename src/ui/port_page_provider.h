@@ -11,6 +11,6 @@
 // out, when `addPage` refuses the page, or when request, its device or callback are null.
 //
 // From the moment in which `addPage` takes the page it belongs to the sheet. A page that it refuses is left
-// alone: who refuses a page has its handle, and may have kept it.
+// alone: its handle was handed over, and may have been kept.
 [[nodiscard]] bool AddPortPage(const SP_PROPSHEETPAGE_REQUEST* request, LPFNADDPROPSHEETPAGE addPage,
                                LPARAM lParam);

@@ -30,8 +30,7 @@ HandshakeChange HandshakeAfterAdvanced(const CVcpParameters& port, std::uint32_t
                                                  : BoxChange{port.EmulateCTSTrue != 0, true, true};
   }
   if (port.CtsSupported == 0) change.cts = kCheckedAndDisabled;
-  // The label stays as it is here, unlike in a refresh: it was disabled by the one before, or the line has
-  // just gone and the next refresh disables it.
+  // Kept on purpose: enabled DSR label
   if (port.DsrSupported == 0) change.dsr = {.checked = true, .boxEnabled = false};
   return change;
 }

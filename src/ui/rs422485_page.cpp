@@ -68,7 +68,7 @@ LRESULT CRS422485Page::OnApply() {
   const HWND combo = Control(IDC_RS422485_DUPLEX);
   const std::int32_t chosen = CUtils().GetSelectedItemData(&combo);
   if (chosen != CB_ERR) portSet_.DuplexMode = static_cast<std::uint32_t>(chosen);  // kept without a selection
-  // The question speaks of renaming; a change of the duplex mode disturbs the other application as much.
+  // Kept on purpose: renaming text
   if (!IsPortOpenable(PortName()) &&
       Ask(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
     (void)ReadPortSet();

@@ -45,8 +45,7 @@ void CTcpIpSettingsPage::OnInitDialog() {
   ShowVerification();
 }
 
-// This page is drawn on the sheet's own background, as it always was; the brush that it has in common with
-// the others is not used.
+// Kept on purpose: own background
 HBRUSH CTcpIpSettingsPage::OnControlColour(HDC) {
   return nullptr;
 }
@@ -80,7 +79,7 @@ void CTcpIpSettingsPage::RestoreDefaults() {
   ShowNumbers();
 }
 
-// This topic goes by the port's own PortType, unlike that of the device page.
+// Kept on purpose: help topics
 const wchar_t* CTcpIpSettingsPage::HelpTopic() const {
   const bool rs485 = IsRs422485Port(portSet_.PortType, busSet_.SerialPortIndex);
   return rs485 ? kHelpTopic485 : kHelpTopic;
@@ -88,8 +87,7 @@ const wchar_t* CTcpIpSettingsPage::HelpTopic() const {
 
 LRESULT CTcpIpSettingsPage::OnApply() {
   if (!ReadFields()) {
-    // The same words for the TCP port: its range needs no explanation, and the beep and the focus show which
-    // of the two fields is meant.
+    // Kept on purpose: time-out text
     MessageBoxW(Window(), L"Please enter connection attempt timeout between 0 and 20.",
                 L"Connection attempt timeout - out of Range", MB_ICONHAND);
     return PSNRET_INVALID;

@@ -128,7 +128,7 @@ TEST(PortPageStatus, OpeningReadsTwiceAndWritesBothSetsOnce) {
   const PortSheet sheet(rig);
   const std::vector<ParameterValues> writes = rig.Driver().Writes();
   ASSERT_EQ(writes.size(), 2u);
-  // The device's parity is stored into the data bits; the drivers have always been told so.
+  // Kept on purpose: parity into data bits
   EXPECT_THAT(workbench::Differences(portBefore, writes[0]),
               testing::UnorderedElementsAre("Baudrate 9600 -> 57600", "Databits 0 -> 3"));
   EXPECT_THAT(workbench::Differences(busBefore, writes[1]), testing::IsEmpty());

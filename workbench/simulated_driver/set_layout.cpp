@@ -28,7 +28,7 @@ constexpr std::array kPortLayout = {
     Parameter{"SupportedStopBits", false, 0x7},
     Parameter{"SupportedFlowControls", false, 0xF},
     Parameter{"SupportedDuplexModes", false, 0x3},
-    // The drivers have always spelt this one so.
+    // Kept on purpose: OverridBaudRates
     Parameter{"OverridBaudRates", false, 0},
     Parameter{"OverrideDataBits", false, 0},
     Parameter{"OverrideParity", false, 0},

@@ -99,8 +99,7 @@ bool CKDDeviceRegInfo::GetRegString(const wchar_t* name, CWideString& value) con
 bool CKDDeviceRegInfo::SetRegString(const wchar_t* name, const CWideString& value) const {
   const CDeviceKey key = OpenDeviceKey(set_, element_, GENERIC_WRITE);
   if (!key) return false;
-  // Without the terminator: that is the form in which every installed version has stored "PortName", and
-  // the programs that compare the raw value expect it. Our own reads are into zeroed buffers.
+  // Kept on purpose: no terminator. Our own reads are into zeroed buffers.
   return RegSetValueExW(key.Get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.Text()),
                         BytesOf(value.Length())) == ERROR_SUCCESS;
 }

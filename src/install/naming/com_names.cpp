@@ -15,9 +15,7 @@ constexpr FixedNumberRow kFixedNumbers[] = {
     {L"USB\\VID_3A7E&PID_1089", 89},
 };
 
-// The last row, with its lower-case "Vid", equals no id, because ids are compared in upper case. That is
-// meant: COM89 is a number that people give to other devices, so this model goes on to the question instead
-// of taking it away from one of them. The row stays in the list because the model belongs to the family.
+// The last row equals no id, because ids are compared in upper case. Kept on purpose: lower-case Vid
 constexpr std::wstring_view kUnaskedModels[] = {
     L"USB\\VID_3A7E&PID_1015",
     L"USB\\VID_3A7E&PID_5002&MI_00",
@@ -51,9 +49,7 @@ std::uint32_t NumberForMovedHolder(const ComUsage* usage, std::uint32_t first,
                                    const CWideString& name) noexcept {
   const auto free = usage != nullptr ? FirstFreeNumber(*usage, first, kLastForMovedHolder) : std::nullopt;
   if (free) return *free;
-  // With every number taken the holder still has to leave. It goes to the size in bytes that its name has in
-  // the registry, terminator included: 10 for "COM2". The number is no better than another, but it is the
-  // same every time, and installed hosts have it.
+  // Kept on purpose: number from a length
   constexpr std::uint32_t kBytesPerCharacter = 2;
   return kBytesPerCharacter * (static_cast<std::uint32_t>(name.Length()) + 1);
 }

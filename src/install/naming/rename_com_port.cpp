@@ -36,7 +36,7 @@ NameSwitch SwitchName(CCOMPortUtil& port, const CWideString& parentHardwareId, c
                       const CWideString& newName, HWND owner) {
   const CComDatabaseScope database(port);
   if (!port.IsComNumberFree(NumberOf(newName))) {
-    // Also when the number is taken by this very port, that is, when the name does not change.
+    // Kept on purpose: own name asks
     if (TakesNumberUnasked(parentHardwareId)) {
       port.ReleaseComNumber(NumberOf(newName));
     } else if (UserDeclines(owner, IDS_COM_NAME_TAKEN)) {
@@ -60,8 +60,8 @@ int RenameDosDeviceAndSerialComm(const CWideString& oldName, const CWideString& 
     AddDosDevice(oldName, kernelPath);
     return 0;
   }
-  // What the map gets is what the names stand for now; the old one is asked too because an older definition
-  // of it may have come up again, and then the new one's answer has to be the last.
+  // The map gets what the names stand for now. The new name is asked last: an older definition of the old
+  // one may be in force again.
   CWideString target;
   static_cast<void>(ReadDosDevice(oldName, target));
   if (ReadDosDevice(newName, target)) kernelPath = target;

@@ -39,7 +39,7 @@ class CSorter {
 
   [[nodiscard]] bool Swap(std::size_t child, std::size_t holder, const CWideString& targetName) {
     const std::optional<std::int32_t> aside = steps_.FreeNumber();
-    if (!aside) return true;
+    if (!aside) return true;  // Kept on purpose: no free number
     const CWideString formerName = names_[child];
     return Rename(holder, ComNameOf(*aside)) && Rename(child, targetName) && Rename(holder, formerName);
   }

@@ -47,8 +47,7 @@ bool ApplyUsbFixedComName(HDEVINFO set, const SP_DEVINFO_DATA& element) {
 }
 
 int MoveComNameHolder(CCOMPortUtil& port, const CWideString& name, std::uint32_t firstCandidate) {
-  // With DIGCF_ALLCLASSES the class has no effect and the scan goes through every installed device. That is
-  // wanted, because modems and others outside the Ports class have COM names too.
+  // With DIGCF_ALLCLASSES the class has no effect. Kept on purpose: all classes
   CDeviceInfoList devices;
   if (!OpenClassDevices(devices, kPortsClass, DIGCF_ALLCLASSES)) return 0;
   SP_DEVINFO_DATA element{};

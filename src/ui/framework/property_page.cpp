@@ -135,8 +135,7 @@ INT_PTR CPropertyPageImpl::DispatchNotify(NMHDR& header) {
   if (header.code == TTN_GETDISPINFOW) {
     return OnToolTipText(reinterpret_cast<NMTTDISPINFOW&>(header)) ? Answer(0) : FALSE;
   }
-  // A page that memory ran out for while it was filled shows boxes that nobody has set: nothing of it is
-  // written.
+  // When memory ran out while the page was filled, its boxes mean nothing, and nothing is written.
   if (header.code == PSN_APPLY) return Answer(isComplete_ ? OnApply() : PSNRET_NOERROR);
   const bool neutral = std::find(std::begin(kNeutralNotifications), std::end(kNeutralNotifications),
                                  header.code) != std::end(kNeutralNotifications);

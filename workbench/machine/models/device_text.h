@@ -14,7 +14,7 @@ namespace workbench {
 [[nodiscard]] std::wstring GuidText(const GUID& guid);
 // The decimal number behind the first three characters of a COM name, 0 when there is none.
 [[nodiscard]] DWORD ComNumberOf(std::wstring_view name);
-// ASCII text as wide text, for messages.
+// Wide text as ASCII text, for messages.
 [[nodiscard]] std::string NarrowText(std::wstring_view text);
 
 }  // namespace workbench
