@@ -36,7 +36,7 @@ TEST(PortPageCommands, TickShowsWhatChangedAndIsSilent) {
   rig.web.Stop();
   SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
   EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");
-  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800") << "the driver has been told the last one";
+  EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800") << "the driver has the last one";
   EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
 }
 

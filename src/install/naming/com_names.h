@@ -24,8 +24,8 @@ using ComUsage = std::array<std::uint8_t, kComUsageBytes>;
 [[nodiscard]] std::optional<std::uint32_t> FirstFreeNumber(const ComUsage& usage, std::uint32_t first,
                                                            std::uint32_t last) noexcept;
 
-// Where a device goes that has to give up `name`: the lowest free number from `first` to 254. `usage` is
-// null when the database did not answer.
+// The number for a device that has to give up `name`: the lowest free one from `first` to 254. `usage` is
+// null when the database did not answer. Kept on purpose: number from a length
 [[nodiscard]] std::uint32_t NumberForMovedHolder(const ComUsage* usage, std::uint32_t first,
                                                  const CWideString& name) noexcept;
 

@@ -8,7 +8,7 @@
 
 #include "base/wide_string.h"
 
-// What sorting does to the world. Children are named by their place in enumeration order.
+// The steps of sorting that reach the registry and Windows. Children are named by their place in enumeration order.
 class CSortSteps {
  public:
   virtual ~CSortSteps() = default;

@@ -4,7 +4,7 @@
 
 namespace {
 
-// GetDlgItemInt takes the digits at the front of any text; half a number that was pasted is none.
+// GetDlgItemInt takes the digits at the front of any text; here only digits count.
 std::optional<std::uint32_t> ParseUnsigned(std::wstring_view text) noexcept {
   const std::size_t first = text.find_first_not_of(L' ');
   if (first == std::wstring_view::npos) return std::nullopt;

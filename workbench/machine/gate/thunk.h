@@ -160,12 +160,14 @@ struct SimulatedThunk<Name, Simulated, R(A...)> {
   }
 };
 
-// The second and third members of a FunctionRow: the function's name and its hook.
+// The members of a FunctionRow behind the DLL's name: the function's name, its hook, and whether that
+// simulates.
+// clang-format off
 #define KD_REAL(function) \
-#function, reinterpret_cast < AnyFunction>(&RealThunk <#function, decltype(::function)>::Call), false
-#define KD_SIMULATED(function, simulated)                                                                   \
-#function,                                                                                                \
-      reinterpret_cast < AnyFunction>(&SimulatedThunk <#function, &simulated, decltype(::function)>::Call), \
-      true
+  #function, reinterpret_cast<AnyFunction>(&RealThunk<#function, decltype(::function)>::Call), false
+#define KD_SIMULATED(function, simulated) \
+  #function, \
+  reinterpret_cast<AnyFunction>(&SimulatedThunk<#function, &simulated, decltype(::function)>::Call), true
+// clang-format on
 
 }  // namespace workbench
