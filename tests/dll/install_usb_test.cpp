@@ -59,7 +59,8 @@ TEST_F(InstallUsb, HoldersOfEveryClassAreFound) {
                                        .classGuid = workbench::kUsbClass,
                                        .className = L"USB",
                                        .description = L"Modem",
-                                       .friendlyName = L"Modem (COM2)"});
+                                       .friendlyName = L"Modem (COM2)",
+                                       .started = false});
   odd.port = workbench::SerialPort{.kernelDevice = L"\\Device\\Modem0"};
   machine.Registry().SetText(Parameters(odd), L"PortName", L"COM2");
   machine.Devices().Start(odd);

@@ -49,7 +49,7 @@ Device& AddPort(Machine& machine, Device* parent, const PortParts& parts) {
        .friendlyName = name.empty() ? parts.description : parts.description + L" (" + name + L")",
        .driverKey = driverKey,
        .hardwareIds = {parts.hardwareId},
-       .started = parts.started},
+       .started = false},  // it has no names yet
       parent);
   device.port = SerialPort{.kernelDevice = NextKernelDevice(machine)};
   if (!name.empty()) machine.Registry().SetText(ParametersKeyOf(device.instanceId), L"PortName", name);

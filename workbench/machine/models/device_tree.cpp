@@ -115,18 +115,22 @@ Device* DeviceTree::FindPort(std::wstring_view kernelDevice) const {
 
 void DeviceTree::Start(Device& device) {
   if (!device.present || device.disabled || device.removed) return;
-  const bool wasStarted = std::exchange(device.started, true);
-  if (!wasStarted) Record(DeviceEvent::Started, device);
-  if (device.port) {
-    const auto name = machine_.Registry().Text(ParametersKeyOf(device.instanceId), L"PortName");
-    if (name) {
-      // A driver's symbolic link collides with one of the same name; the one that is there stays.
-      if (machine_.DosNames().Targets(*name).empty())
-        machine_.DosNames().Define(*name, device.port->kernelDevice);
-      machine_.Registry().SetText(kSerialCommKey, device.port->kernelDevice, *name);
-    }
+  if (device.parent != nullptr && !device.parent->started) return;
+  if (!std::exchange(device.started, true)) {
+    Record(DeviceEvent::Started, device);
+    MakeNames(device);
   }
   for (Device* child : device.children) Start(*child);
+}
+
+void DeviceTree::MakeNames(const Device& device) {
+  if (!device.port) return;
+  const auto name = machine_.Registry().Text(ParametersKeyOf(device.instanceId), L"PortName");
+  if (!name) return;
+  // A driver's symbolic link collides with one of the same name; the one that is there stays.
+  if (machine_.DosNames().Targets(*name).empty())
+    machine_.DosNames().Define(*name, device.port->kernelDevice);
+  machine_.Registry().SetText(kSerialCommKey, device.port->kernelDevice, *name);
 }
 
 void DeviceTree::Stop(Device& device) {

@@ -94,7 +94,8 @@ class DeviceTree {
   [[nodiscard]] Device* FindPort(std::wstring_view kernelDevice) const;
 
   // Start and stop as the driver sees them: a port's driver makes and deletes its DOS device and its
-  // SERIALCOMM value by its "PortName"; children follow their parent.
+  // SERIALCOMM value by its "PortName"; children follow their parent. A device that is started already keeps
+  // the names it has, and one whose parent is not started does not start.
   void Start(Device& device);
   void Stop(Device& device);
   void Disable(Device& device);
@@ -113,6 +114,7 @@ class DeviceTree {
  private:
   void Record(DeviceEvent event, const Device& device);
   void WriteRegistry(const DeviceSpec& wanted) const;
+  void MakeNames(const Device& device);
 
   Machine& machine_;
   std::vector<std::unique_ptr<Device>> devices_;
