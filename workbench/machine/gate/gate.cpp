@@ -10,10 +10,6 @@
 namespace workbench {
 namespace {
 
-// The calls that a thread is in, innermost last: a window procedure of the DLL calls on while one of its
-// own calls is under way.
-thread_local std::vector<std::uint64_t> callsUnderWay;
-
 // CloseHandle closes every kind of kernel object, so they share one account.
 HandleKind Family(HandleKind kind) {
   switch (kind) {
@@ -63,9 +59,9 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
   Call call{.number = ticket.number, .dll = row.dll, .function = row.name, .arguments = std::move(arguments)};
   call.thread = GetCurrentThreadId();
   call.injected = ticket.inject;
+  underWay_[call.thread].push_back(ticket.number);
   log_.push_back(std::move(call));
   ++counts_[row.name];
-  callsUnderWay.push_back(ticket.number);
   return ticket;
 }
 
@@ -92,6 +88,11 @@ bool Gate::DecideAllocation() {
   return true;
 }
 
+Call* Gate::CallUnderWay() {
+  const auto calls = underWay_.find(GetCurrentThreadId());
+  return calls == underWay_.end() ? nullptr : Find(calls->second.back());
+}
+
 Call* Gate::Find(std::uint64_t number) {
   if (log_.empty() || number < log_.front().number) return nullptr;
   const std::size_t index = static_cast<std::size_t>(number - log_.front().number);
@@ -103,15 +104,15 @@ void Gate::Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError
   if (ticket.row->allocates) CountBlock(*ticket.row, result, arguments[0]);
   if (ticket.number == 0) return;
   const std::scoped_lock guard(lock_);
+  // A real close that fails was given a handle that is not open; the account says so.
+  const bool closes =
+      ticket.row->handles.action == HandleUse::Action::ClosesArgument && !ticket.row->simulated;
+  const auto calls = underWay_.find(GetCurrentThreadId());
   // Calls that an exception left are still on the stack; they end with the call around them.
-  while (!callsUnderWay.empty() && callsUnderWay.back() >= ticket.number) {
-    // A real close that fails was given a handle that is not open; the account says so.
-    const bool closes =
-        ticket.row->handles.action == HandleUse::Action::ClosesArgument && !ticket.row->simulated;
-    const bool own = callsUnderWay.back() == ticket.number;
-    if (own && (succeeded || closes)) Account(*ticket.row, result, arguments);
-    callsUnderWay.pop_back();
-  }
+  while (calls->second.back() > ticket.number) calls->second.pop_back();
+  if (succeeded || closes) Account(*ticket.row, result, arguments);
+  calls->second.pop_back();
+  if (calls->second.empty()) underWay_.erase(calls);
   Call* call = Find(ticket.number);
   if (call == nullptr) return;
   call->result = result;
@@ -149,8 +150,7 @@ void Gate::Account(const FunctionRow& row, std::uint64_t result, std::span<const
 
 void Gate::Note(std::wstring_view detail) {
   const std::scoped_lock guard(lock_);
-  if (callsUnderWay.empty()) return;
-  Call* call = Find(callsUnderWay.back());
+  Call* call = CallUnderWay();
   if (call == nullptr) return;
   if (!call->detail.empty()) call->detail += L' ';
   call->detail += detail;
@@ -158,7 +158,7 @@ void Gate::Note(std::wstring_view detail) {
 
 void Gate::Violate(std::string text) {
   const std::scoped_lock guard(lock_);
-  Call* call = callsUnderWay.empty() ? nullptr : Find(callsUnderWay.back());
+  const Call* call = CallUnderWay();
   if (call != nullptr) text = std::string(call->function) + ": " + text;
   if (trace_) std::fprintf(stderr, "VIOLATION %s\n", text.c_str());
   violations_.push_back(std::move(text));
@@ -166,7 +166,7 @@ void Gate::Violate(std::string text) {
 
 void Gate::Opened(HandleKind kind, std::uint64_t value) {
   const std::scoped_lock guard(lock_);
-  const Call* call = callsUnderWay.empty() ? nullptr : Find(callsUnderWay.back());
+  const Call* call = CallUnderWay();
   OpenHandle handle{.kind = kind, .value = value};
   if (call != nullptr) {
     handle.call = call->number;

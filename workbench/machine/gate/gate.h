@@ -136,11 +136,16 @@ class Gate {
   [[nodiscard]] bool Decide(const FunctionRow& row, std::optional<DWORD>& error);
   [[nodiscard]] bool DecideAllocation();
   [[nodiscard]] Call* Find(std::uint64_t number);
+  [[nodiscard]] Call* CallUnderWay();  // the innermost one of this thread; null when it is in none
   void Account(const FunctionRow& row, std::uint64_t result, std::span<const std::uint64_t> arguments);
   void CountBlock(const FunctionRow& row, std::uint64_t result, std::uint64_t block);
 
   mutable std::recursive_mutex lock_;
   std::vector<Call> log_;
+  // By thread, the calls that it is in, innermost last: a window procedure of the DLL calls on while one of
+  // its own calls is under way. Not thread_local: the compiler emulates that, and frees the memory of such a
+  // variable before it calls its destructor.
+  std::map<DWORD, std::vector<std::uint64_t>> underWay_;
   std::map<std::string, std::uint64_t, std::less<>> counts_;
   std::vector<ArmedFault> faults_;
   std::multimap<std::pair<HandleKind, std::uint64_t>, OpenHandle> handles_;
