@@ -41,6 +41,24 @@ TEST_F(AdvancedSheet, ReportsASaveAlsoWhenNothingWasWritten) {
   EXPECT_EQ(Run([](const OpenSheet& sheet) { sheet.PressCancel(); }).result, 0);
 }
 
+TEST_F(AdvancedSheet, APageThatCannotBeMadeLeavesNoOtherBehind) {
+  for (const std::uint64_t made : {0u, 1u, 2u}) {
+    machine.Calls().ClearLog();
+    machine.Calls().Inject({.function = "CreatePropertySheetPageW", .from = made + 1});
+    PageOf().Click(IDC_PORT_ADVANCED);
+    machine.Calls().ClearFaults();
+    std::vector<std::uint64_t> pages;
+    std::vector<std::uint64_t> freed;
+    for (const auto& call : machine.Calls().CallsOf("CreatePropertySheetPageW")) pages.push_back(call.result);
+    for (const auto& call : machine.Calls().CallsOf("DestroyPropertySheetPage"))
+      freed.push_back(call.Number(0));
+    ASSERT_EQ(pages.size(), made + 1);
+    pages.pop_back();
+    EXPECT_EQ(freed, pages);
+    EXPECT_EQ(machine.Calls().CountOf("PropertySheetW"), 0u);
+  }
+}
+
 // The page that is not shown has read its set when the sheet is made, and the port page goes by that: in
 // RS-485 mode there is no CTS, whatever the driver says by then. A driver that says nothing leaves the boxes
 // alone.

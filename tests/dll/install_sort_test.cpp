@@ -67,6 +67,16 @@ TEST_F(InstallSort, StepsOfARestart) {
   }
 }
 
+TEST_F(InstallSort, ParametersThatCannotBeReadAreNotWrittenBack) {
+  const DeviceServer server = AddServer({6, 5});
+  machine.Calls().Inject(
+      {.function = "SetupDiGetDeviceInstallParamsW", .count = workbench::Fault::kEveryLater});
+  InstallAll(server);
+  EXPECT_EQ(machine.Calls().CountOf("SetupDiSetDeviceInstallParamsW"), 0u);
+  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM6"));
+  EXPECT_THAT(Restarts(), ElementsAre(server.card->instanceId));
+}
+
 TEST_F(InstallSort, TheFirstFreeNumberFromThreeServesAsTheTemporaryOne) {
   AddForeignPort(machine, 3);
   const DeviceServer server = AddServer({6, 5});

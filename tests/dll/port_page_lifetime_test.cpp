@@ -117,6 +117,7 @@ TEST(PortPageLifetime, SheetThatIsDestroyedUnderTheMessageBox) {
   rig.web.Stop();
   rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
     DestroyWindow(sheet.Window());
+    EXPECT_EQ(SetsOfPages(rig), 2u) << "the handler goes on when the box is gone";
     return IDOK;
   });
   sheet.Click(IDC_PORT_RESTORE_DEFAULTS);

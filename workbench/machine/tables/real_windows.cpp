@@ -54,6 +54,7 @@ const FunctionRow kRows[] = {
     {"gdi32.dll", KD_REAL(GetObjectW), kNoContext},
     {"gdi32.dll", KD_REAL(GetStockObject), kNoContext},
     {"comctl32.dll", KD_REAL(CreatePropertySheetPageW), kNoMemory},
+    {"comctl32.dll", KD_REAL(DestroyPropertySheetPage), CannotFail()},
     {"comctl32.dll", KD_REAL(PropertySheetW), FailsWithMinusOne(ERROR_NOT_ENOUGH_MEMORY)},
 };
 
