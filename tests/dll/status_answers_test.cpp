@@ -92,38 +92,6 @@ TEST(StatusAnswers, EachEndsOnThePageAsItShould) {
   }
 }
 
-// What WinINet makes of an answer that breaks off, or that is no HTTP, is its own affair: an error here, the
-// beginning of a document there. Either way the page opens, and shows either what was told or the driver's.
-TEST(StatusAnswers, BrokenAnswersDoNotBreakThePage) {
-  const std::pair<const char*, Answer> kBroken[] = {
-      {"without a byte", {.closeAfter = 0}},
-      {"in the status line", {.body = kTags, .closeAfter = 5}},
-      {"in the head", {.body = kTags, .closeAfter = 30}},
-      {"in the body", {.body = std::string(kTags) + std::string(500, ' '), .closeAfter = 300}},
-      {"no HTTP at all", {.raw = std::string(3000, '\x01')}},
-      {"tags without a head", {.raw = kTags}},
-      {"a length that lies", {.raw = "HTTP/1.1 200 OK\r\nContent-Length: 99999\r\n\r\n<baud>4800</baud>"}},
-      {"a negative length", {.raw = "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\n<baud>4800</baud>"}},
-      {"a chunk that lies", {.raw = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nFFFFFFFF\r\nx"}},
-      {"a redirection to nowhere",
-       {.raw = "HTTP/1.1 302 Found\r\nLocation: /nowhere\r\nContent-Length: 0\r\n\r\n"}},
-  };
-  PortPageRig rig;
-  const workbench::ParameterValues before = rig.PortSet();
-  const PortSheet sheet(rig);
-  for (const auto& [name, answer] : kBroken) {
-    SCOPED_TRACE(name);
-    rig.PortSet() = before;
-    rig.web.SetAnswer("/p1", answer);
-    sheet.Click(IDC_PORT_RESTORE_DEFAULTS);
-    EXPECT_THAT(sheet.Text(IDC_PORT_BAUD_RATE), testing::AnyOf(L"9600", L"4800"));
-    EXPECT_THAT(sheet.Text(IDC_PORT_STATE), testing::AnyOf(L"Offline", L"Connected"));
-    EXPECT_THAT(rig.PortSet().Number("Baudrate"), testing::AnyOf(9600u, 4800u));
-    EXPECT_EQ(rig.machine.Calls().OpenCount(HandleKind::Internet), 0u);
-    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
-  }
-}
-
 TEST(StatusAnswers, AValueAsLongAsADocumentIsShownWhole) {
   PortPageRig rig;
   const std::string value(4096 - sizeof("<baud></baud>") + 1, '7');
