@@ -5,12 +5,16 @@
 #include <stdexcept>
 
 #include "base/resource_ids.h"
-#include "tests/faults/reinstallation.h"
+#include "tests/faults/port_settings.h"
+#include "workbench/rig/device_installer.h"
 #include "workbench/rig/page_controls.h"
 #include "workbench/rig/sheet_visit.h"
 
 namespace workbench {
 namespace {
+
+// What the class installer answers, and a co-installer has to pass on.
+constexpr DWORD kInstallResult = 1234;
 
 void BuildServer(World& world, std::vector<unsigned> comNumbers, bool pages = true) {
   world.server = AddServerInUse(world.machine,
@@ -33,14 +37,15 @@ std::wstring NameOf(World& world, const Device& port) {
 // -- the device server
 
 bool RunReinstallation(World& world, Dll& dll, Trouble trouble) {
-  DeviceInstaller installer(world.machine, dll);
-  const ServerSpec wanted{.comNumbers = {27, 28}};  // other names than before
-  const auto results = Reinstall(world.machine, installer, world.server, wanted);
-  const bool stated = std::ranges::all_of(results, [&](const InstallResults& one) {
-    const bool noMemory = trouble == Trouble::Memory && one.before == NO_ERROR;
-    return (one.before == ERROR_DI_POSTPROCESSING_REQUIRED || noMemory) &&
-           (one.after == kInstallResult || one.after == NO_ERROR);
-  });
+  const auto install = [&](Device& device) {
+    const DWORD before = Call(world, dll, device, DIF_INSTALLDEVICE, false);
+    if (before == NO_ERROR) return trouble == Trouble::Memory;
+    const DWORD after = Call(world, dll, device, DIF_INSTALLDEVICE, true);
+    return before == ERROR_DI_POSTPROCESSING_REQUIRED && (after == kInstallResult || after == NO_ERROR);
+  };
+  bool stated = install(*world.server.card);
+  FindPortsAgain(world.machine, world.server, {.comNumbers = {27, 28}});  // other names than before
+  for (Device* port : world.server.ports) stated = install(*port) && stated;
   if (trouble != Trouble::None) return stated;
   return stated && NameOf(world, *world.server.ports[0]) == L"COM7" &&
          std::ranges::all_of(world.server.ports, [&](const Device* port) {
@@ -71,7 +76,7 @@ bool RunUpdateRefusal(World& world, Dll& dll, Trouble trouble) {
 void BuildBackup(World& world) {
   BuildServer(world, {7}, false);
   const Device& port = *world.server.ports[0];
-  const std::wstring backup = BackupKeyOf(*world.server.card, port);
+  const std::wstring backup = BackupKeyOf(port);
   for (const PortSetting& setting : kPortSettings) {
     world.machine.Registry().DeleteValue(ParametersKeyOf(port.instanceId), setting.name);
     world.machine.Registry().SetDword(backup, setting.name, setting.value);

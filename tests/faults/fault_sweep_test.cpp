@@ -9,7 +9,7 @@
 #include <set>
 
 #include "tests/faults/fault_scenarios.h"
-#include "tests/faults/reinstallation.h"
+#include "tests/faults/port_settings.h"
 #include "tests/faults/run_guard.h"
 #include "workbench/machine/gate/allocation_paths.h"
 

@@ -53,7 +53,7 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
     return ticket;
   }
   if (!row.logged) return ticket;
-  if (nextNumber_ == endAt_) end_();
+  if (lookAt_) lookAt_(row.name);
   ticket.inject = Decide(row, ticket.error);
   ticket.number = nextNumber_++;
   Call call{.number = ticket.number, .dll = row.dll, .function = row.name, .arguments = std::move(arguments)};
@@ -234,10 +234,9 @@ void Gate::Inject(Fault fault) {
   faults_.push_back({std::move(fault), 0});
 }
 
-void Gate::EndAt(std::uint64_t kth, std::function<void()> end) {
+void Gate::AtEachCall(std::function<void(const char* function)> look) {
   const std::scoped_lock guard(lock_);
-  endAt_ = nextNumber_ - 1 + kth;
-  end_ = std::move(end);
+  lookAt_ = std::move(look);
 }
 
 void Gate::ClearFaults() {

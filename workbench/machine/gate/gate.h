@@ -88,9 +88,9 @@ class Gate {
   // Faults add up. They hold until ClearFaults; their counting starts now.
   void Inject(Fault fault);
   void ClearFaults();
-  // Runs `end` at the beginning of the k-th logged call from now, before the call does anything: the place
-  // for the process to end at.
-  void EndAt(std::uint64_t kth, std::function<void()> end);
+  // Runs `look` at the beginning of each logged call from now on, before the call does anything: what it sees
+  // is what a process that ends there leaves.
+  void AtEachCall(std::function<void(const char* function)> look);
   // Calls since construction or ClearLog that a Fault without a function would have counted, and how
   // many of them were failed.
   [[nodiscard]] std::uint64_t FaultableCalls() const;
@@ -151,8 +151,7 @@ class Gate {
   std::multimap<std::pair<HandleKind, std::uint64_t>, OpenHandle> handles_;
   std::vector<std::string> violations_;
   std::uint64_t nextNumber_ = 1;
-  std::uint64_t endAt_ = 0;  // number of a call; 0: of none
-  std::function<void()> end_;
+  std::function<void(const char*)> lookAt_;
   std::uint64_t faultable_ = 0;
   std::uint64_t injected_ = 0;
   std::uint64_t allocations_ = 0;

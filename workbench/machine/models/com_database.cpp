@@ -17,11 +17,6 @@ bool BeginsWith(std::wstring_view text, std::wstring_view start) {
 }  // namespace
 
 ComDatabase::ComDatabase(RegistrySandbox& registry) : registry_(registry) {
-  Load();
-}
-
-void ComDatabase::Load() {
-  bits_.clear();
   if (const auto raw = registry_.Raw(kArbiterKey, kArbiterValue)) bits_ = raw->data;
   if (bits_.empty()) Resize(kInitialPorts);
 }

@@ -27,7 +27,6 @@ class ComDatabase {
   void Release(DWORD number);
   [[nodiscard]] DWORD Ports() const;  // how many numbers the database arbitrates
   void Resize(DWORD ports);
-  void Load();  // what the registry holds, when it was changed behind the database
   [[nodiscard]] std::vector<DWORD> Claimed() const;  // ascending
 
   // Handles of ComDBOpen; no handle is used twice.

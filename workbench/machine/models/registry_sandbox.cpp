@@ -132,8 +132,6 @@ class ProcessScratch {
   ProcessScratch(const ProcessScratch&) = delete;
   ProcessScratch& operator=(const ProcessScratch&) = delete;
 
-  // The keys of all processes, also while this one's predefined keys are redirected.
-  [[nodiscard]] HKEY All() const { return all_.Get(); }
   [[nodiscard]] CRegistryKey Open(const std::wstring& place = L"") const {
     return Create(all_.Get(), place.empty() ? name_ : name_ + L"\\" + place);
   }
@@ -196,19 +194,6 @@ void RegistrySandbox::DeleteValue(const std::wstring& path, const std::wstring& 
 
 void RegistrySandbox::DeleteKey(const std::wstring& path) {
   RegDeleteTreeW(HKEY_LOCAL_MACHINE, path.c_str());
-}
-
-void RegistrySandbox::TakeOver(DWORD process) {
-  const std::wstring left = std::to_wstring(process);
-  for (const Predefined& one : PredefinedKeys()) {
-    CRegistryKey source;
-    Require(RegOpenKeyExW(Scratch().All(), (left + L"\\" + one.name).c_str(), 0, KEY_READ, source.Put()),
-            "opening another process's key");
-    const CRegistryKey target = Scratch().Open(one.name);
-    EmptyButSeeds(target.Get(), std::wstring(one.name) + L"\\");
-    Require(RegCopyTreeW(source.Get(), nullptr, target.Get()), "taking over");
-  }
-  RegDeleteTreeW(Scratch().All(), left.c_str());
 }
 
 bool RegistrySandbox::HasKey(const std::wstring& path) const {

@@ -33,10 +33,6 @@ class RegistrySandbox {
   void DeleteValue(const std::wstring& path, const std::wstring& name);
   void DeleteKey(const std::wstring& path);  // with everything below
 
-  // Takes over what the sandbox of another process holds that ended without removing it: everything here is
-  // replaced, there it is removed. Throws std::runtime_error when that process left none.
-  void TakeOver(DWORD process);
-
   [[nodiscard]] bool HasKey(const std::wstring& path) const;
   [[nodiscard]] std::optional<std::wstring> Text(const std::wstring& path, const std::wstring& name) const;
   [[nodiscard]] std::optional<std::uint32_t> Dword(const std::wstring& path, const std::wstring& name) const;

@@ -1,4 +1,4 @@
-#include "tests/faults/reinstallation.h"
+#include "tests/faults/port_settings.h"
 
 #include <algorithm>
 
@@ -27,12 +27,12 @@ DeviceServer AddServerInUse(Machine& machine, const ServerSpec& wanted, bool pag
 }
 
 // As the names of backups are made: of the middle segment of the id only its last character stays.
-std::wstring BackupKeyOf(const Device& card, const Device& port) {
+std::wstring BackupKeyOf(const Device& port) {
   const std::wstring& id = port.instanceId;
   const std::size_t first = id.find(L'\\');
   const std::size_t second = id.find(L'\\', first + 1);
-  return ParametersKeyOf(card.instanceId) + L"\\" + id.substr(0, first) + L"_" + id[second - 1] + L"_" +
-         id.substr(second + 1);
+  return ParametersKeyOf(port.parent->instanceId) + L"\\" + id.substr(0, first) + L"_" + id[second - 1] +
+         L"_" + id.substr(second + 1);
 }
 
 bool HasSettings(Machine& machine, const Device& port) {
@@ -44,7 +44,7 @@ bool HasSettings(Machine& machine, const Device& port) {
 bool KeepsSettings(Machine& machine, const Device& port) {
   return std::ranges::all_of(kPortSettings, [&](const PortSetting& setting) {
     return HasSettingAt(machine, ParametersKeyOf(port.instanceId), setting) ||
-           HasSettingAt(machine, BackupKeyOf(*port.parent, port), setting);
+           HasSettingAt(machine, BackupKeyOf(port), setting);
   });
 }
 
@@ -52,28 +52,7 @@ void FindPortsAgain(Machine& machine, DeviceServer& server, const ServerSpec& wa
   for (unsigned index = 0; index < server.ports.size(); ++index) {
     Device*& port = server.ports[index];
     if (port->removed) port = &AddServerPort(machine, *server.card, wanted, index, wanted.comNumbers[index]);
-    machine.Devices().Start(*port);
   }
-}
-
-InstallResults InstallDevice(Machine& machine, DeviceInstaller& installer, Device& device) {
-  COINSTALLER_CONTEXT_DATA context{};
-  InstallResults results;
-  results.before = installer.Call(device, DIF_INSTALLDEVICE, context);
-  machine.Devices().Start(device);
-  if (results.before != ERROR_DI_POSTPROCESSING_REQUIRED) return results;
-  context.PostProcessing = TRUE;
-  context.InstallResult = kInstallResult;
-  results.after = installer.Call(device, DIF_INSTALLDEVICE, context);
-  return results;
-}
-
-std::vector<InstallResults> Reinstall(Machine& machine, DeviceInstaller& installer, DeviceServer& server,
-                                      const ServerSpec& wanted) {
-  std::vector<InstallResults> results = {InstallDevice(machine, installer, *server.card)};
-  FindPortsAgain(machine, server, wanted);
-  for (Device* port : server.ports) results.push_back(InstallDevice(machine, installer, *port));
-  return results;
 }
 
 }  // namespace workbench
