@@ -1,13 +1,13 @@
 // The example programs, as they are built for everybody, on the simulated host of `workbench run`.
-#include <windows.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "base/unique_handle.h"
+#include "workbench/machine/dll.h"
 
 namespace {
 
@@ -20,44 +20,19 @@ struct Outcome {
   std::string output;  // both streams
 };
 
-std::string ReadAll(HANDLE pipe) {
-  std::string text;
-  char piece[4096];
-  DWORD size = 0;
-  while (ReadFile(pipe, piece, sizeof piece, &size, nullptr) && size > 0) text.append(piece, size);
-  std::erase(text, '\r');
-  return text;
-}
-
 // Runs a command line, whose program lies beside this one, to its end.
 Outcome RunBeside(const std::wstring& commandLine) {
-  SECURITY_ATTRIBUTES inherit{};
-  inherit.nLength = sizeof inherit;
-  inherit.bInheritHandle = TRUE;
-  CKernelHandle reading;
-  CKernelHandle writing;
-  if (!CreatePipe(reading.Put(), writing.Put(), &inherit, 0)) return {};
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = startup.hStdError = writing.Get();
-  PROCESS_INFORMATION made{};
-  std::wstring writable = commandLine;
-  if (!CreateProcessW(nullptr, writable.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                      &made)) {
-    return {};
-  }
-  const CKernelHandle process(made.hProcess);
-  const CKernelHandle thread(made.hThread);
-  writing.Reset();
-  Outcome outcome{.output = ReadAll(reading.Get())};
-  DWORD status = 0;
-  WaitForSingleObject(process.Get(), INFINITE);
-  if (GetExitCodeProcess(process.Get(), &status)) outcome.status = static_cast<int>(status);
+  Outcome outcome;
+  std::filesystem::current_path(std::filesystem::path(workbench::Dll::DefaultPath()).parent_path());
+  FILE* const output = _wpopen((commandLine + L" 2>&1").c_str(), L"rt");
+  if (!output) return outcome;
+  char piece[4096];
+  while (std::fgets(piece, sizeof piece, output)) outcome.output += piece;
+  outcome.status = _pclose(output);
   return outcome;
 }
 
-const std::wstring kPort = L"KDNBUS\\VELTRANETPORT\\1&2F8C1D3A&0&01 ";
+const std::wstring kPort = L"\"KDNBUS\\VELTRANETPORT\\1&2F8C1D3A&0&01\" ";
 
 struct Row {
   std::wstring command;
