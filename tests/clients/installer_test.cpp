@@ -89,6 +89,13 @@ class MessageBoxReader {
   CKernelHandle thread_;
 };
 
+// The sections of an INF file's driver lead to its file and to a service whose name stands in [Strings].
+void ExpectDriver(const std::wstring& service, const wchar_t* displayName) {
+  const std::wstring key = L"SYSTEM\\CurrentControlSet\\Services\\" + service;
+  EXPECT_EQ(RegistryText(HKEY_LOCAL_MACHINE, key, L"DisplayName"), displayName);
+  EXPECT_TRUE(fs::exists(SystemFolder() / L"drivers" / (service + L".sys")));
+}
+
 TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
   SKIP_OUTSIDE_THROW_AWAY_PREFIX();
   const Answers answers;
@@ -98,6 +105,7 @@ TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
   ASSERT_TRUE(Install(package / L"kdui10-example.inf", L"Root\\Veltranet")) << GetLastError();
 
   EXPECT_EQ(fs::file_size(SystemFolder() / L"KdUUI10.DLL"), fs::file_size(package / L"KdUUI10.DLL"));
+  ExpectDriver(L"kdnbus", L"Veltranet Example Network Bus");
   EXPECT_EQ(server.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallCard");
   EXPECT_EQ(server.Text(DIREG_DEV, L"UnInstall"), L"kduninst.exe");
   // DIF_INSTALLDEVICE wants to be called again (0xe0000226); the steps around it are let through.
@@ -118,6 +126,7 @@ TEST(DeviceInstaller, InstallsAPortWithItsPageAndRefusesItsUpdate) {
   ASSERT_TRUE(port.IsMade());
   ASSERT_TRUE(Install(package / L"kdui10-example-port.inf", L"KdNBus\\VeltranetPort")) << GetLastError();
 
+  ExpectDriver(L"kdvcp", L"Veltranet Example Serial Port");
   EXPECT_EQ(port.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallPort");
   EXPECT_EQ(port.Text(DIREG_DRV, L"EnumPropPages32"), L"KdUUI10.DLL,KdUPortPropPage");
   EXPECT_EQ(port.Text(DIREG_DEV, L"NoUpgrade"), L"1");
