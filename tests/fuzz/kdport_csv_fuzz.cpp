@@ -18,10 +18,10 @@ void CheckRows(std::string_view document) {
     last = reader.RowNumber();
     if (row.size() == 1 && row.front().empty())
       continue;  // a quoted empty cell, which is written as an empty line
-    const std::string line = CsvLine(row);
+    const std::string line = "a byte order mark counts in the first row only\n" + CsvLine(row);
     CCsvReader again(line);
     CsvRow copy;
-    Require(again.Next(copy) && copy == row, "a row that is written reads back");
+    Require(again.Next(copy) && again.Next(copy) && copy == row, "a row that is written reads back");
   }
   Require(reader.Faults().size() <= 1, "reading ends at the first fault");
 }

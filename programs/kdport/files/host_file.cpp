@@ -18,7 +18,7 @@ constexpr std::size_t kMostFaults = 100;
 // Reads a file's rows and collects what is wrong with them, each message with its row.
 class CHostFileReader {
  public:
-  CHostFileReader(std::string_view document, const Host& host) : csv_(document), host_(host) {
+  CHostFileReader(std::string_view document, const Host& host) : csv_(document) {
     for (std::size_t i = 0; i < host.ports.size(); ++i) ports_[Folded(host.ports[i].Key())].push_back(i);
   }
 
@@ -38,7 +38,6 @@ class CHostFileReader {
   }
 
   CCsvReader csv_;
-  const Host& host_;
   std::unordered_map<std::string, std::vector<std::size_t>> ports_;  // by folded key
   std::vector<std::string_view> columns_;                            // of the header, in its order
   std::map<std::string_view, std::size_t> places_;
