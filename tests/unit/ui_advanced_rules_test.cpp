@@ -17,6 +17,22 @@ TEST(UiAddressText, MacTakesThreeLowBytesOfEachHalfAndIpv4StartsWithTheHighest) 
   EXPECT_EQ(Ipv4Text(0xFFFFFFFF), L"255.255.255.255");
 }
 
+TEST(UiTcpIpRules, EachFieldIsAChangeOfItsOwn) {
+  using Bus = CKdNBusUserModeInterface;
+  const std::pair<std::uint32_t TcpIpFields::*, std::uint32_t Bus::*> fields[] = {
+      {&TcpIpFields::tcpPort, &Bus::PortNumber},
+      {&TcpIpFields::attemptTimeout, &Bus::ConnectionAttemptTimeout},
+      {&TcpIpFields::idleTimeout, &Bus::ConnectionIdleTimeout}};
+  for (const auto& [field, parameter] : fields) {
+    Bus set;
+    TcpIpFields shown = FieldsOf(set);
+    EXPECT_FALSE(AdoptFields(set, shown));
+    shown.*field = 20;
+    EXPECT_TRUE(AdoptFields(set, shown));
+    EXPECT_EQ(set.*parameter, 20u);
+  }
+}
+
 TEST(UiTcpIpRules, VerificationIsOnUnlessBothChecksAreIgnored) {
   struct Row {
     std::uint32_t model, protocol;
