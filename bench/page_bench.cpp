@@ -1,6 +1,6 @@
 // page_bench: the port page from the call of the export until it is refreshed and painted, and the memory
 // that an open one takes, each against a bare page of the same template.
-#include "workbench/rig/sample_host.h"  // before windows.h
+#include "workbench/rig/sample_host.h"
 
 #include <commctrl.h>
 #include <prsht.h>

@@ -2,7 +2,7 @@
 // makes it. For the tests of the port page.
 #pragma once
 
-#include "workbench/device_server/http_device_server.h"  // before windows.h
+#include "workbench/device_server/http_device_server.h"
 
 #include <commctrl.h>
 #include <prsht.h>

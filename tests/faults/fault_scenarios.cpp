@@ -1,5 +1,5 @@
 #include "tests/faults/fault_scenarios.h"
-#include "tests/dll/port_page_rig.h"  // before windows.h
+#include "tests/dll/port_page_rig.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,6 +1,6 @@
 // Malformed answers of a device server and malformed streams of the drivers against one open page: it neither
 // crashes nor hangs, and what the process holds does not grow.
-#include "tests/dll/port_page_rig.h"  // before windows.h
+#include "tests/dll/port_page_rig.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // The host that the workbench program shows: one device server with four ports.
 #pragma once
 
-#include "workbench/device_server/http_device_server.h"  // before windows.h
+#include "workbench/device_server/http_device_server.h"
 
 #include <array>
 #include <cstdint>
