@@ -4,8 +4,6 @@
 // Input: six bytes of choices (the force option, which operation fails, where the run is interrupted, from
 // which number on all are claimed, how many foreign devices and how many ghosts), a byte each for their
 // numbers, then three bytes for each port: its number, its wish and its state.
-#include <set>
-
 #include "../kdport_machine.h"
 #include "fuzz_checks.h"
 #include "kdport/files/host_file.h"
@@ -85,10 +83,10 @@ bool AreReached(const std::vector<Wish>& wishes, const Host& host) {
   });
 }
 
+// What two held already cannot be given back to one of them.
 bool AnyShared(const Host& host) {
-  std::set<std::int32_t> numbers;
   return std::ranges::any_of(host.ports, [&](const Port& port) {
-    return port.Number() != 0 && !numbers.insert(port.Number()).second;
+    return port.Number() != 0 && HoldersOf(host, port.Number()).size() > 1;
   });
 }
 

@@ -19,6 +19,7 @@ struct Watcher {
   std::function<bool()> interrupted;
   // Before the first step: keeps the file that `apply` takes back; false when that failed. Empty when no such
   // file is wanted.
+  // The way back is refused where a number was held twice before: `apply` names who has it.
   std::function<bool(const std::string& undoFile)> keepUndo;
 };
 
