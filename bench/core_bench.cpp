@@ -165,7 +165,7 @@ void CompareDocuments() {
     // As the download does: bytes to wide text, folded to lower case.
     CWideString text{std::wstring_view(std::wstring(document.begin(), document.end()))};
     text.MakeLower();
-    PortStatus status = AdoptStatusDocument(text, sets.port, sets.bus);
+    PortStatus status = ApplyStatusDocument(text, sets.port, sets.bus);
     if (status.state != L"Connected") throw std::runtime_error("the document is not understood");
     bench::Keep(status);
   };

@@ -1,15 +1,13 @@
 #include "config/settings_rules.h"
 
+#include "config/port_type.h"
+
 namespace {
 
 constexpr std::uint32_t kMostDataBits = 3;
 constexpr std::uint32_t kMostParity = 4;
 constexpr std::uint32_t kMostStopBits = 2;
 constexpr std::uint32_t kFlowControlBits = 0xF;
-
-void StoreUpTo(std::uint32_t& member, std::uint32_t value, std::uint32_t most) noexcept {
-  if (value <= most) member = value;
-}
 
 }  // namespace
 
@@ -29,7 +27,7 @@ void ApplyNetworkInfo(const NetworkInfo& info, CKdNBusUserModeInterface& bus, CV
   if (info.portType == 0) {
     port.DuplexMode = 0;
   } else if (info.duplexMode == 0) {
-    port.DuplexMode = 1;
+    port.DuplexMode = kDuplexRs422;
   }
 }
 

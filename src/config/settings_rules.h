@@ -6,6 +6,11 @@
 #include "config/nbus_parameters.h"
 #include "config/vcp_parameters.h"
 
+// Stores a value that is in range; another one leaves the setting as it is.
+constexpr void StoreUpTo(std::uint32_t& setting, std::uint32_t value, std::uint32_t most) noexcept {
+  if (value <= most) setting = value;
+}
+
 // Where and how a port reaches its device server, and what kind of port it is.
 struct NetworkInfo {
   std::uint32_t address = 0;  // IPv4

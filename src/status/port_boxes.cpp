@@ -1,5 +1,7 @@
 #include "status/port_boxes.h"
 
+#include "config/port_type.h"
+
 HandshakeChange HandshakeAfterRefresh(const CVcpParameters& port, std::uint32_t portIndex) noexcept {
   HandshakeChange change;
   if (IsRs422485Port(port.PortType, portIndex)) {

@@ -6,20 +6,6 @@
 
 #include "config/vcp_parameters.h"
 
-// The duplex mode in which an RS-485 port shares one pair of wires: CTS means nothing then.
-inline constexpr std::uint32_t kDuplexRs485 = 2;
-
-// The bit of a port in a `PortType` that is a mask with one bit for each port of the device server. Ports are
-// counted from 1; the bit is taken modulo 32. Kept on purpose: index 0
-[[nodiscard]] constexpr std::uint32_t PortBit(std::uint32_t portIndex) noexcept {
-  return (portIndex - 1) % 32;
-}
-
-// Whether a port is an RS-422/485 port, by such a mask.
-[[nodiscard]] constexpr bool IsRs422485Port(std::uint32_t portTypeMask, std::uint32_t portIndex) noexcept {
-  return (portTypeMask >> PortBit(portIndex) & 1) != 0;
-}
-
 // What happens to a check box and its label; what is empty stays as it is.
 struct BoxChange {
   std::optional<bool> checked{};

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "base/decimal.h"
+#include "config/port_type.h"
+#include "config/settings_rules.h"
 #include "status/serial_words.h"
 
 namespace {
@@ -32,10 +34,6 @@ std::uint32_t NumberOf(const CWideString& value) noexcept {
 // "%d" of a setting, as the system writes numbers in texts.
 CWideString Decimal(std::uint32_t value) {
   return CWideString::Format(L"%d", static_cast<std::int32_t>(value));
-}
-
-void StoreUpTo(std::uint32_t most, std::uint32_t number, std::uint32_t& setting) noexcept {
-  if (number <= most) setting = number;
 }
 
 // Reads one document into one port's settings, row by row.
@@ -75,7 +73,7 @@ class CStatusReader {
   CWideString DataBits() {
     const auto value = Tag(L"<datasize>", L"</datasize>");
     if (!value) return DataBitsIndexToText(port_.Databits);
-    StoreUpTo(3, NumberOf(*value), port_.Databits);
+    StoreUpTo(port_.Databits, NumberOf(*value), 3);
     return *value;
   }
 
@@ -83,14 +81,14 @@ class CStatusReader {
     const auto value = Tag(L"<parity>", L"</parity>");
     if (!value) return ParityIndexToText(port_.Parity);
     // Kept on purpose: parity into data bits
-    StoreUpTo(3, ParityCodeToIndex(NumberOf(*value)), port_.Databits);
+    StoreUpTo(port_.Databits, ParityCodeToIndex(NumberOf(*value)), 3);
     return ParityCodeToText(value->View());
   }
 
   CWideString StopBits() {
     const auto value = Tag(L"<stopbits>", L"</stopbits>");
     if (!value) return StopBitsIndexToText(port_.Stopbits);
-    StoreUpTo(2, StopBitsCodeToIndex(NumberOf(*value)), port_.Stopbits);
+    StoreUpTo(port_.Stopbits, StopBitsCodeToIndex(NumberOf(*value)), 2);
     return StopBitsCodeToText(value->View());
   }
 
@@ -112,16 +110,16 @@ class CStatusReader {
     const std::uint32_t bit = PortBit(bus_.SerialPortIndex);
     // Kept on purpose: whole mask
     const CWideString value = Tag(L"<portmode>", L"</portmode>").value_or(Decimal(bus_.PortType >> bit));
-    if (value == L"1") AdoptRs422485(std::uint32_t{1} << bit);
+    if (value == L"1") ApplyRs422485(std::uint32_t{1} << bit);
     return CWideString(WordForDigit(kModes, value, L"Unknown"));
   }
 
   // The port driver's own type is 0 or 1. Kept on purpose: type and mask
-  void AdoptRs422485(std::uint32_t mask) noexcept {
+  void ApplyRs422485(std::uint32_t mask) noexcept {
     bus_.PortType |= mask;
     if ((port_.PortType & mask) != 0 || (port_.PortType | mask) > 1) return;
     port_.PortType |= mask;
-    if (port_.DuplexMode == 0) port_.DuplexMode = 1;
+    if (port_.DuplexMode == 0) port_.DuplexMode = kDuplexRs422;
   }
 
   void ReadLine(std::wstring_view open, std::wstring_view close, std::uint32_t& supported) const {
@@ -159,7 +157,7 @@ std::optional<CWideString> ExtractTagValue(const CWideString& text, std::wstring
   return text.Mid(from, end == CWideString::kNotFound ? end : end - from);
 }
 
-PortStatus AdoptStatusDocument(const CWideString& document, CVcpParameters& port,
+PortStatus ApplyStatusDocument(const CWideString& document, CVcpParameters& port,
                                CKdNBusUserModeInterface& bus) {
   return CStatusReader(document, port, bus).Read();
 }

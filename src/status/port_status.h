@@ -34,5 +34,5 @@ struct PortStatus {
 // sets. What it does not say is shown as the sets have it, and an empty document is that of a device server
 // that cannot be reached. Numbers are checked before they are stored; the texts may be as long as the
 // document.
-[[nodiscard]] PortStatus AdoptStatusDocument(const CWideString& document, CVcpParameters& port,
+[[nodiscard]] PortStatus ApplyStatusDocument(const CWideString& document, CVcpParameters& port,
                                              CKdNBusUserModeInterface& bus);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "inet/internet_exception.h"
 #include "inet/internet_handles.h"
 #include "status/document_buffer.h"
 
@@ -36,4 +37,12 @@ CWideString DownloadStatusDocument(const CWideString& host, std::uint16_t webPor
   CWideString document = FromAnsi(buffer.Document());
   document.MakeLower();
   return document;
+}
+
+std::optional<CWideString> FetchStatusDocument(const PortWebAddress& web) {
+  try {
+    return DownloadStatusDocument(web.host, web.webPort, StatusDocumentPath(web));
+  } catch (const KdINet::CInternetException&) {
+    return std::nullopt;
+  }
 }

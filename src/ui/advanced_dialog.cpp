@@ -6,7 +6,7 @@
 CAdvancedDialog::CAdvancedDialog(HDEVINFO set, const SP_DEVINFO_DATA& element)
     : rs422485Page_(set, element), devicePage_(set, element), tcpIpPage_(set, element) {
   CWideString portName;  // stays empty when it cannot be read
-  (void)CKDDeviceRegInfo(set, element).GetRegString(kPortName, portName);
+  static_cast<void>(CKDDeviceRegInfo(set, element).GetRegString(kPortName, portName));
   SetCaption(CWideString(L"Advanced Settings for ") + portName.View());
   AddPage(devicePage_);
   AddPage(tcpIpPage_);

@@ -3,24 +3,22 @@
 #include <string>
 
 #include "base/resource_ids.h"
+#include "config/port_type.h"
 #include "install/devices/port_in_use.h"
 #include "install/naming/rename_com_port.h"
 #include "status/utils.h"
-#include "ui/port_rules.h"
 
 namespace {
 
 constexpr wchar_t kHelpTopic[] = L"%s::/AdvDevice.htm>mainwin";
 constexpr wchar_t kHelpTopic485[] = L"%s::/AdvDevice485.htm>mainwin";
 
-constexpr DWORD kHelpIds[] = {IDC_DEVICE_COM_NUMBER,
-                              0x807300CA,
-                              IDC_DEVICE_CONNECT_OFFLINE,
-                              0x806B035C,
-                              IDC_DEVICE_HIGH_PERFORMANCE,
-                              0x806B035F,
-                              0,
-                              0};
+constexpr HelpId kHelpIds[] = {
+    {IDC_DEVICE_COM_NUMBER, 0x807300CA},
+    {IDC_DEVICE_CONNECT_OFFLINE, 0x806B035C},
+    {IDC_DEVICE_HIGH_PERFORMANCE, 0x806B035F},
+    kEndOfHelpIds,
+};
 
 // Kept on purpose: missing controls
 constexpr ControlText kTexts[] = {
@@ -42,10 +40,10 @@ constexpr PageTables kTables{.texts = kTexts, .tips = kTips, .helpIds = kHelpIds
 }  // namespace
 
 CDeviceAdvSettingPage::CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
+    : CPortPageBase(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
 
 void CDeviceAdvSettingPage::OnInitDialog() {
-  CPortSettingsPage::OnInitDialog();
+  CPortPageBase::OnInitDialog();
   SetUpBalloon();
   SetTexts();
   ShowInformation();
@@ -86,7 +84,7 @@ const wchar_t* CDeviceAdvSettingPage::HelpTopic() const {
 LRESULT CDeviceAdvSettingPage::OnApply() {
   if (!ReadBusSet()) return PSNRET_NOERROR;
   const CWideString portName = PortName();
-  if (EnteredSwitches() != SwitchesOf(busSet_) && !ApplySwitches(portName)) return PSNRET_INVALID;
+  if (EnteredSwitches() != SwitchesOf(busSet_) && !SaveSwitches(portName)) return PSNRET_INVALID;
   const CWideString newName = SelectedComName();
   // Without a selection there is nothing to rename to.
   if (newName.IsEmpty() || newName == portName) return PSNRET_NOERROR;
@@ -99,15 +97,15 @@ DeviceSwitches CDeviceAdvSettingPage::EnteredSwitches() const noexcept {
 }
 
 // A rename that follows asks once more. Kept on purpose: renaming text
-bool CDeviceAdvSettingPage::ApplySwitches(const CWideString& portName) {
+bool CDeviceAdvSettingPage::SaveSwitches(const CWideString& portName) {
   if (!IsPortOpenable(portName) &&
-      Ask(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
-    (void)ReadBusSet();
+      ShowMessage(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
+    static_cast<void>(ReadBusSet());
     return false;
   }
-  AdoptSwitches(busSet_, EnteredSwitches());
-  (void)
-      WriteBusSet();  // a driver that refuses keeps its old switches; the COM number is changed all the same
+  ApplySwitches(busSet_, EnteredSwitches());
+  // A driver that refuses keeps its old switches; the COM number is changed all the same.
+  static_cast<void>(WriteBusSet());
   return true;
 }
 
@@ -124,7 +122,7 @@ CWideString CDeviceAdvSettingPage::SelectedComName() const {
 bool CDeviceAdvSettingPage::Rename(const CWideString& newName) {
   CCOMPortUtil port(DeviceSet(), DeviceElement());
   if (RenameComPort(port, newName, Window(), true, true) != 0) return true;
-  (void)Ask(IDS_RENAME_FAILED, L"Error", MB_ICONHAND);
-  (void)ReadBusSet();
+  static_cast<void>(ShowMessage(IDS_RENAME_FAILED, L"Error", MB_ICONHAND));
+  static_cast<void>(ReadBusSet());
   return false;
 }

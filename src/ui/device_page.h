@@ -10,7 +10,7 @@
 
 // Shows what the port is made of, and lets the user give it another COM number and set two switches. Nothing
 // is written before apply, which asks before it touches a port that another application has open.
-class CDeviceAdvSettingPage : public CPortSettingsPage {
+class CDeviceAdvSettingPage : public CPortPageBase {
  public:
   CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
 
@@ -24,6 +24,6 @@ class CDeviceAdvSettingPage : public CPortSettingsPage {
   void FillComNames() const;
   [[nodiscard]] DeviceSwitches EnteredSwitches() const noexcept;
   [[nodiscard]] CWideString SelectedComName() const;
-  [[nodiscard]] bool ApplySwitches(const CWideString& portName);
+  [[nodiscard]] bool SaveSwitches(const CWideString& portName);
   [[nodiscard]] bool Rename(const CWideString& newName);
 };

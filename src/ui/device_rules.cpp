@@ -1,19 +1,13 @@
 #include "ui/device_rules.h"
 
-#include <utility>
-
-namespace {
-
-constexpr std::uint32_t kDuplexRs422 = 1;
-
-}  // namespace
+#include "config/port_type.h"
 
 // Kept on purpose: inverse box
 DeviceSwitches SwitchesOf(const CKdNBusUserModeInterface& set) noexcept {
   return {.connectOffline = set.ForceCOMPortConnect != 0, .highPerformance = set.RealTxFifoEmulation == 0};
 }
 
-void AdoptSwitches(CKdNBusUserModeInterface& set, DeviceSwitches switches) noexcept {
+void ApplySwitches(CKdNBusUserModeInterface& set, DeviceSwitches switches) noexcept {
   set.ForceCOMPortConnect = switches.connectOffline ? 1 : 0;
   set.RealTxFifoEmulation = switches.highPerformance ? 0 : 1;
 }

@@ -16,7 +16,7 @@ struct DeviceSwitches {
 // What the boxes show. High performance is the inverse of its parameter: the mode is what remains when the
 // driver does not imitate the transmit FIFO of a built-in port.
 [[nodiscard]] DeviceSwitches SwitchesOf(const CKdNBusUserModeInterface& set) noexcept;
-void AdoptSwitches(CKdNBusUserModeInterface& set, DeviceSwitches switches) noexcept;
+void ApplySwitches(CKdNBusUserModeInterface& set, DeviceSwitches switches) noexcept;
 
 // The COM name of an entry of the list: the entry without any " (in use)".
 [[nodiscard]] CWideString ChosenComName(CWideString entry);

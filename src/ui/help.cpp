@@ -2,6 +2,7 @@
 
 #include <htmlhelp.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -80,12 +81,8 @@ CWideString TopicOf(const wchar_t* format) {
   return topic;
 }
 
-bool HasControl(std::span<const DWORD> table, DWORD control) {
-  for (std::size_t row = 0; row + 1 < table.size(); row += 2) {
-    if (table[row] == 0) return false;
-    if (table[row] == control) return true;
-  }
-  return false;
+bool HasControl(std::span<const HelpId> table, DWORD control) {
+  return control != 0 && std::ranges::find(table, control, &HelpId::control) != table.end();
 }
 
 }  // namespace
@@ -94,7 +91,7 @@ void ShowHelpTopic(HWND owner, const wchar_t* topicFormat) {
   CallHtmlHelp(owner, TopicOf(topicFormat), HH_DISPLAY_TOPIC, 0);
 }
 
-void ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table) {
+void ShowContextHelp(const HELPINFO& request, std::span<const HelpId> table) {
   if (request.iContextType != HELPINFO_WINDOW) return;
   if (!HasControl(table, static_cast<DWORD>(request.iCtrlId))) return;
   CallHtmlHelp(static_cast<HWND>(request.hItemHandle), TopicOf(kPopUpTopics), HH_TP_HELP_WM_HELP,

@@ -12,6 +12,17 @@
 // "%s::/Page.htm>mainwin". The owner may be null.
 void ShowHelpTopic(HWND owner, const wchar_t* topicFormat);
 
-// Answers a request for help on a control of a page with a pop-up. `table` holds pairs of control id and help
-// id and ends in (0, 0). Nothing is shown when the request is not about a control of the table.
-void ShowContextHelp(const HELPINFO& request, std::span<const DWORD> table);
+// A control of a page and the help file's id for its pop-up. The layout is that of HTML Help's tables, which
+// are DWORDs in pairs.
+struct HelpId {
+  DWORD control;
+  DWORD help;
+};
+static_assert(sizeof(HelpId) == 2 * sizeof(DWORD));
+
+// HTML Help reads a table up to this row.
+inline constexpr HelpId kEndOfHelpIds{0, 0};
+
+// Answers a request for help on a control of a page with a pop-up. `table` ends in kEndOfHelpIds. Nothing is
+// shown when the request is not about a control of the table.
+void ShowContextHelp(const HELPINFO& request, std::span<const HelpId> table);

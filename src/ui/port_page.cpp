@@ -3,10 +3,13 @@
 #include <shellapi.h>
 
 #include "base/resource_ids.h"
+#include "config/port_type.h"
 #include "install/devices/port_in_use.h"
+#include "status/status_download.h"
 #include "status/utils.h"
 #include "ui/advanced_dialog.h"
 #include "ui/port_rules.h"
+#include "ui/port_status_view.h"
 
 namespace {
 
@@ -43,22 +46,12 @@ constexpr ToolTipText kTips[] = {
     {IDC_PORT_RESTORE_DEFAULTS, IDS_TIP_RESTORE_DEFAULTS},
 };
 
-constexpr DWORD kHelpIds[] = {IDC_PORT_CTS_ALWAYS_TRUE,
-                              0x806B00D3,
-                              IDC_PORT_CTS_LABEL,
-                              0x806B00D3,
-                              IDC_PORT_DSR_ALWAYS_TRUE,
-                              0x806B00CD,
-                              IDC_PORT_DSR_LABEL,
-                              0x806B00CD,
-                              IDC_PORT_RESTORE_DEFAULTS,
-                              0x806B037C,
-                              IDC_PORT_ADVANCED,
-                              0x806B0348,
-                              IDC_PORT_CONFIGURE,
-                              0x806B035E,
-                              0,
-                              0};
+constexpr HelpId kHelpIds[] = {
+    {IDC_PORT_CTS_ALWAYS_TRUE, 0x806B00D3},  {IDC_PORT_CTS_LABEL, 0x806B00D3},
+    {IDC_PORT_DSR_ALWAYS_TRUE, 0x806B00CD},  {IDC_PORT_DSR_LABEL, 0x806B00CD},
+    {IDC_PORT_RESTORE_DEFAULTS, 0x806B037C}, {IDC_PORT_ADVANCED, 0x806B0348},
+    {IDC_PORT_CONFIGURE, 0x806B035E},        kEndOfHelpIds,
+};
 
 constexpr PageTables kTables{.texts = kTexts, .tips = kTips, .helpIds = kHelpIds};
 
@@ -85,13 +78,13 @@ constexpr int kTools[] = {IDC_PORT_BAUD_RATE_LABEL, IDC_PORT_DATA_BITS_LABEL,   
 }  // namespace
 
 CKdUIPropertyPage::CKdUIPropertyPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_PORT_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
+    : CPortPageBase(IDD_PORT_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
 
 void CKdUIPropertyPage::OnInitDialog() {
-  CPortSettingsPage::OnInitDialog();
+  CPortPageBase::OnInitDialog();
   SetTexts();
   SetUpTips();
-  Refresh(true);
+  RefreshPortStatus(true);
 }
 
 void CKdUIPropertyPage::SetUpTips() const {
@@ -118,27 +111,45 @@ bool CKdUIPropertyPage::OnClicked(int control) {
       return true;
     case IDC_PORT_RESTORE_DEFAULTS:
       // Everything comes from the driver and the device server again; nothing else is reset.
-      Refresh(true);
+      RefreshPortStatus(true);
       return true;
     case IDC_PORT_CONFIGURE:
-      OnConfigure();
+      OpenPortWebPage();
       return true;
     default:
-      return CPortSettingsPage::OnClicked(control);
+      return CPortPageBase::OnClicked(control);
   }
 }
 
-void CKdUIPropertyPage::Refresh(bool showErrors) {
+void CKdUIPropertyPage::RefreshPortStatus(bool showErrors) {
   if (refreshing_) return;
   const CFlagScope scope(refreshing_);
   const HWND focus = GetFocus();
-  RefreshPortStatus({.page = Window(), .channel = *this, .portSet = portSet_, .busSet = busSet_, .web = web_},
-                    showErrors);
+  // No exchange with a driver is a condition for what follows: a page that shows what it has is better than
+  // none.
+  static_cast<void>(ReadPortSet());
+  static_cast<void>(ReadBusSet());
+  web_ = WebAddressOf(busSet_);
+  const PortStatus status = ApplyStatusDocument(FetchDocument(showErrors), portSet_, busSet_);
+  ShowStatusTexts(Window(), status);
+  static_cast<void>(WritePortSet());
+  static_cast<void>(WriteBusSet());
+  ShowHandshake(Window(), status.boxes);
+  ShowOverrideMarks(Window(), status.showOverrideMarks);
   KeepFocusUsable(focus);
 }
 
+CWideString CKdUIPropertyPage::FetchDocument(bool showErrors) const {
+  if (const auto document = FetchStatusDocument(web_)) return *document;
+  if (showErrors) {
+    MessageBoxW(Window(), L"Cannot load device information data from the device. Device may be offline.",
+                L"Warning", MB_OK | MB_ICONEXCLAMATION);
+  }
+  return {};
+}
+
 void CKdUIPropertyPage::RefreshSilently() {
-  if (!applying_) Refresh(false);
+  if (!applying_) RefreshPortStatus(false);
 }
 
 // A box that is disabled loses the focus to nobody, and the keyboard would be dead: the next control gets it.
@@ -151,10 +162,10 @@ LRESULT CKdUIPropertyPage::OnApply() {
   const CFlagScope scope(applying_);
   const HandshakeBoxes boxes{.ctsAlwaysTrue = IsChecked(IDC_PORT_CTS_ALWAYS_TRUE),
                              .dsrAlwaysTrue = IsChecked(IDC_PORT_DSR_ALWAYS_TRUE)};
-  if (!AdoptHandshake(portSet_, busSet_.SerialPortIndex, boxes, settingsChanged_)) return PSNRET_NOERROR;
+  if (!ApplyHandshake(portSet_, busSet_.SerialPortIndex, boxes, settingsChanged_)) return PSNRET_NOERROR;
   const CWideString portName = PortName();
   if (!IsPortOpenable(portName) &&
-      Ask(IDS_PORT_OPEN_SETTINGS, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
+      ShowMessage(IDS_PORT_OPEN_SETTINGS, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
     // The boxes keep what the user chose: he may close the other application and try again.
     static_cast<void>(ReadPortSet());
     return PSNRET_INVALID;
@@ -162,14 +173,14 @@ LRESULT CKdUIPropertyPage::OnApply() {
   // Whether the driver took the set shows in the refresh, which reads it again.
   static_cast<void>(WritePortSet());
   settingsChanged_ = false;
-  Refresh(true);
-  WritePortsDefault(portName);
+  RefreshPortStatus(true);
+  WriteCurrentPortsSettings(portName);
   return PSNRET_NOERROR;
 }
 
 // Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone.
 // Kept on purpose: no PortName
-void CKdUIPropertyPage::WritePortsDefault(const CWideString& portName) const {
+void CKdUIPropertyPage::WriteCurrentPortsSettings(const CWideString& portName) const {
   if (portName.IsEmpty()) return;
   static_cast<void>(CUtils().WritePortsDefaultSettings(portName, portSet_.Baudrate, portSet_.Databits,
                                                        portSet_.Parity, portSet_.Stopbits,
@@ -181,22 +192,12 @@ void CKdUIPropertyPage::OnAdvanced() {
   if (sheet.DoModal(GetActiveWindow()) != CPropertySheetImpl::kSaved) return;
   if (!ReadPortSet()) return;
   portSet_.DuplexMode = sheet.Rs485DuplexMode();
-  const HandshakeChange change = HandshakeAfterAdvanced(portSet_, busSet_.SerialPortIndex);
-  ShowBox(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL, change.cts);
-  ShowBox(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL, change.dsr);
-}
-
-void CKdUIPropertyPage::ShowBox(int box, int label, const BoxChange& change) const {
-  if (change.checked) {
-    SendDlgItemMessageW(Window(), box, BM_SETCHECK, *change.checked ? BST_CHECKED : BST_UNCHECKED, 0);
-  }
-  if (change.boxEnabled) EnableWindow(Control(box), *change.boxEnabled);
-  if (change.labelEnabled) EnableWindow(Control(label), *change.labelEnabled);
+  ShowHandshake(Window(), HandshakeAfterAdvanced(portSet_, busSet_.SerialPortIndex));
 }
 
 // Opens the device server's page for the port, and from then on looks every few seconds at what the user
 // changes there.
-void CKdUIPropertyPage::OnConfigure() {
+void CKdUIPropertyPage::OpenPortWebPage() {
   const CWideString address = PortWebPage(web_);
   ShellExecuteW(Window(), L"open", address.Text(), nullptr, nullptr, SW_SHOWNORMAL);
   timer_ = SetTimer(Window(), kRefreshTimer, kRefreshInterval, nullptr);

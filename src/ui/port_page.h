@@ -5,8 +5,7 @@
 
 #include <setupapi.h>
 
-#include "status/port_boxes.h"
-#include "status/refresh_port_status.h"
+#include "status/port_web.h"
 #include "ui/port_page_base.h"
 
 // Shows the live state of the port as its device server tells it, and lets the user set the two handshake
@@ -14,7 +13,7 @@
 //
 // The settings shown are adopted into the page's copy and written back with every refresh; only the boxes
 // wait for the user's OK. The HTTP exchange of a refresh blocks the page's thread.
-class CKdUIPropertyPage : public CPortSettingsPage {
+class CKdUIPropertyPage : public CPortPageBase {
  public:
   CKdUIPropertyPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
 
@@ -28,18 +27,21 @@ class CKdUIPropertyPage : public CPortSettingsPage {
 
  private:
   void SetUpTips() const;
-  // Shows the port's state anew (RefreshPortStatus). Does nothing while a refresh is under way: its message
-  // box lets the timer's ticks through.
-  void Refresh(bool showErrors);
+  // Reads both parameter sets, fetches the port's status document, shows what it says and writes it into both
+  // sets. A device server that does not answer is reported when `showErrors` is set, and shown as "Offline".
+  // Blocks for the length of the HTTP exchange. Does nothing while a refresh is under way: its message box
+  // lets the timer's ticks through.
+  void RefreshPortStatus(bool showErrors);
+  // The status document, or the empty one of a device server that does not answer.
+  [[nodiscard]] CWideString FetchDocument(bool showErrors) const;
   // The same without messages, when nobody asked for it. Does nothing during an apply: its question lets the
   // ticks through, and a refresh would put the driver's boxes in place of the user's.
   void RefreshSilently();
   void KeepFocusUsable(HWND focusBefore) const;
-  void WritePortsDefault(const CWideString& portName) const;
-  void ShowBox(int box, int label, const BoxChange& change) const;
+  void WriteCurrentPortsSettings(const CWideString& portName) const;
 
   void OnAdvanced();
-  void OnConfigure();
+  void OpenPortWebPage();
 
   PortWebAddress web_;
   UINT_PTR timer_ = 0;

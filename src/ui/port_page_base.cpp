@@ -3,7 +3,6 @@
 #include "base/resource_ids.h"
 #include "install/devices/ports_class.h"
 #include "ui/framework/picture_link.h"
-#include "ui/help.h"
 
 namespace {
 
@@ -11,8 +10,8 @@ constexpr int kHelpLink = IDC_PORT_HELP_LINK;  // on every page
 
 }  // namespace
 
-CPortSettingsPage::CPortSettingsPage(WORD dialogId, const wchar_t* title, const PageTables& tables,
-                                     HDEVINFO set, const SP_DEVINFO_DATA& element)
+CPortPageBase::CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO set,
+                             const SP_DEVINFO_DATA& element)
     : CPropertyPageImpl(dialogId, title),
       CKdUserModeConfig(set, element),
       tables_(tables),
@@ -21,22 +20,22 @@ CPortSettingsPage::CPortSettingsPage(WORD dialogId, const wchar_t* title, const 
       parent_(set, element_),
       usable_(Open()) {}
 
-bool CPortSettingsPage::Open() {
+bool CPortPageBase::Open() {
   return FindDeviceInterface() && ReadPortSet() && parent_.FindParentDevice() && ReadBusSet();
 }
 
-CWideString CPortSettingsPage::PortName() const {
+CWideString CPortPageBase::PortName() const {
   CWideString name;
   if (!registry_.GetRegString(kPortName, name)) return {};
   return name;
 }
 
-void CPortSettingsPage::OnInitDialog() {
+void CPortPageBase::OnInitDialog() {
   background_.Create();
   MakePictureLink(Control(kHelpLink));
 }
 
-void CPortSettingsPage::SetTexts() const {
+void CPortPageBase::SetTexts() const {
   for (const ControlText& row : tables_.texts) {
     CWideString text;
     text.LoadFromTable(row.stringId);
@@ -44,28 +43,28 @@ void CPortSettingsPage::SetTexts() const {
   }
 }
 
-bool CPortSettingsPage::OnHelp(const HELPINFO& request) {
+bool CPortPageBase::OnHelp(const HELPINFO& request) {
   ShowContextHelp(request, tables_.helpIds);
   return true;
 }
 
-bool CPortSettingsPage::OnClicked(int control) {
+bool CPortPageBase::OnClicked(int control) {
   if (control != kHelpLink) return false;
   ShowHelpTopic(Window(), HelpTopic());
   return true;
 }
 
-bool CPortSettingsPage::OnToolTipText(NMTTDISPINFOW& request) {
+bool CPortPageBase::OnToolTipText(NMTTDISPINFOW& request) {
   AnswerText(request, tables_.tips, tables_.otherTip);
   return true;
 }
 
-int CPortSettingsPage::Ask(UINT stringId, const wchar_t* caption, UINT style) const {
+int CPortPageBase::ShowMessage(UINT stringId, const wchar_t* caption, UINT style) const {
   CWideString text;
   text.LoadFromTable(stringId);
   return MessageBoxW(Window(), text.Text(), caption, style);
 }
 
-bool CPortSettingsPage::IsChecked(int control) const noexcept {
+bool CPortPageBase::IsChecked(int control) const noexcept {
   return SendDlgItemMessageW(Window(), control, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }

@@ -16,6 +16,7 @@
 #include "ui/framework/page_background.h"
 #include "ui/framework/property_page.h"
 #include "ui/framework/tooltip_dialog.h"
+#include "ui/help.h"
 
 // A control, and the id of its text in the string table.
 struct ControlText {
@@ -25,11 +26,11 @@ struct ControlText {
 
 // What a page says, row by row.
 struct PageTables {
-  std::span<const ControlText>
-      texts{};  // in the order in which they are set; an id without a control is no error
+  // In the order in which they are set; an id without a control is no error.
+  std::span<const ControlText> texts{};
   std::span<const ToolTipText> tips{};
-  UINT otherTip = 0;                 // the tip of all other controls; 0: none
-  std::span<const DWORD> helpIds{};  // control and help id, in pairs that end in (0, 0)
+  UINT otherTip = 0;                  // the tip of all other controls; 0: none
+  std::span<const HelpId> helpIds{};  // ends in kEndOfHelpIds
 };
 
 // Base of the pages that show and change the settings of one port: a page with tips and the product's
@@ -37,15 +38,15 @@ struct PageTables {
 //
 // Construction opens the channel, reads set 0, finds the device server and reads set 1, and stops at the
 // first step that fails. The page is usable when none did; one that is not keeps the members' initial values.
-class CPortSettingsPage : public CPropertyPageImpl, public CToolTipDialog, public CKdUserModeConfig {
+class CPortPageBase : public CPropertyPageImpl, public CToolTipDialog, public CKdUserModeConfig {
  public:
   [[nodiscard]] bool IsUsable() const noexcept { return usable_; }
 
  protected:
   // The device information set is borrowed and outlives the page; the element is copied. `title` as in
   // CPropertyPageImpl; `tables` outlives the page.
-  CPortSettingsPage(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO set,
-                    const SP_DEVINFO_DATA& element);
+  CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO set,
+                const SP_DEVINFO_DATA& element);
 
   // Exchanges with the drivers: set 0 is the port's, set 1 the network bus's.
   [[nodiscard]] bool ReadPortSet() { return GetParameterSet(portSet_, CKdUVcpUserModeInterface::kSelector); }
@@ -62,7 +63,7 @@ class CPortSettingsPage : public CPropertyPageImpl, public CToolTipDialog, publi
   // Puts the texts of the tables into their controls.
   void SetTexts() const;
   // Shows a message box over the page, with a text of the string table.
-  [[nodiscard]] int Ask(UINT stringId, const wchar_t* caption, UINT style) const;
+  [[nodiscard]] int ShowMessage(UINT stringId, const wchar_t* caption, UINT style) const;
   [[nodiscard]] bool IsChecked(int control) const noexcept;
 
   // What the help link shows, with "%s" for the help file (ShowHelpTopic).

@@ -1,9 +1,11 @@
 #include "ui/port_rules.h"
 
+#include "config/port_type.h"
+
 namespace {
 
 // Stores a box into its setting; true when that changed it.
-bool Adopt(std::uint32_t& setting, std::uint32_t supported, bool wish) noexcept {
+bool Store(std::uint32_t& setting, std::uint32_t supported, bool wish) noexcept {
   if (wish == (setting != 0) || supported == 0) return false;
   setting = wish ? 1 : 0;
   return true;
@@ -11,14 +13,14 @@ bool Adopt(std::uint32_t& setting, std::uint32_t supported, bool wish) noexcept 
 
 }  // namespace
 
-bool AdoptHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
+bool ApplyHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
                     bool settingsChanged) noexcept {
   bool changed = settingsChanged;
   if (!IsRs422485Port(port.PortType, portIndex)) {
-    if (Adopt(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
-    if (Adopt(port.EmulateDSRTrue, port.DsrSupported, boxes.dsrAlwaysTrue)) changed = true;
+    if (Store(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
+    if (Store(port.EmulateDSRTrue, port.DsrSupported, boxes.dsrAlwaysTrue)) changed = true;
   } else if (port.DuplexMode != kDuplexRs485) {
-    if (Adopt(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
+    if (Store(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
   }
   return changed;
 }

@@ -15,7 +15,7 @@ struct HandshakeBoxes {
 // Takes the boxes over into the port's settings. True when something is to be written: a setting has changed,
 // or `settingsChanged` was set. A line that the port does not have is not emulated; RS-422/485 ports have no
 // DSR, and in RS-485 mode no CTS either: their boxes do not count.
-[[nodiscard]] bool AdoptHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
+[[nodiscard]] bool ApplyHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
                                   bool settingsChanged) noexcept;
 
 // How the boxes change when the advanced settings have been saved.

@@ -10,8 +10,11 @@
 
 namespace {
 
-constexpr DWORD kHelpIds[] = {IDC_RS422485_DUPLEX, 0x806B034E, IDC_RS422485_RESTORE_DEFAULTS,
-                              0x806B037C,          0,          0};
+constexpr HelpId kHelpIds[] = {
+    {IDC_RS422485_DUPLEX, 0x806B034E},
+    {IDC_RS422485_RESTORE_DEFAULTS, 0x806B037C},
+    kEndOfHelpIds,
+};
 
 constexpr ControlText kTexts[] = {{IDC_RS422485_NOTE, IDS_DUPLEX_NOTE}};
 
@@ -34,18 +37,18 @@ void BroadcastPortChange() noexcept {
 }  // namespace
 
 CRS422485Page::CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), kTables, set, element) {}
+    : CPortPageBase(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), kTables, set, element) {}
 
 void CRS422485Page::OnInitDialog() {
   SetTexts();
-  CPortSettingsPage::OnInitDialog();
+  CPortPageBase::OnInitDialog();
   SetUpBalloon();
   for (const int control : {IDC_RS422485_DUPLEX, IDC_RS422485_RESTORE_DEFAULTS}) AddTool(Control(control));
   ShowDuplexModes();
 }
 
 bool CRS422485Page::OnClicked(int control) {
-  if (control != IDC_RS422485_RESTORE_DEFAULTS) return CPortSettingsPage::OnClicked(control);
+  if (control != IDC_RS422485_RESTORE_DEFAULTS) return CPortPageBase::OnClicked(control);
   RestoreDefaults();
   return true;
 }
@@ -70,12 +73,12 @@ LRESULT CRS422485Page::OnApply() {
   if (chosen != CB_ERR) portSet_.DuplexMode = static_cast<std::uint32_t>(chosen);  // kept without a selection
   // Kept on purpose: renaming text
   if (!IsPortOpenable(PortName()) &&
-      Ask(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
-    (void)ReadPortSet();
+      ShowMessage(IDS_PORT_OPEN_RENAME, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
+    static_cast<void>(ReadPortSet());
     return PSNRET_INVALID;
   }
   if (!WritePortSet()) {
-    (void)ReadPortSet();
+    static_cast<void>(ReadPortSet());
     return PSNRET_INVALID;
   }
   BroadcastPortChange();

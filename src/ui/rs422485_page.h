@@ -15,7 +15,7 @@
 //
 // The advanced sheet makes this page and does not show it: the port page takes over the duplex mode that it
 // has read. To show it, add it to the sheet; nothing else is needed.
-class CRS422485Page : public CPortSettingsPage, private CWinDataExchange {
+class CRS422485Page : public CPortPageBase, private CWinDataExchange {
  public:
   CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element);
 

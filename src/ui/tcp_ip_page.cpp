@@ -1,30 +1,20 @@
 #include "ui/tcp_ip_page.h"
 
 #include "base/resource_ids.h"
+#include "config/port_type.h"
 #include "status/address_text.h"
-#include "ui/port_rules.h"
 
 namespace {
 
 constexpr wchar_t kHelpTopic[] = L"%s::/TcpIpPage.htm>mainwin";
 constexpr wchar_t kHelpTopic485[] = L"%s::/TcpIpPage485.htm>mainwin";
 
-constexpr DWORD kHelpIds[] = {IDC_TCPIP_MAC_ADDRESS,
-                              0x806B0357,
-                              IDC_TCPIP_ADDRESS,
-                              0x806B0358,
-                              IDC_TCPIP_PORT_NUMBER,
-                              0x806B0359,
-                              IDC_TCPIP_ATTEMPT_TIMEOUT,
-                              0x806B035A,
-                              IDC_TCPIP_IDLE_TIMEOUT,
-                              0x806B035B,
-                              IDC_TCPIP_RESTORE_DEFAULTS,
-                              0x806B037C,
-                              IDC_TCPIP_VERIFICATION,
-                              0x806B035D,
-                              0,
-                              0};
+constexpr HelpId kHelpIds[] = {
+    {IDC_TCPIP_MAC_ADDRESS, 0x806B0357},  {IDC_TCPIP_ADDRESS, 0x806B0358},
+    {IDC_TCPIP_PORT_NUMBER, 0x806B0359},  {IDC_TCPIP_ATTEMPT_TIMEOUT, 0x806B035A},
+    {IDC_TCPIP_IDLE_TIMEOUT, 0x806B035B}, {IDC_TCPIP_RESTORE_DEFAULTS, 0x806B037C},
+    {IDC_TCPIP_VERIFICATION, 0x806B035D}, kEndOfHelpIds,
+};
 
 // The string table has no tips for this page: its tools stay without one.
 constexpr PageTables kTables{.helpIds = kHelpIds};
@@ -32,10 +22,10 @@ constexpr PageTables kTables{.helpIds = kHelpIds};
 }  // namespace
 
 CTcpIpSettingsPage::CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortSettingsPage(IDD_TCPIP_PAGE, L"TCP/IP Settings", kTables, set, element) {}
+    : CPortPageBase(IDD_TCPIP_PAGE, L"TCP/IP Settings", kTables, set, element) {}
 
 void CTcpIpSettingsPage::OnInitDialog() {
-  CPortSettingsPage::OnInitDialog();
+  CPortPageBase::OnInitDialog();
   SetUpBalloon();
   for (const int control : {IDC_TCPIP_ADDRESS, IDC_TCPIP_PORT_NUMBER}) AddTool(Control(control));
   fields_ = FieldsOf(busSet_);
@@ -51,7 +41,7 @@ HBRUSH CTcpIpSettingsPage::OnControlColour(HDC) {
 }
 
 bool CTcpIpSettingsPage::OnClicked(int control) {
-  if (control != IDC_TCPIP_RESTORE_DEFAULTS) return CPortSettingsPage::OnClicked(control);
+  if (control != IDC_TCPIP_RESTORE_DEFAULTS) return CPortPageBase::OnClicked(control);
   RestoreDefaults();
   return true;
 }
@@ -93,8 +83,8 @@ LRESULT CTcpIpSettingsPage::OnApply() {
     return PSNRET_INVALID;
   }
   if (!ReadBusSet()) return PSNRET_NOERROR;
-  if (!AdoptFields(busSet_, fields_) || WriteBusSet()) return PSNRET_NOERROR;
-  (void)ReadBusSet();  // back to what the driver has
+  if (!ApplyFields(busSet_, fields_) || WriteBusSet()) return PSNRET_NOERROR;
+  static_cast<void>(ReadBusSet());  // back to what the driver has
   return PSNRET_INVALID;
 }
 

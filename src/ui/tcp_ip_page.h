@@ -11,7 +11,7 @@
 
 // Shows where the port's device server is, and lets the user set the TCP port, the time-out of an attempt to
 // connect and the verification of the connection. Nothing is written before apply.
-class CTcpIpSettingsPage : public CPortSettingsPage, private CWinDataExchange {
+class CTcpIpSettingsPage : public CPortPageBase, private CWinDataExchange {
  public:
   CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
 

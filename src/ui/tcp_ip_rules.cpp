@@ -2,7 +2,7 @@
 
 namespace {
 
-bool Adopt(std::uint32_t& parameter, std::uint32_t value) noexcept {
+bool Store(std::uint32_t& parameter, std::uint32_t value) noexcept {
   if (parameter == value) return false;
   parameter = value;
   return true;
@@ -28,12 +28,12 @@ TcpIpFields RestoredFields(const CKdNBusUserModeInterface& current,
   return fields;
 }
 
-bool AdoptFields(CKdNBusUserModeInterface& set, const TcpIpFields& fields) noexcept {
+bool ApplyFields(CKdNBusUserModeInterface& set, const TcpIpFields& fields) noexcept {
   const std::uint32_t ignore = fields.verification ? 0 : 1;
-  bool changed = Adopt(set.PortNumber, fields.tcpPort);
-  changed = Adopt(set.ConnectionAttemptTimeout, fields.attemptTimeout) || changed;
-  changed = Adopt(set.ConnectionIdleTimeout, fields.idleTimeout) || changed;
-  changed = Adopt(set.IgnoreModelChecking, ignore) || changed;
-  changed = Adopt(set.IgnoreForceProtocol, ignore) || changed;
+  bool changed = Store(set.PortNumber, fields.tcpPort);
+  changed = Store(set.ConnectionAttemptTimeout, fields.attemptTimeout) || changed;
+  changed = Store(set.ConnectionIdleTimeout, fields.idleTimeout) || changed;
+  changed = Store(set.IgnoreModelChecking, ignore) || changed;
+  changed = Store(set.IgnoreForceProtocol, ignore) || changed;
   return changed;
 }

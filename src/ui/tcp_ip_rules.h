@@ -29,4 +29,4 @@ struct TcpIpFields {
 // Takes the fields over; true when a parameter has changed and the set is to be written. The two parameters
 // of the verification both become the inverse of the box: a set in which they differ changes even when the
 // user has touched nothing.
-[[nodiscard]] bool AdoptFields(CKdNBusUserModeInterface& set, const TcpIpFields& fields) noexcept;
+[[nodiscard]] bool ApplyFields(CKdNBusUserModeInterface& set, const TcpIpFields& fields) noexcept;

@@ -92,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   document.MakeLower();
 
   const CVcpParameters before = port;
-  const PortStatus status = AdoptStatusDocument(document, port, bus);
+  const PortStatus status = ApplyStatusDocument(document, port, bus);
   CheckTexts(status, document.Length());
   CheckSettings(before, port);
   CheckBoxes(status, port, bus.SerialPortIndex);

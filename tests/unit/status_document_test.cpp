@@ -23,7 +23,7 @@ struct Port {
     port.Stopbits = 2;
     port.FlowControl = 2;
   }
-  PortStatus Adopt(const wchar_t* document) { return AdoptStatusDocument(document, port, bus); }
+  PortStatus Adopt(const wchar_t* document) { return ApplyStatusDocument(document, port, bus); }
 };
 
 TEST(TagValueTest, ValueStandsBetweenTheFirstTags) {

@@ -45,7 +45,7 @@ TEST(UiTcpIpRules, VerificationIsOnUnlessBothChecksAreIgnored) {
     set.IgnoreForceProtocol = row.protocol;
     const TcpIpFields fields = FieldsOf(set);
     EXPECT_EQ(fields.verification, row.shown) << row.model << row.protocol;
-    EXPECT_EQ(AdoptFields(set, fields), row.untouchedWrites) << row.model << row.protocol;
+    EXPECT_EQ(ApplyFields(set, fields), row.untouchedWrites) << row.model << row.protocol;
     EXPECT_EQ(set.IgnoreModelChecking, row.shown ? 0u : 1u);
     EXPECT_EQ(set.IgnoreForceProtocol, set.IgnoreModelChecking);
   }
@@ -57,10 +57,10 @@ TEST(UiDeviceRules, HighPerformanceIsTheInverseOfItsParameter) {
   set.ForceCOMPortConnect = 9;
   set.RealTxFifoEmulation = 4;
   EXPECT_EQ(SwitchesOf(set), (DeviceSwitches{.connectOffline = true, .highPerformance = false}));
-  AdoptSwitches(set, {.connectOffline = true, .highPerformance = false});
+  ApplySwitches(set, {.connectOffline = true, .highPerformance = false});
   EXPECT_EQ(set.ForceCOMPortConnect, 1u);
   EXPECT_EQ(set.RealTxFifoEmulation, 1u);
-  AdoptSwitches(set, {.connectOffline = false, .highPerformance = true});
+  ApplySwitches(set, {.connectOffline = false, .highPerformance = true});
   EXPECT_EQ(set.ForceCOMPortConnect, 0u);
   EXPECT_EQ(set.RealTxFifoEmulation, 0u);
 }

@@ -1,4 +1,5 @@
 // What the port page writes on apply, and how its boxes look after the advanced settings.
+#include "config/port_type.h"
 #include "ui/port_rules.h"
 
 #include <gtest/gtest.h>
@@ -64,7 +65,7 @@ TEST(PortRules, ApplyAdoptsOnlyWhatTheUserChanged) {
     CVcpParameters port = PortOf(row.rs422485, row.duplex, row.cts, row.dsr);
     port.CtsSupported = row.ctsSupported;
     port.DsrSupported = row.dsrSupported;
-    EXPECT_EQ(AdoptHandshake(port, kIndex, row.boxes, row.settingsChanged), row.write);
+    EXPECT_EQ(ApplyHandshake(port, kIndex, row.boxes, row.settingsChanged), row.write);
     EXPECT_EQ(port.EmulateCTSTrue, row.ctsAfter);
     EXPECT_EQ(port.EmulateDSRTrue, row.dsrAfter);
   }

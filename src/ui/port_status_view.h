@@ -1,0 +1,17 @@
+// The port page's controls for the state of the port. Windows only.
+#pragma once
+
+#include <windows.h>
+
+#include "status/port_status.h"
+
+// Both touch only those controls that show something else, so that a tick of the timer does not flicker.
+
+// Fills the texts of the state and shows or hides the duplex row.
+void ShowStatusTexts(HWND page, const PortStatus& status);
+
+// Sets the check boxes of the handshake lines; what a change leaves empty stays as it is.
+void ShowHandshake(HWND page, const HandshakeChange& change);
+
+// Shows or hides the note on overridden lines, for a template that has one.
+void ShowOverrideMarks(HWND page, bool visible);
