@@ -125,8 +125,8 @@ void CKdUIPropertyPage::RefreshPortStatus(bool showErrors) {
   if (refreshing_) return;
   const CFlagScope scope(refreshing_);
   const HWND focus = GetFocus();
-  // No exchange with a driver is a condition for what follows: a page that shows what it has is better than
-  // none.
+  // Kept on purpose: unread sets
+  // Kept on purpose: write under the warning
   static_cast<void>(ReadPortSet());
   static_cast<void>(ReadBusSet());
   web_ = WebAddressOf(busSet_);

@@ -26,7 +26,7 @@ constexpr StatusRow kRows[] = {
 };
 
 constexpr int kDuplexRow[] = {IDC_PORT_DUPLEX, IDC_PORT_DUPLEX_LABEL};
-// The dialog has none of the three: they are for a template that has.
+// Kept on purpose: missing controls
 constexpr int kOverrideMarks[] = {IDC_PORT_OVERRIDE_NOTE, IDC_PORT_OVERRIDE_MARK, IDC_PORT_OVERRIDE_ICON};
 
 void ShowText(HWND page, int control, const CWideString& text) {
