@@ -14,14 +14,15 @@ static_assert(sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_W) == 8);
 namespace {
 
 // The path of an interface that SetupAPI describes in `size` bytes.
-bool ReadDetail(HDEVINFO set, SP_DEVICE_INTERFACE_DATA& instance, DWORD size, CWideString& path) {
+bool ReadDetail(HDEVINFO deviceInfoSet, SP_DEVICE_INTERFACE_DATA& instance, DWORD size, CWideString& path) {
   using Detail = SP_DEVICE_INTERFACE_DETAIL_DATA_W;
   if (size < sizeof(Detail)) return false;
   const std::unique_ptr<std::byte[]> buffer(new (std::nothrow) std::byte[size]());
   if (!buffer) return false;
   auto* detail = reinterpret_cast<Detail*>(buffer.get());
   detail->cbSize = sizeof(Detail);
-  if (!SetupDiGetDeviceInterfaceDetailW(set, &instance, detail, size, nullptr, nullptr)) return false;
+  if (!SetupDiGetDeviceInterfaceDetailW(deviceInfoSet, &instance, detail, size, nullptr, nullptr))
+    return false;
   const std::size_t room = (size - offsetof(Detail, DevicePath)) / sizeof(wchar_t);
   path = std::wstring_view(detail->DevicePath, wcsnlen(detail->DevicePath, room));
   return true;

@@ -27,8 +27,8 @@ inline constexpr GUID kConfigurationInterfaceClass = {
 class CKdUserModeConfig : public CKdSetupDi_DeviceInterface {
  public:
   // The device information set is borrowed and must outlive the object; the element is copied.
-  CKdUserModeConfig(HDEVINFO set, const SP_DEVINFO_DATA& element) noexcept
-      : CKdSetupDi_DeviceInterface(kConfigurationInterfaceClass), device_(set, element) {}
+  CKdUserModeConfig(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element) noexcept
+      : CKdSetupDi_DeviceInterface(kConfigurationInterfaceClass), device_(deviceInfoSet, element) {}
   ~CKdUserModeConfig() override = default;
 
   // Finds the device's configuration interface; until it has, every exchange fails. To be called once for

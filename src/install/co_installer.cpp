@@ -50,21 +50,21 @@ class CInstallLock {
 };
 
 void RemoveChildPorts(const SP_DEVINFO_DATA& server) {
-  const CDeviceInfoList set = CreateEmptyDeviceInfoList();
-  if (!set) return;
+  const CDeviceInfoList deviceInfoSet = CreateEmptyDeviceInfoList();
+  if (!deviceInfoSet) return;
   for (const DEVINST child : ChildrenOf(server.DevInst)) {
     CWideString id;
     SP_DEVINFO_DATA element;
-    if (!GetInstanceId(child, id) || !OpenDeviceInfo(set.Get(), id.Text(), element, 0)) continue;
-    CCOMPortUtil port(set.Get(), element);
+    if (!GetInstanceId(child, id) || !OpenDeviceInfo(deviceInfoSet.Get(), id.Text(), element, 0)) continue;
+    CCOMPortUtil port(deviceInfoSet.Get(), element);
     ReleasePortName(port);
-    SetupDiCallClassInstaller(DIF_REMOVE, set.Get(), &element);
+    SetupDiCallClassInstaller(DIF_REMOVE, deviceInfoSet.Get(), &element);
   }
 }
 
-DWORD CheckDriverUpdate(HDEVINFO set, const SP_DEVINFO_DATA& device) {
+DWORD CheckDriverUpdate(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& device) {
   CWideString noUpgrade;
-  if (!ReadDevRegString(set, device, L"NoUpgrade", noUpgrade) || !ForbidsDriverUpdate(noUpgrade)) {
+  if (!ReadDevRegString(deviceInfoSet, device, L"NoUpgrade", noUpgrade) || !ForbidsDriverUpdate(noUpgrade)) {
     return NO_ERROR;
   }
   CWideString text;
@@ -80,7 +80,8 @@ bool WindowsSortsPortNames() {
          SortsPortNames(version.dwMajorVersion, version.dwMinorVersion);
 }
 
-DWORD InstallCard(HDEVINFO set, const SP_DEVINFO_DATA& server, const COINSTALLER_CONTEXT_DATA& context) {
+DWORD InstallDeviceServer(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& server,
+                          const COINSTALLER_CONTEXT_DATA& context) {
   if (context.PostProcessing != FALSE) {
     // Again, because the class installer may have started the server, and with it its ports, in between.
     // Kept on purpose: one backup
@@ -89,69 +90,70 @@ DWORD InstallCard(HDEVINFO set, const SP_DEVINFO_DATA& server, const COINSTALLER
   }
   // Throws when memory runs out: ports whose settings are not saved must not be removed. The export then
   // returns NO_ERROR, and the installer leaves out the second pass, which would remove them too.
-  BackupChildPortSettings(set, server);
+  BackupChildPortSettings(deviceInfoSet, server);
   BestEffort([&] { RemoveChildPorts(server); });
   return ERROR_DI_POSTPROCESSING_REQUIRED;
 }
 
 // A port whose name is not defined yet is left alone: its driver is not running, and nothing that could be
 // done to its name would reach it.
-bool HasDefinedName(HDEVINFO set, const SP_DEVINFO_DATA& port) {
+bool HasDefinedName(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& port) {
   return GuardBoundary(false, [&] {
     CWideString name;
-    static_cast<void>(ReadDevRegString(set, port, kPortName, name));
+    static_cast<void>(ReadDevRegString(deviceInfoSet, port, kPortName, name));
     return HasDosDevice(name);
   });
 }
 
-DWORD InstallPort(HDEVINFO set, const SP_DEVINFO_DATA& port, const COINSTALLER_CONTEXT_DATA& context) {
+DWORD InstallPort(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& port,
+                  const COINSTALLER_CONTEXT_DATA& context) {
   if (context.PostProcessing == FALSE) return ERROR_DI_POSTPROCESSING_REQUIRED;
-  if (!HasDefinedName(set, port)) return NO_ERROR;
+  if (!HasDefinedName(deviceInfoSet, port)) return NO_ERROR;
   const CInstallLock lock;
   // Kept on purpose: unanswered question
-  const bool restored = GuardBoundary(false, [&] { return RestorePortSettings(set, port); });
+  const bool restored = GuardBoundary(false, [&] { return RestorePortSettings(deviceInfoSet, port); });
   if (!restored) {
     BestEffort([&] {
-      if (WindowsSortsPortNames()) SortChildPortNames(set, port);
+      if (WindowsSortsPortNames()) SortChildPortNames(deviceInfoSet, port);
     });
-    BestEffort([&] { WritePortsDefault(set, port); });
+    BestEffort([&] { WritePortsDefault(deviceInfoSet, port); });
   }
-  BestEffort([&] { ApplyUsbFixedComName(set, port); });
+  BestEffort([&] { ApplyUsbFixedComName(deviceInfoSet, port); });
   return context.InstallResult;
 }
 
 }  // namespace
 
-DWORD CoInstallCard(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* device,
-                    const COINSTALLER_CONTEXT_DATA* context) {
+DWORD CoInstallDeviceServer(DI_FUNCTION function, HDEVINFO deviceInfoSet, SP_DEVINFO_DATA* device,
+                            const COINSTALLER_CONTEXT_DATA* context) {
   if (device == nullptr) return NO_ERROR;
   switch (function) {
     case DIF_INSTALLDEVICE:
-      return context != nullptr ? InstallCard(set, *device, *context) : NO_ERROR;
+      return context != nullptr ? InstallDeviceServer(deviceInfoSet, *device, *context) : NO_ERROR;
     case DIF_REMOVE:
-      BestEffort([&] { RunUninstallProgram(set, *device, false); });
+      BestEffort([&] { RunUninstallProgram(deviceInfoSet, *device, false); });
       return NO_ERROR;
     case DIF_UPDATEDRIVER_UI:
-      return CheckDriverUpdate(set, *device);
+      return CheckDriverUpdate(deviceInfoSet, *device);
     default:
       return NO_ERROR;
   }
 }
 
-DWORD CoInstallPort(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* device,
+DWORD CoInstallPort(DI_FUNCTION function, HDEVINFO deviceInfoSet, SP_DEVINFO_DATA* device,
                     const COINSTALLER_CONTEXT_DATA* context) {
   if (device == nullptr) return NO_ERROR;
   switch (function) {
     case DIF_INSTALLDEVICE:
-      return context != nullptr ? InstallPort(set, *device, *context) : NO_ERROR;
+      return context != nullptr ? InstallPort(deviceInfoSet, *device, *context) : NO_ERROR;
     case DIF_REMOVE:
       BestEffort([&] {
-        CCOMPortUtil port(set, *device);
+        CCOMPortUtil port(deviceInfoSet, *device);
         ReleasePortName(port);
       });
       return NO_ERROR;
     case DIF_UPDATEDRIVER_UI:
-      return CheckDriverUpdate(set, *device);
+      return CheckDriverUpdate(deviceInfoSet, *device);
     default:
       return NO_ERROR;
   }

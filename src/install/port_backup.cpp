@@ -82,8 +82,8 @@ void DeleteBackup(const CWideString& serverId, const CWideString& backupName) {
 
 }  // namespace
 
-void BackupChildPortSettings(HDEVINFO set, const SP_DEVINFO_DATA& server) {
-  const CDeviceKey serverKey = OpenDeviceKey(set, server, GENERIC_WRITE);
+void BackupChildPortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& server) {
+  const CDeviceKey serverKey = OpenDeviceKey(deviceInfoSet, server, GENERIC_WRITE);
   if (!serverKey) return;
   for (const DEVINST child : ChildrenOf(server.DevInst)) {
     CWideString portId;
@@ -95,8 +95,8 @@ void BackupChildPortSettings(HDEVINFO set, const SP_DEVINFO_DATA& server) {
   }
 }
 
-bool RestorePortSettings(HDEVINFO set, const SP_DEVINFO_DATA& element) {
-  const CDeviceKey portKey = OpenDeviceKey(set, element, GENERIC_WRITE);
+bool RestorePortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element) {
+  const CDeviceKey portKey = OpenDeviceKey(deviceInfoSet, element, GENERIC_WRITE);
   CWideString serverId;
   CWideString portId;
   if (!portKey || !GetParentInstanceId(element, serverId) || !GetInstanceId(element.DevInst, portId)) {
@@ -108,7 +108,7 @@ bool RestorePortSettings(HDEVINFO set, const SP_DEVINFO_DATA& element) {
   if (!backup) return false;
 
   if (const auto savedName = RestoreValues(backup.Get(), portKey.Get())) {
-    CCOMPortUtil port(set, element);
+    CCOMPortUtil port(deviceInfoSet, element);
     RestoreName(port, *savedName);
   }
   RestorePageValues(backup.Get(), portKey.Get());

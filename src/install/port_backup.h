@@ -15,7 +15,7 @@
 
 // Saves the settings of every child of the device server. A child whose values cannot be read leaves an
 // empty backup, which still marks it as a port that was there before. Kept on purpose: empty backup
-void BackupChildPortSettings(HDEVINFO set, const SP_DEVINFO_DATA& server);
+void BackupChildPortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& server);
 
 // Brings the settings and the COM name of a port back and deletes the backup. True when there was one.
-[[nodiscard]] bool RestorePortSettings(HDEVINFO set, const SP_DEVINFO_DATA& port);
+[[nodiscard]] bool RestorePortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element);

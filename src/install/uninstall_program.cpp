@@ -7,13 +7,13 @@
 
 static_assert(sizeof(STARTUPINFOW) == 104);
 
-void RunUninstallProgram(HDEVINFO set, const SP_DEVINFO_DATA& server, bool wait) {
+void RunUninstallProgram(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& server, bool wait) {
   constexpr DWORD kMostWaitMs = 60000;
   std::array<wchar_t, MAX_PATH> directory{};
   const UINT length = GetSystemDirectoryW(directory.data(), MAX_PATH);
   if (length == 0 || length >= directory.size()) return;  // never a program of the current directory
   CWideString program;
-  if (!ReadDevRegString(set, server, L"UnInstall", program)) return;
+  if (!ReadDevRegString(deviceInfoSet, server, L"UnInstall", program)) return;
   const CWideString path = CWideString(directory.data()) + L"\\" + program.View();
 
   STARTUPINFOW startup{};

@@ -9,8 +9,9 @@
 extern "C" DWORD CALLBACK KdUCoInstallCard(DI_FUNCTION installFunction, HDEVINFO deviceInfoSet,
                                            PSP_DEVINFO_DATA deviceInfoData,
                                            PCOINSTALLER_CONTEXT_DATA context) {
-  return GuardBoundary<DWORD>(
-      NO_ERROR, [&] { return CoInstallCard(installFunction, deviceInfoSet, deviceInfoData, context); });
+  return GuardBoundary<DWORD>(NO_ERROR, [&] {
+    return CoInstallDeviceServer(installFunction, deviceInfoSet, deviceInfoData, context);
+  });
 }
 
 extern "C" DWORD CALLBACK KdUCoInstallPort(DI_FUNCTION installFunction, HDEVINFO deviceInfoSet,

@@ -19,7 +19,7 @@
 // The device information set is borrowed and outlives the sheet; the element is copied.
 class CAdvancedDialog : public CPropertySheetImpl {
  public:
-  CAdvancedDialog(HDEVINFO set, const SP_DEVINFO_DATA& element);
+  CAdvancedDialog(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element);
 
   // The duplex mode as the RS422/485 page has it. Kept on purpose: hidden page
   [[nodiscard]] std::uint32_t Rs485DuplexMode() const noexcept { return rs422485Page_.DuplexMode(); }

@@ -39,8 +39,9 @@ constexpr PageTables kTables{.texts = kTexts, .tips = kTips, .helpIds = kHelpIds
 
 }  // namespace
 
-CDeviceAdvSettingPage::CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortPageBase(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
+CDeviceAdvSettingPage::CDeviceAdvSettingPage(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element)
+    : CPortPageBase(IDD_DEVICE_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, deviceInfoSet,
+                    element) {}
 
 void CDeviceAdvSettingPage::OnInitDialog() {
   CPortPageBase::OnInitDialog();

@@ -12,7 +12,7 @@
 // is written before apply, which asks before it touches a port that another application has open.
 class CDeviceAdvSettingPage : public CPortPageBase {
  public:
-  CDeviceAdvSettingPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
+  CDeviceAdvSettingPage(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element);
 
  protected:
   void OnInitDialog() override;

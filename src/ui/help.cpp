@@ -7,7 +7,7 @@
 #include <string>
 
 #include "base/export_guard.h"
-#include "base/looked_up.h"
+#include "base/system_function.h"
 #include "base/system_dll.h"
 #include "base/unique_handle.h"
 #include "base/wide_string.h"
@@ -69,7 +69,7 @@ HtmlHelpFunction FindHtmlHelp() {
 
 HWND CallHtmlHelp(HWND owner, const CWideString& topic, UINT command, DWORD_PTR data) {
   // Looked for once; a control that was not found is not looked for again.
-  static constinit CLookedUp<HtmlHelpFunction> lookedUp;
+  static constinit CSystemFunction<HtmlHelpFunction> lookedUp;
   const HtmlHelpFunction function =
       lookedUp.Get([] { return GuardBoundary<HtmlHelpFunction>(nullptr, FindHtmlHelp); });
   return function != nullptr ? function(owner, topic.Text(), command, data) : nullptr;

@@ -77,8 +77,9 @@ constexpr int kTools[] = {IDC_PORT_BAUD_RATE_LABEL, IDC_PORT_DATA_BITS_LABEL,   
 
 }  // namespace
 
-CKdUIPropertyPage::CKdUIPropertyPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortPageBase(IDD_PORT_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, set, element) {}
+CKdUIPropertyPage::CKdUIPropertyPage(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element)
+    : CPortPageBase(IDD_PORT_PAGE, MAKEINTRESOURCEW(IDS_PORT_SETTINGS_TITLE), kTables, deviceInfoSet,
+                    element) {}
 
 void CKdUIPropertyPage::OnInitDialog() {
   CPortPageBase::OnInitDialog();

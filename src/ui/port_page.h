@@ -15,7 +15,7 @@
 // wait for the user's OK. The HTTP exchange of a refresh blocks the page's thread.
 class CKdUIPropertyPage : public CPortPageBase {
  public:
-  CKdUIPropertyPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
+  CKdUIPropertyPage(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element);
 
  protected:
   void OnInitDialog() override;

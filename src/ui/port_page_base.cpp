@@ -10,14 +10,14 @@ constexpr int kHelpLink = IDC_PORT_HELP_LINK;  // on every page
 
 }  // namespace
 
-CPortPageBase::CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO set,
-                             const SP_DEVINFO_DATA& element)
+CPortPageBase::CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables,
+                             HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element)
     : CPropertyPageImpl(dialogId, title),
-      CKdUserModeConfig(set, element),
+      CKdUserModeConfig(deviceInfoSet, element),
       tables_(tables),
       element_(element),
-      registry_(set, element),
-      parent_(set, element_),
+      registry_(deviceInfoSet, element),
+      parent_(deviceInfoSet, element_),
       usable_(Open()) {}
 
 bool CPortPageBase::Open() {

@@ -45,7 +45,7 @@ class CPortPageBase : public CPropertyPageImpl, public CToolTipDialog, public CK
  protected:
   // The device information set is borrowed and outlives the page; the element is copied. `title` as in
   // CPropertyPageImpl; `tables` outlives the page.
-  CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO set,
+  CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO deviceInfoSet,
                 const SP_DEVINFO_DATA& element);
 
   // Exchanges with the drivers: set 0 is the port's, set 1 the network bus's.

@@ -36,8 +36,9 @@ void BroadcastPortChange() noexcept {
 
 }  // namespace
 
-CRS422485Page::CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortPageBase(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), kTables, set, element) {}
+CRS422485Page::CRS422485Page(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element)
+    : CPortPageBase(IDD_RS422485_PAGE, MAKEINTRESOURCEW(IDS_RS422485_TITLE), kTables, deviceInfoSet,
+                    element) {}
 
 void CRS422485Page::OnInitDialog() {
   SetTexts();

@@ -17,7 +17,7 @@
 // has read. To show it, add it to the sheet; nothing else is needed.
 class CRS422485Page : public CPortPageBase, private CWinDataExchange {
  public:
-  CRS422485Page(HDEVINFO set, const SP_DEVINFO_DATA& element);
+  CRS422485Page(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element);
 
   [[nodiscard]] std::uint32_t DuplexMode() const noexcept { return portSet_.DuplexMode; }
 

@@ -21,8 +21,8 @@ constexpr PageTables kTables{.helpIds = kHelpIds};
 
 }  // namespace
 
-CTcpIpSettingsPage::CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element)
-    : CPortPageBase(IDD_TCPIP_PAGE, L"TCP/IP Settings", kTables, set, element) {}
+CTcpIpSettingsPage::CTcpIpSettingsPage(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element)
+    : CPortPageBase(IDD_TCPIP_PAGE, L"TCP/IP Settings", kTables, deviceInfoSet, element) {}
 
 void CTcpIpSettingsPage::OnInitDialog() {
   CPortPageBase::OnInitDialog();

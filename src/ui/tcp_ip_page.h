@@ -13,7 +13,7 @@
 // connect and the verification of the connection. Nothing is written before apply.
 class CTcpIpSettingsPage : public CPortPageBase, private CWinDataExchange {
  public:
-  CTcpIpSettingsPage(HDEVINFO set, const SP_DEVINFO_DATA& element);
+  CTcpIpSettingsPage(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element);
 
  protected:
   void OnInitDialog() override;

@@ -5,55 +5,56 @@ static_assert(sizeof(SP_PROPCHANGE_PARAMS) == 20);
 
 namespace {
 
-bool GetInstallParams(HDEVINFO set, SP_DEVINFO_DATA& element, SP_DEVINSTALL_PARAMS_W& params) {
+bool GetInstallParams(HDEVINFO deviceInfoSet, SP_DEVINFO_DATA& element, SP_DEVINSTALL_PARAMS_W& params) {
   params = {};
   params.cbSize = sizeof(params);
-  return SetupDiGetDeviceInstallParamsW(set, &element, &params) != FALSE;
+  return SetupDiGetDeviceInstallParamsW(deviceInfoSet, &element, &params) != FALSE;
 }
 
-bool SetPropertyChange(HDEVINFO set, SP_DEVINFO_DATA& element, DWORD stateChange, DWORD scope) {
+bool SetPropertyChange(HDEVINFO deviceInfoSet, SP_DEVINFO_DATA& element, DWORD stateChange, DWORD scope) {
   SP_PROPCHANGE_PARAMS change{};
   change.ClassInstallHeader.cbSize = sizeof(change.ClassInstallHeader);
   change.ClassInstallHeader.InstallFunction = DIF_PROPERTYCHANGE;
   change.StateChange = stateChange;
   change.Scope = scope;
   change.HwProfile = 0;
-  return SetupDiSetClassInstallParamsW(set, &element, &change.ClassInstallHeader, sizeof(change)) != FALSE;
+  return SetupDiSetClassInstallParamsW(deviceInfoSet, &element, &change.ClassInstallHeader, sizeof(change)) !=
+         FALSE;
 }
 
-int ChangeState(HDEVINFO set, SP_DEVINFO_DATA& element, DWORD stateChange) {
+int ChangeState(HDEVINFO deviceInfoSet, SP_DEVINFO_DATA& element, DWORD stateChange) {
   SP_DEVINSTALL_PARAMS_W params;
   // Parameters that could not be read are not written back: that would clear what others have set.
-  if (GetInstallParams(set, element, params)) {
+  if (GetInstallParams(deviceInfoSet, element, params)) {
     params.Flags |= DI_PROPERTIES_CHANGE;
-    SetupDiSetDeviceInstallParamsW(set, &element, &params);
+    SetupDiSetDeviceInstallParamsW(deviceInfoSet, &element, &params);
   }
-  if (!SetPropertyChange(set, element, stateChange, DICS_FLAG_GLOBAL) &&
-      !SetPropertyChange(set, element, stateChange, DICS_FLAG_CONFIGSPECIFIC)) {
+  if (!SetPropertyChange(deviceInfoSet, element, stateChange, DICS_FLAG_GLOBAL) &&
+      !SetPropertyChange(deviceInfoSet, element, stateChange, DICS_FLAG_CONFIGSPECIFIC)) {
     return 1;
   }
-  SetupDiCallClassInstaller(DIF_PROPERTYCHANGE, set, &element);
+  SetupDiCallClassInstaller(DIF_PROPERTYCHANGE, deviceInfoSet, &element);
   // Read again and not acted on: what the class installer has left there asks for a restart of the computer
   // (DI_NEEDRESTART, DI_NEEDREBOOT), and none is made or asked for from here.
-  static_cast<void>(GetInstallParams(set, element, params));
+  static_cast<void>(GetInstallParams(deviceInfoSet, element, params));
   return 1;
 }
 
 }  // namespace
 
-int DisableDevice(HDEVINFO set, SP_DEVINFO_DATA& element) {
-  return ChangeState(set, element, DICS_DISABLE);
+int DisableDevice(HDEVINFO deviceInfoSet, SP_DEVINFO_DATA& element) {
+  return ChangeState(deviceInfoSet, element, DICS_DISABLE);
 }
 
-int EnableDevice(HDEVINFO set, SP_DEVINFO_DATA& element) {
-  return ChangeState(set, element, DICS_ENABLE);
+int EnableDevice(HDEVINFO deviceInfoSet, SP_DEVINFO_DATA& element) {
+  return ChangeState(deviceInfoSet, element, DICS_ENABLE);
 }
 
-int MarkPropChangePending(HDEVINFO set, SP_DEVINFO_DATA& element) {
+int MarkPropChangePending(HDEVINFO deviceInfoSet, SP_DEVINFO_DATA& element) {
   SP_DEVINSTALL_PARAMS_W params;
-  if (GetInstallParams(set, element, params)) {
+  if (GetInstallParams(deviceInfoSet, element, params)) {
     params.FlagsEx |= DI_FLAGSEX_PROPCHANGE_PENDING;
-    SetupDiSetDeviceInstallParamsW(set, &element, &params);
+    SetupDiSetDeviceInstallParamsW(deviceInfoSet, &element, &params);
   }
   return 1;
 }
@@ -66,18 +67,19 @@ int ReenumerateDevNode(const CWideString& instanceId) {
   return found == CR_SUCCESS && CM_Reenumerate_DevNode(node, 0) == CR_SUCCESS ? 1 : 0;
 }
 
-bool OpenAllDevices(CDeviceInfoList& set, DWORD flags) {
-  set.Reset(SetupDiGetClassDevsW(nullptr, nullptr, nullptr, flags));
-  return static_cast<bool>(set);
+bool OpenAllDevices(CDeviceInfoList& deviceInfoSet, DWORD flags) {
+  deviceInfoSet.Reset(SetupDiGetClassDevsW(nullptr, nullptr, nullptr, flags));
+  return static_cast<bool>(deviceInfoSet);
 }
 
-bool OpenClassDevices(CDeviceInfoList& set, const GUID& classGuid, DWORD flags) {
-  set.Reset(SetupDiGetClassDevsW(&classGuid, nullptr, nullptr, flags));
-  return static_cast<bool>(set);
+bool OpenClassDevices(CDeviceInfoList& deviceInfoSet, const GUID& classGuid, DWORD flags) {
+  deviceInfoSet.Reset(SetupDiGetClassDevsW(&classGuid, nullptr, nullptr, flags));
+  return static_cast<bool>(deviceInfoSet);
 }
 
-bool OpenDeviceInfo(HDEVINFO set, const wchar_t* instanceId, SP_DEVINFO_DATA& element, DWORD flags) {
+bool OpenDeviceInfo(HDEVINFO deviceInfoSet, const wchar_t* instanceId, SP_DEVINFO_DATA& element,
+                    DWORD flags) {
   element = {};
   element.cbSize = sizeof(element);
-  return SetupDiOpenDeviceInfoW(set, instanceId, nullptr, flags, &element) != FALSE;
+  return SetupDiOpenDeviceInfoW(deviceInfoSet, instanceId, nullptr, flags, &element) != FALSE;
 }

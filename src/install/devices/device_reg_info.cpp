@@ -18,13 +18,14 @@ DWORD BytesOf(std::size_t characters) {
 
 }  // namespace
 
-CDeviceKey OpenDeviceKey(HDEVINFO set, const SP_DEVINFO_DATA& element, REGSAM access) {
+CDeviceKey OpenDeviceKey(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, REGSAM access) {
   SP_DEVINFO_DATA copy = element;
-  return CDeviceKey(SetupDiOpenDevRegKey(set, &copy, DICS_FLAG_GLOBAL, 0, DIREG_DEV, access));
+  return CDeviceKey(SetupDiOpenDevRegKey(deviceInfoSet, &copy, DICS_FLAG_GLOBAL, 0, DIREG_DEV, access));
 }
 
-bool ReadDevRegString(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t* name, CWideString& value) {
-  const CDeviceKey key = OpenDeviceKey(set, element, GENERIC_READ);
+bool ReadDevRegString(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, const wchar_t* name,
+                      CWideString& value) {
+  const CDeviceKey key = OpenDeviceKey(deviceInfoSet, element, GENERIC_READ);
   if (!key) return false;
   // Zeroed, because SetRegString stores values without their terminator.
   std::array<wchar_t, kRegistryStringBytes / sizeof(wchar_t)> buffer{};
@@ -39,9 +40,9 @@ bool ReadDevRegString(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_
   return true;
 }
 
-bool ReadDevRegDword(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t* name,
+bool ReadDevRegDword(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, const wchar_t* name,
                      std::uint32_t& value) {
-  const CDeviceKey key = OpenDeviceKey(set, element, GENERIC_READ);
+  const CDeviceKey key = OpenDeviceKey(deviceInfoSet, element, GENERIC_READ);
   if (!key) return false;
   std::uint32_t read = 0;
   DWORD size = sizeof(read);
@@ -53,9 +54,9 @@ bool ReadDevRegDword(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t
   return true;
 }
 
-bool WriteDevRegDword(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t* name,
+bool WriteDevRegDword(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, const wchar_t* name,
                       std::uint32_t value) {
-  const CDeviceKey key = OpenDeviceKey(set, element, GENERIC_WRITE);
+  const CDeviceKey key = OpenDeviceKey(deviceInfoSet, element, GENERIC_WRITE);
   if (!key) return false;
   return RegSetValueExW(key.Get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value),
                         sizeof(value)) == ERROR_SUCCESS;

@@ -17,26 +17,28 @@
 #include "base/wide_string.h"
 
 // Opens the device's hardware key with `access`; an empty holder when that fails.
-[[nodiscard]] CDeviceKey OpenDeviceKey(HDEVINFO set, const SP_DEVINFO_DATA& element, REGSAM access);
+[[nodiscard]] CDeviceKey OpenDeviceKey(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, REGSAM access);
 
 // Reads a string value. The type that the value was stored with is not looked at. On failure `value` stays
 // as it was.
-[[nodiscard]] bool ReadDevRegString(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t* name,
-                                    CWideString& value);
+[[nodiscard]] bool ReadDevRegString(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element,
+                                    const wchar_t* name, CWideString& value);
 
 // Reads a value of at most four bytes; on failure `value` stays as it was.
-[[nodiscard]] bool ReadDevRegDword(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t* name,
-                                   std::uint32_t& value);
+[[nodiscard]] bool ReadDevRegDword(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element,
+                                   const wchar_t* name, std::uint32_t& value);
 
 // Writes a REG_DWORD.
-bool WriteDevRegDword(HDEVINFO set, const SP_DEVINFO_DATA& element, const wchar_t* name, std::uint32_t value);
+bool WriteDevRegDword(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, const wchar_t* name,
+                      std::uint32_t value);
 
 // A device: a copy of its information element and the set that the element belongs to.
 //
 // The set is borrowed and never destroyed here; it must outlive the object. One object serves one thread.
 class CKDDeviceRegInfo {
  public:
-  CKDDeviceRegInfo(HDEVINFO set, const SP_DEVINFO_DATA& element) noexcept : element_(element), set_(set) {}
+  CKDDeviceRegInfo(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element) noexcept
+      : element_(element), set_(deviceInfoSet) {}
   virtual ~CKDDeviceRegInfo() = default;
   CKDDeviceRegInfo(const CKDDeviceRegInfo&) = delete;
   CKDDeviceRegInfo& operator=(const CKDDeviceRegInfo&) = delete;

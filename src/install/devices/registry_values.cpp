@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/looked_up.h"
+#include "base/system_function.h"
 #include "install/devices/grow_and_retry.h"
 
 namespace {
@@ -109,7 +109,7 @@ bool WriteString(HKEY key, const CWideString& name, const CWideString& text) {
 }
 
 void DeleteKey(HKEY parent, const CWideString& name) {
-  static constinit CLookedUp<DeleteKeyEx> lookedUp;
+  static constinit CSystemFunction<DeleteKeyEx> lookedUp;
   const DeleteKeyEx deleteKeyEx = lookedUp.Get(FindDeleteKeyEx);
   if (deleteKeyEx != nullptr) {
     deleteKeyEx(parent, name.Text(), 0, 0);

@@ -48,7 +48,7 @@ class CChildPorts : public CSortSteps {
   }
 
  private:
-  [[nodiscard]] bool Add(HDEVINFO set, DEVINST child) {
+  [[nodiscard]] bool Add(HDEVINFO deviceInfoSet, DEVINST child) {
     CWideString id;
     if (!GetInstanceId(child, id)) return false;
     ULONG status = 0;
@@ -56,8 +56,8 @@ class CChildPorts : public CSortSteps {
     if (CM_Get_DevNode_Status(&status, &problem, child, 0) != CR_SUCCESS) return false;
     if ((status & DN_STARTED) == 0) return false;
     SP_DEVINFO_DATA element;
-    if (!OpenDeviceInfo(set, id.Text(), element, 0)) return false;
-    auto port = std::make_unique<CCOMPortUtil>(set, element);
+    if (!OpenDeviceInfo(deviceInfoSet, id.Text(), element, 0)) return false;
+    auto port = std::make_unique<CCOMPortUtil>(deviceInfoSet, element);
     CWideString name;
     if (!port->GetRegString(kPortName, name)) return false;
     names_.push_back(name);
@@ -96,7 +96,7 @@ void Sort(const SP_DEVINFO_DATA& port) {
 
 }  // namespace
 
-int SortChildPortNames(HDEVINFO /*set*/, const SP_DEVINFO_DATA& port) {
+int SortChildPortNames(HDEVINFO /*deviceInfoSet*/, const SP_DEVINFO_DATA& port) {
   Sort(port);
   return 1;
 }

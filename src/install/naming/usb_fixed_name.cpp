@@ -31,10 +31,10 @@ void TakeFixedName(CCOMPortUtil& port, std::int32_t number) {
 
 }  // namespace
 
-bool ApplyUsbFixedComName(HDEVINFO set, const SP_DEVINFO_DATA& element) {
+bool ApplyUsbFixedComName(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element) {
   CParentDevice parent;
   if (!parent.Open(element)) return false;
-  CCOMPortUtil port(set, element);
+  CCOMPortUtil port(deviceInfoSet, element);
   CWideString currentName;
   if (!port.GetRegString(kPortName, currentName)) return false;
   const std::optional<std::int32_t> number = FixedComNumber(HardwareIdOf(parent.InstanceId()));

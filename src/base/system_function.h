@@ -9,9 +9,9 @@
 // Not a function-local static: the compiler's guard around one uses the thread library's objects, which take
 // handles for every thread that passes and end the process when there is no memory for them.
 template <class Function>
-class CLookedUp {
+class CSystemFunction {
  public:
-  constexpr CLookedUp() noexcept = default;
+  constexpr CSystemFunction() noexcept = default;
 
   template <class Find>
   [[nodiscard]] Function Get(Find&& find) noexcept {
