@@ -82,8 +82,7 @@ std::size_t CountUserObjects() {
   return count;
 }
 
-std::size_t CountHeapBytes() {
-  const HANDLE heap = reinterpret_cast<HANDLE>(_get_heap_handle());
+std::size_t CountBytesOf(HANDLE heap) {
   std::size_t bytes = 0;
   PROCESS_HEAP_ENTRY entry{};
   HeapLock(heap);
@@ -94,11 +93,20 @@ std::size_t CountHeapBytes() {
   return bytes;
 }
 
+std::size_t CountBytesOfAllHeaps() {
+  HANDLE heaps[64];
+  const DWORD count = GetProcessHeaps(ARRAYSIZE(heaps), heaps);
+  std::size_t bytes = 0;
+  for (DWORD i = 0; i < count && i < ARRAYSIZE(heaps); ++i) bytes += CountBytesOf(heaps[i]);
+  return bytes;
+}
+
 }  // namespace
 
 Footprint Footprint::Take() {
   return {.kernelHandles = CountKernelHandles(),
           .gdiObjects = CountGdiObjects(),
           .userObjects = CountUserObjects(),
-          .heapBytes = CountHeapBytes()};
+          .heapBytes = CountBytesOf(reinterpret_cast<HANDLE>(_get_heap_handle())),
+          .allHeapBytes = CountBytesOfAllHeaps()};
 }
