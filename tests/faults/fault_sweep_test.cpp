@@ -269,8 +269,8 @@ TEST_P(FaultSweep, EachCallAndEveryLaterOfItsFunction) {
   Report("and every later one", undisturbed_.calls);
 }
 
-// Pages make their hundreds of parameters and list entries in loops: of the allocations on one path of calls
-// the first and the last are failed there, everywhere else each one.
+// Parameters and list entries are made in loops, by the hundred: of the allocations on one path of calls the first
+// and the last are failed.
 TEST_P(FaultSweep, EachAllocation) {
   std::map<std::uint64_t, std::uint64_t> last;
   std::set<std::uint64_t> seen;
@@ -278,11 +278,23 @@ TEST_P(FaultSweep, EachAllocation) {
   std::uint64_t place = 0;
   for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) {
     const std::uint64_t path = undisturbed_.paths[k - 1];
-    const bool inALoop = !seen.insert(path).second && last[path] != k;
-    if ((scenario.hasWindows && inALoop) || !IsOwn(++place)) continue;
+    const bool isBetween = !seen.insert(path).second && last[path] != k;
+    if (isBetween || !IsOwn(++place)) continue;
     Try(Trouble::Memory, "allocation " + std::to_string(k), [&](Gate& gate) { gate.FailAllocation(k); });
   }
   Report("allocations", undisturbed_.allocations);
+}
+
+// Memory that is not available again, from the first allocation on each path of calls on.
+TEST_P(FaultSweep, EachAllocationAndEveryLater) {
+  std::set<std::uint64_t> seen;
+  std::uint64_t place = 0;
+  for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) {
+    if (!seen.insert(undisturbed_.paths.at(k - 1)).second || !IsOwn(++place)) continue;
+    Try(Trouble::Memory, "from allocation " + std::to_string(k) + " on,",
+        [&](Gate& gate) { gate.FailAllocation(k, Fault::kEveryLater); });
+  }
+  Report("allocations from one on", undisturbed_.allocations);
 }
 
 // The part changes fastest, so that each of four shards gets one of every scenario.

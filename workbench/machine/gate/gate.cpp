@@ -83,7 +83,9 @@ bool Gate::Decide(const FunctionRow& row, std::optional<DWORD>& error) {
 bool Gate::DecideAllocation() {
   ++allocations_;
   NoteAllocationPath();
-  if (allocations_ != allocationToFail_) return false;
+  if (allocations_ < allocationFault_.from || allocations_ - allocationFault_.from >= allocationFault_.count) {
+    return false;
+  }
   ++failedAllocations_;
   return true;
 }
@@ -226,7 +228,8 @@ void Gate::ClearLog() {
   log_.clear();
   counts_.clear();
   std::erase_if(handles_, [](const auto& entry) { return IsGone(entry.second); });
-  faultable_ = injected_ = allocations_ = allocationToFail_ = failedAllocations_ = 0;
+  faultable_ = injected_ = allocations_ = failedAllocations_ = 0;
+  allocationFault_ = Fault{.count = 0};
 }
 
 void Gate::Inject(Fault fault) {
@@ -242,7 +245,7 @@ void Gate::AtEachCall(std::function<void(const char* function)> look) {
 void Gate::ClearFaults() {
   const std::scoped_lock guard(lock_);
   faults_.clear();
-  allocationToFail_ = 0;
+  allocationFault_ = Fault{.count = 0};
 }
 
 std::uint64_t Gate::FaultableCalls() const {
@@ -270,9 +273,9 @@ std::int64_t Gate::LiveAllocations() const {
   return liveAllocations_;
 }
 
-void Gate::FailAllocation(std::uint64_t kth) {
+void Gate::FailAllocation(std::uint64_t kth, std::uint64_t count) {
   const std::scoped_lock guard(lock_);
-  allocationToFail_ = allocations_ + kth;
+  allocationFault_ = {.from = allocations_ + kth, .count = count};
 }
 
 std::vector<OpenHandle> Gate::OpenHandles() const {

@@ -95,9 +95,10 @@ class Gate {
   // many of them were failed.
   [[nodiscard]] std::uint64_t FaultableCalls() const;
   [[nodiscard]] std::uint64_t InjectedFaults() const;
-  // Memory allocations of the DLL since construction or ClearLog. FailAllocation fails the k-th from now.
+  // Memory allocations of the DLL since construction or ClearLog. FailAllocation fails the k-th from now
+  // and those after it, `count` together (Fault::kEveryLater: for good).
   [[nodiscard]] std::uint64_t Allocations() const;
-  void FailAllocation(std::uint64_t kth);
+  void FailAllocation(std::uint64_t kth, std::uint64_t count = 1);
   [[nodiscard]] std::uint64_t FailedAllocations() const;
   // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
   // frees what it had before.
@@ -155,7 +156,7 @@ class Gate {
   std::uint64_t faultable_ = 0;
   std::uint64_t injected_ = 0;
   std::uint64_t allocations_ = 0;
-  std::uint64_t allocationToFail_ = 0;
+  Fault allocationFault_{.count = 0};  // counted from construction or ClearLog
   std::uint64_t failedAllocations_ = 0;
   std::int64_t liveAllocations_ = 0;
   bool trace_ = false;
