@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "measure.h"
-#include "workbench/rig/device_installer.h"
+#include "workbench/rig/rig.h"
 
 namespace {
 
@@ -28,33 +28,15 @@ struct Cost {
   double seconds = 0;
 };
 
-// A host with one device server, and the DLL loaded on it.
-struct Rig {
-  explicit Rig(const workbench::ServerSpec& description)
-      : wanted(description),
-        server(AddDeviceServer(machine, wanted)),
-        dll(machine),
-        installer(machine, dll) {}
-
-  [[nodiscard]] std::wstring NameOf(const workbench::Device& port) {
-    return machine.Registry().Text(workbench::ParametersKeyOf(port.instanceId), L"PortName").value_or(L"");
-  }
-  // What the work costs; what it is made of lies before.
-  Cost Measure(const std::function<void()>& work) {
-    machine.Calls().ClearLog();
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    if (!machine.Calls().Violations().empty()) throw std::runtime_error(machine.Calls().Violations().front());
-    return {static_cast<double>(machine.Calls().Log().size()), time.count()};
-  }
-
-  workbench::ServerSpec wanted;
-  workbench::Machine machine;
-  workbench::DeviceServer server;
-  workbench::Dll dll;
-  workbench::DeviceInstaller installer;
-};
+// What the work costs; what it is made of lies before.
+Cost Measure(workbench::Machine& machine, const std::function<void()>& work) {
+  machine.Calls().ClearLog();
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+  if (!machine.Calls().Violations().empty()) throw std::runtime_error(machine.Calls().Violations().front());
+  return {static_cast<double>(machine.Calls().Log().size()), time.count()};
+}
 
 std::vector<unsigned> Numbers(unsigned ports, bool falling) {
   std::vector<unsigned> numbers(ports);
@@ -68,17 +50,18 @@ void Expect(bool holds, const char* what) {
 
 // The ports came up in reverse order, the worst case, and are put in order.
 Cost Sort(unsigned ports) {
-  Rig rig({.comNumbers = Numbers(ports, true)});
-  const Cost cost = rig.Measure([&] { rig.installer.Install(*rig.server.ports.front()); });
+  workbench::Rig rig({.comNumbers = Numbers(ports, true), .web = false});
+  const Cost cost = Measure(rig.machine, [&] { rig.Installer().Install(*rig.server.ports.front()); });
   Expect(rig.NameOf(*rig.server.ports.front()) == L"COM1", "the ports are not in order");
   return cost;
 }
 
 // The last port of the server gets a number that is free.
 Cost Rename(unsigned ports) {
-  Rig rig({.comNumbers = Numbers(ports, false)});
+  workbench::Rig rig({.comNumbers = Numbers(ports, false), .web = false});
   const workbench::Device& last = *rig.server.ports.back();
-  const Cost cost = rig.Measure([&] { rig.dll.ChangeComNumber(last.instanceId.c_str(), L"COM255"); });
+  const Cost cost =
+      Measure(rig.machine, [&] { rig.dll->ChangeComNumber(last.instanceId.c_str(), L"COM255"); });
   Expect(rig.NameOf(last) == L"COM255", "the port is not renamed");
   return cost;
 }
@@ -86,15 +69,15 @@ Cost Rename(unsigned ports) {
 // The server's driver is installed again: its ports are saved and removed, come back with other numbers, and
 // are installed one after the other.
 Cost Reinstall(unsigned ports) {
-  Rig rig({.comNumbers = Numbers(ports, false)});
+  workbench::Rig rig({.comNumbers = Numbers(ports, false), .web = false});
   for (const workbench::Device* port : rig.server.ports) {
     rig.machine.Registry().SetDword(workbench::ParametersKeyOf(port->instanceId), L"Baudrate", 115200);
   }
   rig.wanted.comNumbers = Numbers(ports, true);
-  const Cost cost = rig.Measure([&] {
-    rig.installer.Install(*rig.server.card);
-    rig.server.ports = EnumeratePorts(rig.machine, *rig.server.card, rig.wanted);
-    for (workbench::Device* port : rig.server.ports) rig.installer.Install(*port);
+  const Cost cost = Measure(rig.machine, [&] {
+    rig.Installer().Install(*rig.server.card);
+    FindPortsAgain(rig.machine, rig.server, rig.wanted);
+    for (workbench::Device* port : rig.server.ports) rig.Installer().Install(*port);
   });
   for (unsigned at = 0; at < ports; ++at) {
     Expect(rig.NameOf(*rig.server.ports[at]) == L"COM" + std::to_wstring(at + 1), "a port lost its name");

@@ -1,6 +1,6 @@
 // page_bench: the port page from the call of the export until it is refreshed and painted, and the memory
 // that an open one takes, each against a bare page of the same template.
-#include "workbench/rig/sample_host.h"
+#include <windows.h>
 
 #include <commctrl.h>
 #include <prsht.h>
@@ -10,85 +10,21 @@
 #include <exception>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "base/resource_ids.h"
 #include "measure.h"
+#include "workbench/rig/page_sheet.h"
+#include "workbench/rig/sample_rig.h"
 
 namespace {
 
 constexpr double kMostPage = 1.10;
 
-using PageMaker = std::function<HPROPSHEETPAGE()>;
-
-// A modeless sheet of one page, shown and painted. Closes as the Cancel button does.
-class Sheet {
- public:
-  explicit Sheet(const PageMaker& make) {
-    HPROPSHEETPAGE page = make();
-    if (page == nullptr) throw std::runtime_error("no page");
-    PROPSHEETHEADERW header{};
-    header.dwSize = sizeof header;
-    header.dwFlags = PSH_MODELESS | PSH_NOAPPLYNOW | PSH_NOCONTEXTHELP;
-    header.pszCaption = L"Port";
-    header.nPages = 1;
-    header.phpage = &page;
-    sheet_ = reinterpret_cast<HWND>(PropertySheetW(&header));
-    if (!IsWindow(sheet_)) throw std::runtime_error("the sheet does not open");
-    ShowWindow(sheet_, SW_SHOW);
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-      if (PropSheet_IsDialogMessage(sheet_, &message)) continue;
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
-    RedrawWindow(sheet_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    GdiFlush();
-  }
-  ~Sheet() {
-    PropSheet_PressButton(sheet_, PSBTN_CANCEL);
-    DestroyWindow(sheet_);
-  }
-  Sheet(const Sheet&) = delete;
-  Sheet& operator=(const Sheet&) = delete;
-
-  [[nodiscard]] std::wstring Text(int control) const {
-    wchar_t text[64] = {};
-    GetDlgItemTextW(PropSheet_GetCurrentPageHwnd(sheet_), control, text, 64);
-    return text;
-  }
-
- private:
-  HWND sheet_ = nullptr;
-};
-
-BOOL CALLBACK KeepPage(HPROPSHEETPAGE page, LPARAM place) {
-  *reinterpret_cast<HPROPSHEETPAGE*>(place) = page;
-  return TRUE;
-}
-
-// The page of a port of the sample host, from the export.
-class ProductPage {
- public:
-  ProductPage(workbench::SampleHost& host, const workbench::Dll& dll, unsigned port)
-      : dll_(dll), element_(host.Host(), host.Port(port)) {}
-  HPROPSHEETPAGE operator()() {
-    SP_PROPSHEETPAGE_REQUEST request{};
-    request.cbSize = sizeof request;
-    request.PageRequested = SPPSR_ENUM_ADV_DEVICE_PROPERTIES;
-    request.DeviceInfoSet = element_.Set();
-    request.DeviceInfoData = element_.Data();
-    HPROPSHEETPAGE page = nullptr;
-    return dll_.PropPage(&request, KeepPage, reinterpret_cast<LPARAM>(&page)) ? page : nullptr;
-  }
-
- private:
-  const workbench::Dll& dll_;
-  workbench::DeviceElement element_;
-};
+using PageMaker = std::function<std::unique_ptr<workbench::PageSheet>()>;
+using Sheet = workbench::PageSheet;
 
 BOOL CALLBACK AddTool(HWND window, LPARAM toolTip) {
   TTTOOLINFOW tool{};
@@ -171,11 +107,11 @@ double BytesPerSheet(workbench::Machine& machine, const PageMaker& make) {
   constexpr std::size_t kSheets = 20;
   std::vector<std::unique_ptr<Sheet>> sheets;
   sheets.reserve(kSheets + 1);
-  sheets.push_back(std::make_unique<Sheet>(make));
+  sheets.push_back(make());
   machine.Calls().ClearLog();
   const std::size_t before = BytesInUse();
   for (std::size_t i = 0; i < kSheets; ++i) {
-    sheets.push_back(std::make_unique<Sheet>(make));
+    sheets.push_back(make());
     machine.Calls().ClearLog();
   }
   return (static_cast<double>(BytesInUse()) - static_cast<double>(before)) / kSheets;
@@ -188,28 +124,28 @@ std::string BytesText(double bytes) {
 }
 
 void ComparePages() {
-  workbench::SampleHost host;
-  const workbench::Dll dll(host.Host());
-  ProductPage product(host, dll, 1);
-  const PageMaker makeProduct = [&] { return product(); };
-  const PageMaker makeBare = [&] { return BarePage(dll.Module(), false); };
-  const PageMaker makeWithTips = [&] { return BarePage(dll.Module(), true); };
-  std::optional<Sheet> sheet;
+  workbench::SampleRig host;
+  host.Load();
+  const HMODULE module = host.dll->Module();
+  const PageMaker makeProduct = [&] { return std::make_unique<Sheet>(host, 0u); };
+  const PageMaker makeBare = [=] { return std::make_unique<Sheet>(BarePage(module, false)); };
+  const PageMaker makeWithTips = [=] { return std::make_unique<Sheet>(BarePage(module, true)); };
+  std::unique_ptr<Sheet> sheet;
   const auto close = [&] {
     sheet.reset();
-    host.Host().Calls().ClearLog();
-    host.Web().ClearRequests();
-    host.Driver(1).ClearRecords();
+    host.machine.Calls().ClearLog();
+    host.web.ClearRequests();
+    host.Driver().ClearRecords();
   };
   const auto open = [&] {
-    sheet.emplace(makeProduct);
+    sheet = makeProduct();
     if (sheet->Text(IDC_PORT_STATE) != L"Connected") throw std::runtime_error("the page is not refreshed");
   };
   const bench::Work openProduct{.run = open, .tidy = close};
   const auto openBare = [&](const PageMaker& make) {
     const auto openAndGet = [&, make] {
-      sheet.emplace(make);
-      if (Get(host.Web().Port(), L"/p1").empty()) throw std::runtime_error("no document");
+      sheet = make();
+      if (Get(host.web.Port(), L"/p1").empty()) throw std::runtime_error("no document");
     };
     return bench::Work{.run = openAndGet, .tidy = close};
   };
@@ -220,8 +156,8 @@ void ComparePages() {
   bench::PrintRow(figure, "the same page with tips on its controls",
                   bench::Compare(openProduct, openBare(makeWithTips), patience), kMostPage);
 
-  const double bare = BytesPerSheet(host.Host(), makeBare);
-  const double page = BytesPerSheet(host.Host(), makeProduct);
+  const double bare = BytesPerSheet(host.machine, makeBare);
+  const double page = BytesPerSheet(host.machine, makeProduct);
   bench::PrintRow("Heap of an open port page", BytesText(page), "bare page: " + BytesText(bare), page / bare);
 }
 

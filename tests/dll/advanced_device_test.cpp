@@ -1,5 +1,5 @@
 // The device page: what it shows, what it asks, what it writes, and renaming through it.
-#include "advanced_rig.h"
+#include "advanced_test.h"
 #include "base/resource_ids.h"
 
 namespace {
@@ -18,7 +18,7 @@ constexpr wchar_t kTaken[] =
     L"names can lead to inaccessible devices and changed settings.  Do you want to continue?|Error|68";
 constexpr wchar_t kRenameFailed[] = L"There was an error renaming the COM port.|Error|16";
 
-class AdvancedDevice : public AdvancedRig {
+class AdvancedDevice : public AdvancedTest {
  protected:
   // Chooses a COM name, if one is given, switches high performance, if asked to, and presses OK.
   Outcome Apply(const wchar_t* comName, bool toggle = false) {

@@ -1,7 +1,7 @@
 // Help, tips and the hyperlink of the advanced sheet's pages.
 #include <cwchar>
 
-#include "advanced_rig.h"
+#include "advanced_test.h"
 #include "base/resource_ids.h"
 
 namespace {
@@ -13,7 +13,7 @@ constexpr UINT kDisplayTopic = 0x0000;
 constexpr UINT kPopUp = 0x0011;
 constexpr wchar_t kColourKey[] = L"Software\\Microsoft\\Internet Explorer\\Settings";
 
-class AdvancedHelp : public AdvancedRig {
+class AdvancedHelp : public AdvancedTest {
  protected:
   [[nodiscard]] std::vector<workbench::HelpRecord>& HelpCalls() { return machine.Screen().helpCalls; }
   [[nodiscard]] std::vector<std::wstring> Topics() {
@@ -133,7 +133,7 @@ TEST_F(AdvancedHelp, ThePictureStandsOnThePagesOwnBackground) {
   });
 }
 
-class AdvancedAbout : public AdvancedRig {
+class AdvancedAbout : public AdvancedTest {
  protected:
   void SetColour(const wchar_t* name, const wchar_t* text) {
     RegSetKeyValueW(HKEY_CURRENT_USER, kColourKey, name, REG_SZ, text,

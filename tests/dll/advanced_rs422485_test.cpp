@@ -1,6 +1,6 @@
 // The RS422/485 page, in a sheet of its own. The product makes it and never shows it, so that a DLL of the
 // same code puts it up.
-#include "advanced_rig.h"
+#include "advanced_test.h"
 #include "base/resource_ids.h"
 
 namespace {
@@ -12,7 +12,7 @@ constexpr wchar_t kInUse[] =
     L"The port has been opened by another application.  Renaming the port may have an unpredictable effect "
     L"on the other application.  Do you wish to continue?|Warning!|68";
 
-class AdvancedRs422485 : public AdvancedRig {
+class AdvancedRs422485 : public AdvancedTest {
  protected:
   void SetUp() override {
     PortSet().SetNumber("SupportedDuplexModes", 3);

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "advanced_rig.h"
+#include "advanced_test.h"
 #include "base/resource_ids.h"
 #include "footprint.h"
 
@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-class AdvancedSheet : public AdvancedRig {};
+class AdvancedSheet : public AdvancedTest {};
 
 TEST_F(AdvancedSheet, HasThreeTabsAndThePortInItsCaption) {
   for (const std::uint32_t portType : {0u, 0xFFFFFFFFu}) {

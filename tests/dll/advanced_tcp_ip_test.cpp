@@ -1,7 +1,7 @@
 // The TCP/IP page: what it shows, which input it takes, what it writes and what a restore changes.
 #include <cstdlib>
 
-#include "advanced_rig.h"
+#include "advanced_test.h"
 #include "base/resource_ids.h"
 
 namespace {
@@ -12,7 +12,7 @@ using testing::IsEmpty;
 constexpr wchar_t kOutOfRange[] =
     L"Please enter connection attempt timeout between 0 and 20.|Connection attempt timeout - out of Range|16";
 
-class AdvancedTcpIp : public AdvancedRig {
+class AdvancedTcpIp : public AdvancedTest {
  protected:
   // Edits the page and presses OK.
   Outcome Apply(const std::function<void(HWND)>& edit) {

@@ -2,7 +2,7 @@
 #include <map>
 #include <set>
 
-#include "tests/dll/install_fixture.h"
+#include "install_test.h"
 
 namespace {
 
@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-class InstallBackup : public InstallFixture {
+class InstallBackup : public InstallTest {
  protected:
   void SetSettings(const Device& port, std::uint32_t baudRate) {
     machine.Registry().SetDword(Parameters(port), L"Baudrate", baudRate);
@@ -20,10 +20,10 @@ class InstallBackup : public InstallFixture {
     machine.Registry().SetText(Parameters(port) + L"\\UI1", L"Last", L"page");
   }
   // The installation of the server, with its bus finding the ports again on other numbers.
-  void Reinstall(DeviceServer& server, std::vector<unsigned> newNumbers) {
+  void Reinstall(std::vector<unsigned> newNumbers) {
     EXPECT_EQ(installer.Install(*server.card), static_cast<DWORD>(NO_ERROR));
     wanted.comNumbers = std::move(newNumbers);
-    server.ports = EnumeratePorts(machine, *server.card, wanted);
+    FindPortsAgain(machine, server, wanted);
   }
   [[nodiscard]] std::wstring BackupPath(const Device& card, const wchar_t* portPart) {
     return Parameters(card) + L"\\KDNBUS_T_" + portPart;
@@ -33,15 +33,15 @@ class InstallBackup : public InstallFixture {
 constexpr wchar_t kFirstPort[] = L"1&2F8C1D3A&0&01";
 
 TEST_F(InstallBackup, SettingsAndNamesComeBack) {
-  DeviceServer server = AddServer({5, 6});
+  AddServer({5, 6});
   SetSettings(*server.ports[0], 115200);
   SetSettings(*server.ports[1], 300);
-  Reinstall(server, {11, 10});
+  Reinstall({11, 10});
   EXPECT_THAT(machine.ComNames().Claimed(), ElementsAre(10, 11)) << "5 and 6 were given back";
   machine.Registry().SetDword(Parameters(*server.ports[0]), L"BaudRatesSupported", 1);
-  InstallAll(server);
+  InstallAll();
 
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM6"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6"));
   ExpectAgreement();
   EXPECT_THAT(machine.ComNames().Claimed(), ElementsAre(5, 6));
   EXPECT_EQ(machine.Registry().Dword(Parameters(*server.ports[0]), L"Baudrate"), 115200u);
@@ -56,10 +56,10 @@ TEST_F(InstallBackup, SettingsAndNamesComeBack) {
 }
 
 TEST_F(InstallBackup, WhatABackupHolds) {
-  DeviceServer server = AddServer({5});
+  AddServer({5});
   SetSettings(*server.ports[0], 115200);
   machine.Registry().SetText(Parameters(*server.ports[0]), L"portname2", L"x");
-  Reinstall(server, {});
+  Reinstall({});
   const std::wstring backup = BackupPath(*server.card, kFirstPort);
   EXPECT_THAT(machine.Registry().ValueNames(backup),
               UnorderedElementsAre(L"Baudrate", L"BaudRatesSupported", L"PortName"));
@@ -68,10 +68,10 @@ TEST_F(InstallBackup, WhatABackupHolds) {
 
 // With the rights that are needed and no others: who may not have them all has none.
 TEST_F(InstallBackup, RightsThatKeysAreOpenedWith) {
-  DeviceServer server = AddServer({5});
+  AddServer({5});
   SetSettings(*server.ports[0], 115200);
-  Reinstall(server, {8});
-  InstallAll(server);
+  Reinstall({8});
+  InstallAll();
   std::map<std::wstring, std::set<std::uint64_t>> rights;
   for (const auto& call : machine.Calls().CallsOf("RegOpenKeyExW")) {
     rights[call.Text(1)].insert(call.Number(3));
@@ -99,49 +99,49 @@ TEST_F(InstallBackup, RightsThatKeysAreOpenedWith) {
 }
 
 TEST_F(InstallBackup, ABackupGoesUnlessItHasPageValues) {
-  DeviceServer server = AddServer({5});
+  AddServer({5});
   machine.Registry().SetDword(Parameters(*server.ports[0]), L"Baudrate", 300);
-  Reinstall(server, {8});
+  Reinstall({8});
   ASSERT_TRUE(machine.Registry().HasKey(BackupPath(*server.card, kFirstPort)));
-  InstallAll(server);
+  InstallAll();
   EXPECT_FALSE(machine.Registry().HasKey(BackupPath(*server.card, kFirstPort)));
   const auto removal = machine.Calls().CallsOf("RegDeleteKeyExW").at(0);
   EXPECT_EQ(removal.Number(2) | removal.Number(3), 0u);
 
   SetSettings(*server.ports[0], 600);
-  Reinstall(server, {8});
-  InstallAll(server);
+  Reinstall({8});
+  InstallAll();
   EXPECT_TRUE(machine.Registry().HasKey(BackupPath(*server.card, kFirstPort)));
   machine.Registry().SetDword(Parameters(*server.ports[0]), L"Baudrate", 1200);
-  InstallAll(server);
+  InstallAll();
   EXPECT_EQ(machine.Registry().Dword(Parameters(*server.ports[0]), L"Baudrate"), 600u) << "restored again";
 }
 
 TEST_F(InstallBackup, APortWithoutABackupIsNew) {
-  const DeviceServer server = AddServer({5});
+  AddServer({5});
   machine.Registry().SetDword(Parameters(*server.ports[0]), L"Baudrate", 300);
-  InstallAll(server);
+  InstallAll();
   EXPECT_EQ(machine.Registry().Dword(Parameters(*server.ports[0]), L"Baudrate"), 300u);
   EXPECT_EQ(machine.Calls().CountOf("DefineDosDeviceW"), 0u);
   EXPECT_EQ(PlacesOf(machine, *server.ports[0]).portsValue, L"9600,n,8,1");
 }
 
 TEST_F(InstallBackup, ARestoredPortKeepsItsPortsValueOnlyThroughTheRename) {
-  DeviceServer server = AddServer({5});
+  AddServer({5});
   machine.Registry().SetText(workbench::kPortsKey, L"COM5:", L"115200,e,7,2");
   // Without a saved name nothing is renamed and no default written.
   machine.Registry().DeleteValue(Parameters(*server.ports[0]), L"PortName");
-  Reinstall(server, {5});
-  InstallAll(server);
+  Reinstall({5});
+  InstallAll();
   EXPECT_EQ(PlacesOf(machine, *server.ports[0]).portsValue, L"115200,e,7,2");
 }
 
 TEST_F(InstallBackup, TheNumberThatThePortStillHoldsIsClaimedAgain) {
-  DeviceServer server = AddServer({5});
-  Reinstall(server, {5});
+  AddServer({5});
+  Reinstall({5});
   machine.Calls().ClearLog();
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5"));
+  InstallAll();
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5"));
   ExpectAgreement();
   EXPECT_THAT(Questions(), IsEmpty());
   EXPECT_THAT(machine.Calls().OrderOf({"ComDBReleasePort", "ComDBClaimPort"}),
@@ -152,14 +152,14 @@ TEST_F(InstallBackup, TheNumberThatThePortStillHoldsIsClaimedAgain) {
 TEST_F(InstallBackup, AnOpenPortIsRenamedToo) {
   for (const bool isDevice : {false, true}) {
     wanted.number++;
-    DeviceServer server = AddServer({5});
-    Reinstall(server, {8});
+    AddServer({5});
+    Reinstall({8});
     server.ports[0]->port->openElsewhere = true;
     machine.Calls().ClearLog();
     // Asked first whether the port is to be looked at at all.
     if (!isDevice) machine.Calls().Inject({.function = "QueryDosDeviceW", .from = 2});
-    InstallAll(server);
-    EXPECT_THAT(PortNames(server), ElementsAre(isDevice ? L"COM5" : L"COM8"));
+    InstallAll();
+    EXPECT_THAT(PortNames(), ElementsAre(isDevice ? L"COM5" : L"COM8"));
     EXPECT_EQ(machine.Calls().CountOf("ComDBOpen") != 0, isDevice);
     installer.Remove(*server.ports[0]);
   }
@@ -179,7 +179,7 @@ TEST_F(InstallBackup, AUsbPortIsRestoredAndThenTakesItsFixedNumber) {
 }
 
 TEST_F(InstallBackup, OddValues) {
-  DeviceServer server = AddServer({5});
+  AddServer({5});
   const std::wstring key = Parameters(*server.ports[0]);
   const std::wstring longName(16383, L'n');
   machine.Registry().SetDword(key, longName, 77);
@@ -193,8 +193,8 @@ TEST_F(InstallBackup, OddValues) {
   machine.Registry().SetText(key + L"\\UI1", L"Long", longText);
   machine.Registry().SetRaw(key + L"\\UI1", L"Open", REG_SZ, L"end", 6);
   machine.Registry().SetTexts(key + L"\\UI1", L"Many", {L"a", L"b"});
-  Reinstall(server, {8});
-  InstallAll(server);
+  Reinstall({8});
+  InstallAll();
 
   const std::wstring restored = Parameters(*server.ports[0]);
   const workbench::RegistrySandbox& registry = machine.Registry();
@@ -207,18 +207,18 @@ TEST_F(InstallBackup, OddValues) {
   EXPECT_EQ(registry.Text(restored + L"\\UI1", L"Long"), longText);
   EXPECT_EQ(registry.Text(restored + L"\\UI1", L"Open"), L"end");
   EXPECT_FALSE(registry.Raw(restored + L"\\UI1", L"Many"));
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5"));
 }
 
 TEST_F(InstallBackup, IdsWithoutASecondBackslashHaveABackupToo) {
-  DeviceServer server = AddServer({});
+  AddServer({});
   machine.Devices().Add({.instanceId = L"KDNBUS\\PORT",
                          .classGuid = workbench::kPortsClass,
                          .className = L"Ports",
                          .description = L"Port"},
                         server.card);
   machine.Registry().SetDword(workbench::ParametersKeyOf(L"KDNBUS\\PORT"), L"Baudrate", 300);
-  Reinstall(server, {});
+  Reinstall({});
   EXPECT_EQ(machine.Registry().Dword(Parameters(*server.card) + L"\\KDNBUS_PORT", L"Baudrate"), 300u);
 }
 
@@ -230,8 +230,8 @@ TEST_F(InstallBackup, ServersWithNoneOrVeryManyPorts) {
   wanted.number = 2;
   std::vector<unsigned> numbers;
   for (unsigned number = 3; number < 3 + 254; ++number) numbers.push_back(number);
-  DeviceServer server = AddServer(numbers);
-  Reinstall(server, {});
+  AddServer(numbers);
+  Reinstall({});
   EXPECT_THAT(machine.ComNames().Claimed(), IsEmpty());
   EXPECT_EQ(machine.Registry().KeyNames(Parameters(*server.card)).size(), 254u);
   for (const Device* child : server.card->children) EXPECT_TRUE(child->removed);
@@ -247,14 +247,14 @@ TEST_F(InstallBackup, KeysThatDoNotOpen) {
   for (const Case& row : {Case{"SetupDiOpenDevRegKey", 1, false}, Case{"RegCreateKeyExW", 1, false},
                           Case{"RegOpenKeyExW", 1, true}, Case{"CM_Get_Device_ID_Size", 1, false}}) {
     wanted.number++;
-    DeviceServer server = AddServer({5});
+    AddServer({5});
     machine.Registry().SetDword(Parameters(*server.ports[0]), L"Baudrate", 300);
     machine.Calls().Inject({.function = row.function, .from = row.from});
-    Reinstall(server, {8});
+    Reinstall({8});
     machine.Calls().ClearFaults();
     EXPECT_EQ(machine.Registry().KeyNames(Parameters(*server.card)).size(), row.backedUp ? 1u : 0u)
         << row.function;
-    InstallAll(server);
+    InstallAll();
     EXPECT_FALSE(machine.Registry().Dword(Parameters(*server.ports[0]), L"Baudrate")) << row.function;
     // An empty backup counts: the port is neither sorted nor given the default settings.
     EXPECT_EQ(PlacesOf(machine, *server.ports[0]).portsValue.empty(), row.backedUp) << row.function;

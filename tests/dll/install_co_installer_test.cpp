@@ -1,5 +1,5 @@
 // The co-installer entry points: what each function does in each pass, and what it returns.
-#include "tests/dll/install_fixture.h"
+#include "install_test.h"
 
 namespace {
 
@@ -11,7 +11,7 @@ constexpr wchar_t kUpdateTheCard[] =
     L"Manager.\r\nThis will automatically initiate the port driver update.\r\n\r\nPlease see Product Manual "
     L"for further details.";
 
-class InstallCoInstaller : public InstallFixture {
+class InstallCoInstaller : public InstallTest {
  protected:
   DWORD Call(Device& device, DI_FUNCTION function, bool post, DWORD result = NO_ERROR) {
     COINSTALLER_CONTEXT_DATA context{};
@@ -27,7 +27,7 @@ class InstallCoInstaller : public InstallFixture {
 };
 
 TEST_F(InstallCoInstaller, FunctionsThatAreNotItsBusinessAreLeftAlone) {
-  const DeviceServer server = AddServer({5});
+  AddServer({5});
   for (const DI_FUNCTION function : {0u, 1u, 3u, 4u, 0x12u, 0x17u, 0x28u, 0x2Au, 0xFFFFFFFFu}) {
     for (const bool post : {false, true}) {
       EXPECT_EQ(Call(*server.card, function, post, 7), static_cast<DWORD>(NO_ERROR)) << function;
@@ -38,7 +38,7 @@ TEST_F(InstallCoInstaller, FunctionsThatAreNotItsBusinessAreLeftAlone) {
 }
 
 TEST_F(InstallCoInstaller, InstallingAsksForASecondPassAndHandsItsResultOn) {
-  const DeviceServer server = AddServer({5});
+  AddServer({5});
   EXPECT_EQ(Call(*server.ports[0], DIF_INSTALLDEVICE, false), ERROR_DI_POSTPROCESSING_REQUIRED);
   EXPECT_TRUE(TouchedNothing());
   EXPECT_EQ(Call(*server.ports[0], DIF_INSTALLDEVICE, true, 1234), 1234u);
@@ -46,7 +46,8 @@ TEST_F(InstallCoInstaller, InstallingAsksForASecondPassAndHandsItsResultOn) {
   EXPECT_TRUE(server.ports[0]->removed);
   // The class installer starts the server, whose bus finds the port again; what was saved stays.
   wanted.comNumbers = {8};
-  const Device* found = EnumeratePorts(machine, *server.card, wanted).at(0);
+  FindPortsAgain(machine, server, wanted);
+  const Device* found = server.ports[0];
   EXPECT_EQ(Call(*server.card, DIF_INSTALLDEVICE, true), static_cast<DWORD>(NO_ERROR));
   EXPECT_TRUE(found->removed);
   EXPECT_FALSE(machine.ComNames().IsClaimed(8));
@@ -56,26 +57,26 @@ TEST_F(InstallCoInstaller, InstallingAsksForASecondPassAndHandsItsResultOn) {
 }
 
 TEST_F(InstallCoInstaller, NullsDoNothing) {
-  const DeviceServer server = AddServer({5});
+  AddServer({5});
   workbench::DeviceElement card(machine, *server.card);
   workbench::DeviceElement port(machine, *server.ports[0]);
   COINSTALLER_CONTEXT_DATA context{};
   for (const DI_FUNCTION function : {DIF_INSTALLDEVICE, DIF_REMOVE, DIF_UPDATEDRIVER_UI}) {
-    EXPECT_EQ(dll.CoInstallCard(function, card.Set(), nullptr, &context), static_cast<DWORD>(NO_ERROR));
-    EXPECT_EQ(dll.CoInstallPort(function, port.Set(), nullptr, &context), static_cast<DWORD>(NO_ERROR));
-    EXPECT_EQ(dll.CoInstallCard(function, nullptr, nullptr, nullptr), static_cast<DWORD>(NO_ERROR));
-    EXPECT_EQ(dll.CoInstallPort(function, nullptr, nullptr, nullptr), static_cast<DWORD>(NO_ERROR));
+    EXPECT_EQ(dll->CoInstallCard(function, card.Set(), nullptr, &context), static_cast<DWORD>(NO_ERROR));
+    EXPECT_EQ(dll->CoInstallPort(function, port.Set(), nullptr, &context), static_cast<DWORD>(NO_ERROR));
+    EXPECT_EQ(dll->CoInstallCard(function, nullptr, nullptr, nullptr), static_cast<DWORD>(NO_ERROR));
+    EXPECT_EQ(dll->CoInstallPort(function, nullptr, nullptr, nullptr), static_cast<DWORD>(NO_ERROR));
   }
-  EXPECT_EQ(dll.CoInstallCard(DIF_INSTALLDEVICE, card.Set(), card.Data(), nullptr),
+  EXPECT_EQ(dll->CoInstallCard(DIF_INSTALLDEVICE, card.Set(), card.Data(), nullptr),
             static_cast<DWORD>(NO_ERROR));
-  EXPECT_EQ(dll.CoInstallPort(DIF_INSTALLDEVICE, port.Set(), port.Data(), nullptr),
+  EXPECT_EQ(dll->CoInstallPort(DIF_INSTALLDEVICE, port.Set(), port.Data(), nullptr),
             static_cast<DWORD>(NO_ERROR));
   EXPECT_TRUE(TouchedNothing());
   ExpectAgreement();
 }
 
 TEST_F(InstallCoInstaller, DriverUpdateIsRefusedForTheNumberOneOnly) {
-  const DeviceServer server = AddServer({5});
+  AddServer({5});
   for (Device* device : {server.card, server.ports[0]}) {
     EXPECT_TRUE(installer.AllowsDriverUpdate(*device));
     for (const wchar_t* value : {L"2", L"", L"yes", L"11"}) {
@@ -97,7 +98,7 @@ TEST_F(InstallCoInstaller, DriverUpdateIsRefusedForTheNumberOneOnly) {
 }
 
 TEST_F(InstallCoInstaller, RemovingAServerStartsItsUninstallProgram) {
-  const DeviceServer server = AddServer({});
+  AddServer({});
   EXPECT_EQ(Call(*server.card, DIF_REMOVE, false), static_cast<DWORD>(NO_ERROR));
   EXPECT_THAT(machine.System().processes, IsEmpty());
   machine.Registry().SetText(Parameters(*server.card), L"UnInstall", L"KdUninst.exe");
@@ -121,7 +122,7 @@ TEST_F(InstallCoInstaller, RemovingAServerStartsItsUninstallProgram) {
 }
 
 TEST_F(InstallCoInstaller, RemovingAPortGivesItsNameBack) {
-  const DeviceServer server = AddServer({5, 6, 7});
+  AddServer({5, 6, 7});
   EXPECT_EQ(installer.Remove(*server.ports[0]), static_cast<DWORD>(NO_ERROR));
   EXPECT_FALSE(machine.ComNames().IsClaimed(5));
   EXPECT_EQ(machine.DosNames().Target(L"COM5"), L"");
@@ -139,7 +140,7 @@ TEST_F(InstallCoInstaller, RemovingAPortGivesItsNameBack) {
 
 TEST_F(InstallCoInstaller, APortWhoseNameIsNotDefinedYetIsLeftAlone) {
   wanted.started = false;
-  const DeviceServer server = AddServer({5, 0});
+  AddServer({5, 0});
   for (Device* port : server.ports) {
     EXPECT_EQ(Call(*port, DIF_INSTALLDEVICE, true, 1234), static_cast<DWORD>(NO_ERROR));
   }
@@ -147,7 +148,7 @@ TEST_F(InstallCoInstaller, APortWhoseNameIsNotDefinedYetIsLeftAlone) {
 }
 
 TEST_F(InstallCoInstaller, ANewPortGetsTheDefaultSettingsUnderTheMutex) {
-  const DeviceServer server = AddServer({5});
+  AddServer({5});
   machine.Registry().SetText(workbench::kPortsKey, L"COM5:", L"115200,e,7,2");
   EXPECT_EQ(Call(*server.ports[0], DIF_INSTALLDEVICE, true), static_cast<DWORD>(NO_ERROR));
   EXPECT_EQ(PlacesOf(machine, *server.ports[0]).portsValue, L"9600,n,8,1");
@@ -172,7 +173,7 @@ TEST_F(InstallCoInstaller, WindowsVersionsThatSort) {
   unsigned number = 1;
   for (const auto& row : cases) {
     wanted.number = number++;
-    const DeviceServer server = AddServer({20 + 2 * number});
+    AddServer({20 + 2 * number});
     machine.System().majorVersion = row.major;
     machine.System().minorVersion = row.minor;
     Call(*server.ports[0], DIF_INSTALLDEVICE, true);
@@ -183,18 +184,18 @@ TEST_F(InstallCoInstaller, WindowsVersionsThatSort) {
   }
   machine.System().versionCallFails = true;
   wanted.number = number;
-  const DeviceServer server = AddServer({99});
+  AddServer({99});
   Call(*server.ports[0], DIF_INSTALLDEVICE, true);
   EXPECT_FALSE(machine.Registry().Dword(Parameters(*server.card), L"ChildPortNameSorted"));
 }
 
 TEST_F(InstallCoInstaller, DriverUpdatePassesItsArgumentsOn) {
   AddServer({5});
-  EXPECT_EQ(dll.UpdateDriver(nullptr, L"C:\\kd.inf"), FALSE);
-  EXPECT_EQ(dll.UpdateDriver(L"KDNBUS\\VELTRANETPORT", nullptr), FALSE);
+  EXPECT_EQ(dll->UpdateDriver(nullptr, L"C:\\kd.inf"), FALSE);
+  EXPECT_EQ(dll->UpdateDriver(L"KDNBUS\\VELTRANETPORT", nullptr), FALSE);
   EXPECT_THAT(machine.System().driverUpdates, IsEmpty());
   machine.System().updateNeedsReboot = true;
-  EXPECT_EQ(dll.UpdateDriver(L"KDNBUS\\VELTRANETPORT", L"C:\\kd.inf"), TRUE);
+  EXPECT_EQ(dll->UpdateDriver(L"KDNBUS\\VELTRANETPORT", L"C:\\kd.inf"), TRUE);
   ASSERT_EQ(machine.System().driverUpdates.size(), 1u);
   const workbench::DriverUpdateRecord& update = machine.System().driverUpdates[0];
   EXPECT_EQ(update.owner, nullptr);
@@ -202,7 +203,7 @@ TEST_F(InstallCoInstaller, DriverUpdatePassesItsArgumentsOn) {
   EXPECT_EQ(update.infPath, L"C:\\kd.inf");
   EXPECT_EQ(update.flags, 1u);
   machine.System().updateError = ERROR_NO_SUCH_DEVINST;
-  EXPECT_EQ(dll.UpdateDriver(L"KDNBUS\\VELTRANETPORT", L"C:\\kd.inf"), FALSE);
+  EXPECT_EQ(dll->UpdateDriver(L"KDNBUS\\VELTRANETPORT", L"C:\\kd.inf"), FALSE);
 }
 
 }  // namespace

@@ -1,17 +1,17 @@
 // Renaming a port: the five places, the questions, and what a failing step leaves behind.
 #include <map>
 
-#include "tests/dll/install_fixture.h"
+#include "install_test.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class InstallRename : public InstallFixture {
+class InstallRename : public InstallTest {
  protected:
   void SetUp() override { port = AddServer({5}).ports[0]; }
-  BOOL Rename(const wchar_t* name) { return dll.ChangeComNumber(port->instanceId.c_str(), name); }
+  BOOL Rename(const wchar_t* name) { return dll->ChangeComNumber(port->instanceId.c_str(), name); }
   [[nodiscard]] std::wstring FriendlyName() {
     return machine.Registry().Text(workbench::EnumKeyOf(port->instanceId), L"FriendlyName").value_or(L"");
   }
@@ -216,11 +216,11 @@ TEST_F(InstallRename, OddNames) {
 }
 
 TEST_F(InstallRename, NullsAndStrangers) {
-  EXPECT_EQ(dll.ChangeComNumber(nullptr, L"COM9"), 0);
-  EXPECT_EQ(dll.ChangeComNumber(nullptr, nullptr), 0);
-  EXPECT_EQ(dll.ChangeComNumber(L"", L"COM9"), 0);
-  EXPECT_EQ(dll.ChangeComNumber(L"KDNBUS\\NOBODY\\1", L"COM9"), 0);
-  EXPECT_EQ(dll.ChangeComNumber(port->instanceId.c_str(), nullptr), 1);
+  EXPECT_EQ(dll->ChangeComNumber(nullptr, L"COM9"), 0);
+  EXPECT_EQ(dll->ChangeComNumber(nullptr, nullptr), 0);
+  EXPECT_EQ(dll->ChangeComNumber(L"", L"COM9"), 0);
+  EXPECT_EQ(dll->ChangeComNumber(L"KDNBUS\\NOBODY\\1", L"COM9"), 0);
+  EXPECT_EQ(dll->ChangeComNumber(port->instanceId.c_str(), nullptr), 1);
   EXPECT_THAT(Questions(), ElementsAre(kNameTaken)) << "the empty name has the number 0";
   EXPECT_EQ(PortName(*port), L"COM5");
   machine.Registry().DeleteValue(Parameters(*port), L"PortName");

@@ -1,14 +1,14 @@
 // Putting a device server's ports in order while they are installed.
 #include <thread>
 
-#include "tests/dll/install_fixture.h"
+#include "install_test.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class InstallSort : public InstallFixture {
+class InstallSort : public InstallTest {
  protected:
   [[nodiscard]] std::optional<std::uint32_t> Flag(const DeviceServer& server) {
     return machine.Registry().Dword(Parameters(*server.card), L"ChildPortNameSorted");
@@ -31,9 +31,9 @@ class InstallSort : public InstallFixture {
 };
 
 TEST_F(InstallSort, PortsThatCameUpOutOfOrderEndInOrderWithOneRestart) {
-  const DeviceServer server = AddServer({7, 5, 6});
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM6", L"COM7"));
+  AddServer({7, 5, 6});
+  InstallAll();
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6", L"COM7"));
   ExpectAgreement();
   EXPECT_EQ(Flag(server), 1u);
   EXPECT_THAT(Restarts(), ElementsAre(server.card->instanceId));
@@ -58,10 +58,10 @@ TEST_F(InstallSort, StepsOfARestart) {
   for (std::size_t refusals = 0; refusals < 3; ++refusals) {
     wanted.number++;
     const unsigned number = 10 * wanted.number;
-    const DeviceServer server = AddServer({number + 1, number});
+    AddServer({number + 1, number});
     machine.Calls().ClearLog();
     machine.Calls().Inject({.function = "SetupDiSetClassInstallParamsW", .from = 2, .count = refusals});
-    InstallAll(server);
+    InstallAll();
     machine.Calls().ClearFaults();
     EXPECT_EQ(StepsOn(*server.card), disabled + before + enabled[refusals]);
   }
@@ -79,25 +79,25 @@ TEST_F(InstallSort, ParametersThatCannotBeReadAreNotWrittenBack) {
 
 TEST_F(InstallSort, TheFirstFreeNumberFromThreeServesAsTheTemporaryOne) {
   AddForeignPort(machine, 3);
-  const DeviceServer server = AddServer({6, 5});
+  AddServer({6, 5});
   server.ports[1]->port->openElsewhere = true;  // of no matter: nobody is asked during an installation
-  InstallAll(server);
+  InstallAll();
   EXPECT_THAT(Questions(), IsEmpty());
   std::vector<std::wstring> defined;
   for (const auto& call : machine.Calls().CallsOf("DefineDosDeviceW")) {
     if (call.Number(0) == 1) defined.push_back(call.Text(1));
   }
   EXPECT_THAT(defined, ElementsAre(L"COM4", L"COM5", L"COM6"));
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM6"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6"));
 }
 
 TEST_F(InstallSort, PortsInOrderGetTheFlagAndNothingElse) {
   for (const auto& numbers : {std::vector<unsigned>{3, 4}, {12}, {4, 4}}) {
     wanted.number++;
-    const DeviceServer server = AddServer(numbers);
-    const std::vector<std::wstring> before = PortNames(server);
+    AddServer(numbers);
+    const std::vector<std::wstring> before = PortNames();
     EXPECT_EQ(installer.Install(*server.ports[0]), static_cast<DWORD>(NO_ERROR));
-    EXPECT_EQ(PortNames(server), before);
+    EXPECT_EQ(PortNames(), before);
     EXPECT_EQ(Flag(server), 1u);
     machine.Devices().Remove(*server.card);
   }
@@ -106,61 +106,61 @@ TEST_F(InstallSort, PortsInOrderGetTheFlagAndNothingElse) {
 }
 
 TEST_F(InstallSort, APortThatIsNotReadyPutsTheSortingOff) {
-  const DeviceServer server = AddServer({7, 5, 6});
+  AddServer({7, 5, 6});
   machine.Devices().Stop(*server.ports[2]);
   installer.Install(*server.ports[0]);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5", L"COM6"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5", L"COM6"));
   EXPECT_FALSE(Flag(server));
   machine.Devices().Start(*server.ports[2]);
   machine.Registry().DeleteValue(Parameters(*server.ports[2]), L"PortName");
   installer.Install(*server.ports[0]);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5", L""));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5", L""));
   EXPECT_FALSE(Flag(server));
   machine.Registry().SetText(Parameters(*server.ports[2]), L"PortName", L"COM6");
   installer.Install(*server.ports[1]);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM6", L"COM7"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6", L"COM7"));
   EXPECT_EQ(Flag(server), 1u);
 }
 
 TEST_F(InstallSort, AServerIsSortedOnce) {
-  const DeviceServer server = AddServer({7, 5});
+  AddServer({7, 5});
   machine.Registry().SetDword(Parameters(*server.card), L"ChildPortNameSorted", 1);
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5"));
+  InstallAll();
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5"));
   machine.Registry().SetDword(Parameters(*server.card), L"ChildPortNameSorted", 2);
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM7"));
+  InstallAll();
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM7"));
 }
 
 TEST_F(InstallSort, ARenameThatFailsInASwapLeavesTheHolderAside) {
-  const DeviceServer server = AddServer({7, 5});
+  AddServer({7, 5});
   // The second new name of the swap is refused, and the old one put back.
   machine.Calls().Inject({.function = "DefineDosDeviceW", .from = 4});
   installer.Install(*server.ports[0]);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM3"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM3"));
   EXPECT_FALSE(Flag(server));
   EXPECT_THAT(Restarts(), IsEmpty());
   ExpectAgreement();
   installer.Install(*server.ports[1]);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM3", L"COM7")) << "the next port tries again";
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM3", L"COM7")) << "the next port tries again";
 }
 
 TEST_F(InstallSort, WithoutAFreeNumberOrTheDatabaseNothingIsSwapped) {
-  const DeviceServer server = AddServer({7, 5});
+  AddServer({7, 5});
   for (DWORD number = 3; number <= 255; ++number) machine.ComNames().Claim(number);
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5"));
+  InstallAll();
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5"));
   EXPECT_EQ(Flag(server), 1u);
   for (DWORD number = 8; number <= 255; ++number) machine.ComNames().Release(number);
   machine.Registry().DeleteValue(Parameters(*server.card), L"ChildPortNameSorted");
   machine.ComNames().openError = ERROR_ACCESS_DENIED;
-  InstallAll(server);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM7", L"COM5"));
+  InstallAll();
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5"));
   EXPECT_THAT(Questions(), IsEmpty());
 }
 
 TEST_F(InstallSort, PortsInstalledAtOnceEndLikePortsInstalledOneByOne) {
-  const DeviceServer server = AddServer({12, 11, 10, 9, 8, 7, 6, 5});
+  AddServer({12, 11, 10, 9, 8, 7, 6, 5});
   std::vector<std::thread> threads;
   for (Device* port : server.ports) {
     threads.emplace_back([this, port] { EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR)); });
@@ -174,7 +174,7 @@ TEST_F(InstallSort, PortsInstalledAtOnceEndLikePortsInstalledOneByOne) {
     if (writes && (turns.empty() || turns.back() != call.thread)) turns.push_back(call.thread);
   }
   EXPECT_LE(turns.size(), server.ports.size()) << "a thread may have the id of one that has ended";
-  EXPECT_THAT(PortNames(server),
+  EXPECT_THAT(PortNames(),
               ElementsAre(L"COM5", L"COM6", L"COM7", L"COM8", L"COM9", L"COM10", L"COM11", L"COM12"));
   ExpectAgreement();
   EXPECT_THAT(Restarts(), ElementsAre(server.card->instanceId));
@@ -187,7 +187,7 @@ TEST_F(InstallSort, CallsGrowInStepWithThePorts) {
     wanted.number = count;
     std::vector<unsigned> numbers;
     for (unsigned at = 0; at < count; ++at) numbers.push_back(250 - at);
-    const DeviceServer server = AddServer(numbers);
+    AddServer(numbers);
     machine.Calls().ClearLog();
     installer.Install(*server.ports[0]);
     EXPECT_EQ(Flag(server), 1u);

@@ -1,12 +1,12 @@
 // USB models whose port sits on a fixed COM number.
-#include "tests/dll/install_fixture.h"
+#include "install_test.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class InstallUsb : public InstallFixture {};
+class InstallUsb : public InstallTest {};
 
 TEST_F(InstallUsb, PortsTakeTheirModelsNumber) {
   const struct {

@@ -1,5 +1,5 @@
 // OK on the port page: what is written where, and the question about a port that is in use.
-#include "port_page_rig.h"
+#include "rig_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,15 +13,15 @@ namespace {
 using workbench::kPortSet;
 using workbench::ParameterValues;
 
-std::optional<std::wstring> PortsValue(PortPageRig& rig) {
+std::optional<std::wstring> PortsValue(Rig& rig) {
   return rig.machine.Registry().Text(workbench::kPortsKey, L"COM7:");
 }
 
 TEST(PortPageApply, NothingIsWrittenWhenTheBoxesAreUntouched) {
-  PortPageRig rig;
+  Rig rig;
   rig.web.SetPort(1, {.baudRate = 38400});
   rig.Port().port->openElsewhere = true;
-  PortSheet sheet(rig);
+  PageSheet sheet(rig);
   const std::optional<std::wstring> before = PortsValue(rig);
   rig.Driver().ClearRecords();
   EXPECT_TRUE(sheet.PressOk());
@@ -31,9 +31,9 @@ TEST(PortPageApply, NothingIsWrittenWhenTheBoxesAreUntouched) {
 }
 
 TEST(PortPageApply, ChangedBoxReachesDriverAndPortsKey) {
-  PortPageRig rig;
+  Rig rig;
   rig.web.SetPort(1, {.baudRate = 38400, .stopBits = 2, .flowControl = 4});
-  PortSheet sheet(rig);
+  PageSheet sheet(rig);
   rig.Driver().ClearRecords();
   sheet.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
   EXPECT_TRUE(sheet.PressOk());
@@ -45,14 +45,14 @@ TEST(PortPageApply, ChangedBoxReachesDriverAndPortsKey) {
   EXPECT_EQ(rig.PortSet().Number("EmulateDSRTrue"), 0u);
   // Data bits before parity, unlike the default that a rename writes.
   EXPECT_EQ(PortsValue(rig), L"38400,5,n,2,x") << "parity 1 of the device is stored as data bits 0";
-  EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+  EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
 }
 
 TEST(PortPageApply, AsksBeforeItTouchesAPortInUse) {
   for (const bool yes : {true, false}) {
     SCOPED_TRACE(yes);
-    PortPageRig rig;
-    PortSheet sheet(rig);
+    Rig rig;
+    PageSheet sheet(rig);
     rig.Port().port->openElsewhere = true;
     // Neither a tick under the question nor a close message changes what the user has chosen.
     rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
@@ -80,8 +80,8 @@ TEST(PortPageApply, AsksBeforeItTouchesAPortInUse) {
 }
 
 TEST(PortPageApply, DriverThatRefusesKeepsItsSettings) {
-  PortPageRig rig;
-  PortSheet sheet(rig);
+  Rig rig;
+  PageSheet sheet(rig);
   rig.Driver().Inject({.operation = workbench::DriverFault::Operation::Write, .selector = kPortSet});
   sheet.Check(IDC_PORT_DSR_ALWAYS_TRUE, true);
   EXPECT_TRUE(sheet.PressOk());
@@ -91,8 +91,8 @@ TEST(PortPageApply, DriverThatRefusesKeepsItsSettings) {
 
 // A port without a name cannot be opened, so the question comes; a yes writes to the driver alone.
 TEST(PortPageApply, WithoutAPortNameNothingGoesToThePortsKey) {
-  PortPageRig rig;
-  PortSheet sheet(rig);
+  Rig rig;
+  PageSheet sheet(rig);
   rig.machine.Registry().DeleteValue(workbench::ParametersKeyOf(rig.Port().instanceId), L"PortName");
   rig.machine.Screen().Answer(IDYES);
   sheet.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
@@ -103,8 +103,8 @@ TEST(PortPageApply, WithoutAPortNameNothingGoesToThePortsKey) {
 }
 
 TEST(PortPageApply, OfflineDeviceIsToldAndTheSettingsAreWritten) {
-  PortPageRig rig;
-  PortSheet sheet(rig);
+  Rig rig;
+  PageSheet sheet(rig);
   rig.web.Stop();
   sheet.Check(IDC_PORT_DSR_ALWAYS_TRUE, true);
   EXPECT_TRUE(sheet.PressOk());

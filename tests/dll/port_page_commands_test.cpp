@@ -1,5 +1,5 @@
 // The buttons, the timer, tips and help of the port page.
-#include "port_page_rig.h"
+#include "rig_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,9 +12,9 @@
 namespace {
 
 TEST(PortPageCommands, ConfigureOpensTheWebPageAndWatchesTheDevice) {
-  PortPageRig rig;
+  Rig rig;
   rig.BusSet().SetNumber("SerialPortIndex", 2);
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   sheet.Click(IDC_PORT_CONFIGURE);
   ASSERT_EQ(rig.machine.Screen().shellCalls.size(), 1u);
   const workbench::ShellRecord& call = rig.machine.Screen().shellCalls[0];
@@ -28,8 +28,8 @@ TEST(PortPageCommands, ConfigureOpensTheWebPageAndWatchesTheDevice) {
 }
 
 TEST(PortPageCommands, TickShowsWhatChangedAndIsSilent) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   rig.web.SetPort(1, {.baudRate = 4800});
   SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
   EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), L"4800");
@@ -41,8 +41,8 @@ TEST(PortPageCommands, TickShowsWhatChangedAndIsSilent) {
 }
 
 TEST(PortPageCommands, CloseMessageStopsTheTimerAndRefreshesSilently) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   sheet.Click(IDC_PORT_CONFIGURE);
   rig.web.Stop();
   SendMessageW(sheet.Page(), WM_CLOSE, 0, 0);
@@ -53,8 +53,8 @@ TEST(PortPageCommands, CloseMessageStopsTheTimerAndRefreshesSilently) {
 }
 
 TEST(PortPageCommands, RestoreRereadsDriverAndDevice) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   rig.web.SetPort(1, {.parity = std::nullopt, .state = 1});
   rig.PortSet().SetNumber("Parity", 4);
   rig.PortSet().SetNumber("EmulateCTSTrue", 1);
@@ -68,8 +68,8 @@ TEST(PortPageCommands, RestoreRereadsDriverAndDevice) {
 
 // A box that a refresh disables while it has the focus would leave the keyboard without a target.
 TEST(PortPageCommands, FocusLeavesABoxThatIsDisabled) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   SetFocus(sheet.Control(IDC_PORT_CTS_ALWAYS_TRUE));
   rig.web.SetPort(1, {.ctsLine = 0});
   SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
@@ -78,8 +78,8 @@ TEST(PortPageCommands, FocusLeavesABoxThatIsDisabled) {
 }
 
 TEST(PortPageCommands, TipsFollowTheTable) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   for (const auto& [label, value] : {std::pair{223, 297}, {224, 298}, {225, 299}, {226, 300}}) {
     EXPECT_NE(TipOf(sheet.Page(), sheet.Control(label)), L"") << label;
     EXPECT_EQ(TipOf(sheet.Page(), sheet.Control(label)), TipOf(sheet.Page(), sheet.Control(value))) << label;
@@ -92,7 +92,7 @@ TEST(PortPageCommands, TipsFollowTheTable) {
 }
 
 // The tip window of a page, which has a tool for the page itself.
-HWND BalloonOf(const PortSheet& sheet) {
+HWND BalloonOf(const PageSheet& sheet) {
   struct Search {
     HWND page, found;
   } search{sheet.Page(), nullptr};
@@ -114,10 +114,10 @@ HWND BalloonOf(const PortSheet& sheet) {
 }
 
 TEST(PortPageCommands, BalloonHasOneToolPerChild) {
-  PortPageRig rig;
+  Rig rig;
   HWND tip = nullptr;
   {
-    const PortSheet sheet(rig);
+    const PageSheet sheet(rig);
     tip = BalloonOf(sheet);
     ASSERT_NE(tip, nullptr);
     EXPECT_EQ(GetWindowLongW(tip, GWL_STYLE) & 0xFF, 195);
@@ -140,8 +140,8 @@ TEST(PortPageCommands, BalloonHasOneToolPerChild) {
 
 // The mouse over a static label: the baud rate has no tip, the data bits have one.
 TEST(PortPageCommands, BalloonAppearsOverALabel) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   const HWND tip = BalloonOf(sheet);
   ASSERT_NE(tip, nullptr);
   SendMessageW(tip, TTM_SETDELAYTIME, TTDT_INITIAL, 1);
@@ -157,8 +157,8 @@ TEST(PortPageCommands, BalloonAppearsOverALabel) {
 
 // What a click does, Enter and Space do; Enter does not press OK. The link shows the focus and has a name.
 TEST(PortPageCommands, HelpLinkIsForTheKeyboardToo) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   const HWND link = sheet.Control(IDC_PORT_HELP_LINK);
   EXPECT_EQ(sheet.Text(IDC_PORT_HELP_LINK), L"Need More &Help? Click:");
   const auto topRow = [&] {
@@ -187,12 +187,12 @@ TEST(PortPageCommands, HelpLinkIsForTheKeyboardToo) {
 
 TEST(PortPageCommands, HelpTopicFollowsThePortSet) {
   for (const bool rs422485 : {false, true}) {
-    PortPageRig rig;
+    Rig rig;
     rig.web.SetPort(1, {.portMode = std::nullopt});
     rig.BusSet().SetNumber("SerialPortIndex", 2);
     rig.PortSet().SetNumber("PortType", rs422485 ? 2 : 0);
     rig.BusSet().SetNumber("PortType", rs422485 ? 0 : 1);
-    const PortSheet sheet(rig);
+    const PageSheet sheet(rig);
     SendMessageW(sheet.Page(), WM_COMMAND, MAKEWPARAM(IDC_PORT_HELP_LINK, STN_CLICKED),
                  reinterpret_cast<LPARAM>(sheet.Control(IDC_PORT_HELP_LINK)));
     ASSERT_EQ(rig.machine.Screen().helpCalls.size(), 1u);
@@ -204,8 +204,8 @@ TEST(PortPageCommands, HelpTopicFollowsThePortSet) {
 }
 
 TEST(PortPageCommands, ContextHelpIsForTheControlsOfTheTable) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   AskForHelp(sheet.Page(), IDC_PORT_BAUD_RATE);
   AskForHelp(sheet.Page(), IDC_PORT_ADVANCED, HELPINFO_MENUITEM);
   EXPECT_THAT(rig.machine.Screen().helpCalls, testing::IsEmpty());

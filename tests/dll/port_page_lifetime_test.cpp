@@ -1,5 +1,5 @@
 // How long the port page lives, and what happens when things end at the wrong moment.
-#include "port_page_rig.h"
+#include "rig_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,14 +14,14 @@ namespace {
 using workbench::HandleKind;
 
 // The page holds two device information sets, so their number tells whether it lives.
-std::size_t SetsOfPages(PortPageRig& rig) {
+std::size_t SetsOfPages(Rig& rig) {
   return rig.machine.Calls().OpenCount(HandleKind::DeviceSet);
 }
 
 TEST(PortPageLifetime, OtherRequestsAddNothingAndSucceed) {
-  PortPageRig rig;
+  Rig rig;
   for (const DWORD request : {SPPSR_SELECT_DEVICE_RESOURCES, SPPSR_ENUM_BASIC_DEVICE_PROPERTIES, 0, 99}) {
-    const PageRequest answer(rig, 0, request);
+    const PageRequest answer(rig, rig.Port(), request);
     EXPECT_TRUE(answer.result) << request;
     EXPECT_EQ(answer.offered, 0u) << request;
   }
@@ -29,7 +29,7 @@ TEST(PortPageLifetime, OtherRequestsAddNothingAndSucceed) {
 }
 
 TEST(PortPageLifetime, NullPointersAreRefusals) {
-  PortPageRig rig;
+  Rig rig;
   const LPFNADDPROPSHEETPAGE add = [](HPROPSHEETPAGE, LPARAM) -> BOOL {
     ADD_FAILURE() << "a page was added";
     return TRUE;
@@ -48,21 +48,21 @@ TEST(PortPageLifetime, NullPointersAreRefusals) {
 
 struct FailureRow {
   const char* name;
-  void (*breakIt)(PortPageRig&);
+  void (*breakIt)(Rig&);
 };
 
-void FailAll(PortPageRig& rig, const char* function) {
+void FailAll(Rig& rig, const char* function) {
   rig.machine.Calls().Inject({.function = function, .count = workbench::Fault::kEveryLater});
 }
 
 const FailureRow kFailures[] = {
-    {"no configuration interface", [](PortPageRig& rig) { FailAll(rig, "SetupDiEnumDeviceInterfaces"); }},
-    {"driver cannot be opened", [](PortPageRig& rig) { FailAll(rig, "CreateFileW"); }},
-    {"driver does not answer", [](PortPageRig& rig) { FailAll(rig, "DeviceIoControl"); }},
-    {"port without a parent", [](PortPageRig& rig) { FailAll(rig, "CM_Get_Parent"); }},
-    {"parent is gone", [](PortPageRig& rig) { rig.server.card->present = false; }},
+    {"no configuration interface", [](Rig& rig) { FailAll(rig, "SetupDiEnumDeviceInterfaces"); }},
+    {"driver cannot be opened", [](Rig& rig) { FailAll(rig, "CreateFileW"); }},
+    {"driver does not answer", [](Rig& rig) { FailAll(rig, "DeviceIoControl"); }},
+    {"port without a parent", [](Rig& rig) { FailAll(rig, "CM_Get_Parent"); }},
+    {"parent is gone", [](Rig& rig) { rig.server.card->present = false; }},
     {"bus set is refused",
-     [](PortPageRig& rig) {
+     [](Rig& rig) {
        rig.Driver().Inject(
            {.operation = workbench::DriverFault::Operation::Read, .selector = workbench::kBusSet});
      }},
@@ -71,21 +71,21 @@ const FailureRow kFailures[] = {
 TEST(PortPageLifetime, PortWhoseSettingsCannotBeReadGetsNoPage) {
   for (const FailureRow& row : kFailures) {
     SCOPED_TRACE(row.name);
-    PortPageRig rig;
+    Rig rig;
     row.breakIt(rig);
-    const PageRequest answer(rig, 0);
+    const PageRequest answer(rig, rig.Port());
     EXPECT_FALSE(answer.result);
     EXPECT_EQ(answer.offered, 0u);
     EXPECT_EQ(SetsOfPages(rig), 0u);
-    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+    EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
   }
 }
 
 // Whether the callback has taken it or not.
 TEST(PortPageLifetime, PageThatIsNeverShownIsFreedWithItsHandle) {
   for (const bool accept : {true, false}) {
-    PortPageRig rig;
-    const PageRequest answer(rig, 0, SPPSR_ENUM_ADV_DEVICE_PROPERTIES, accept);
+    Rig rig;
+    const PageRequest answer(rig, rig.Port(), SPPSR_ENUM_ADV_DEVICE_PROPERTIES, accept);
     EXPECT_EQ(answer.result != FALSE, accept);
     EXPECT_EQ(answer.offered, 1u);
     EXPECT_EQ(SetsOfPages(rig), 2u);
@@ -95,11 +95,11 @@ TEST(PortPageLifetime, PageThatIsNeverShownIsFreedWithItsHandle) {
 }
 
 TEST(PortPageLifetime, TwoSheetsDoNotShareState) {
-  PortPageRig rig;
+  Rig rig;
   rig.web.SetPort(1, {.baudRate = 1200});
   rig.web.SetPort(2, {.baudRate = 2400});
-  PortSheet first(rig, 0);
-  std::optional<PortSheet> second(std::in_place, rig, 1);
+  PageSheet first(rig, 0);
+  std::optional<PageSheet> second(std::in_place, rig, 1);
   EXPECT_EQ(first.Text(IDC_PORT_BAUD_RATE), L"1200");
   EXPECT_EQ(second->Text(IDC_PORT_BAUD_RATE), L"2400");
   first.Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
@@ -112,8 +112,8 @@ TEST(PortPageLifetime, TwoSheetsDoNotShareState) {
 
 // While the message about an unreachable device is up, the program may take the whole sheet away.
 TEST(PortPageLifetime, SheetThatIsDestroyedUnderTheMessageBox) {
-  PortPageRig rig;
-  PortSheet sheet(rig);
+  Rig rig;
+  PageSheet sheet(rig);
   rig.web.Stop();
   rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
     DestroyWindow(sheet.Window());
@@ -124,13 +124,13 @@ TEST(PortPageLifetime, SheetThatIsDestroyedUnderTheMessageBox) {
   EXPECT_EQ(rig.Boxes().size(), 1u);
   EXPECT_FALSE(IsWindow(sheet.Window()));
   EXPECT_EQ(SetsOfPages(rig), 0u) << "freed when the handler was through";
-  EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+  EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
 }
 
 // The timer goes on while the message box is up.
 TEST(PortPageLifetime, TickUnderTheMessageBoxWaits) {
-  PortPageRig rig;
-  PortSheet sheet(rig);
+  Rig rig;
+  PageSheet sheet(rig);
   rig.web.Stop();
   rig.machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
     rig.Driver().ClearRecords();
@@ -145,8 +145,8 @@ TEST(PortPageLifetime, TickUnderTheMessageBoxWaits) {
 
 // Cancel was pressed while the exchange with the device server blocked the thread.
 TEST(PortPageLifetime, SheetThatIsClosedDuringTheExchange) {
-  PortPageRig rig;
-  PortSheet sheet(rig);
+  Rig rig;
+  PageSheet sheet(rig);
   rig.web.SetAnswer("/p1", {.delay = std::chrono::milliseconds(200)});
   PostMessageW(sheet.Window(), PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
   SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
@@ -155,7 +155,7 @@ TEST(PortPageLifetime, SheetThatIsClosedDuringTheExchange) {
   sheet.Close();
   EXPECT_EQ(SetsOfPages(rig), 0u);
   EXPECT_THAT(rig.Boxes(), testing::IsEmpty());
-  EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+  EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // What the port page shows and writes when it opens: live values, fall-backs, and the rows and boxes of each
 // kind of port.
-#include "port_page_rig.h"
+#include "rig_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,21 +18,21 @@ constexpr wchar_t kOffline[] = L"Cannot load device information data from the de
 
 struct ShownRow {
   const char* name;
-  std::function<void(PortPageRig&)> setUp;
+  std::function<void(Rig&)> setUp;
   const wchar_t *state, *mode, *baudRate, *dataBits, *parity, *stopBits, *flowControl;
   const wchar_t* duplex;  // null: the row is hidden
   const char *ctsBox, *dsrBox;
 };
 
-void SetDevice(PortPageRig& rig, const PortState& state) {
+void SetDevice(Rig& rig, const PortState& state) {
   rig.web.SetPort(1, state);
 }
 
 const ShownRow kRows[] = {
-    {"RS-232, idle", [](PortPageRig& rig) { SetDevice(rig, {}); }, L"Idle", L"RS232", L"9600", L"8", L"None",
-     L"1", L"None", nullptr, "clear", "clear"},
+    {"RS-232, idle", [](Rig& rig) { SetDevice(rig, {}); }, L"Idle", L"RS232", L"9600", L"8", L"None", L"1",
+     L"None", nullptr, "clear", "clear"},
     {"RS-232, connected, everything different from the driver",
-     [](PortPageRig& rig) {
+     [](Rig& rig) {
        SetDevice(rig, {.baudRate = 115200,
                        .dataBits = 7,
                        .parity = 3,
@@ -46,7 +46,7 @@ const ShownRow kRows[] = {
      L"Connected", L"RS232/422/485", L"115200", L"7", L"Even", L"1.5", L"Xon/Xoff", nullptr, "checked",
      "checked"},
     {"the device server is off: the driver's values",
-     [](PortPageRig& rig) {
+     [](Rig& rig) {
        rig.web.Stop();
        rig.PortSet().SetNumber("Baudrate", 19200);
        rig.PortSet().SetNumber("Databits", 2);
@@ -56,7 +56,7 @@ const ShownRow kRows[] = {
      },
      L"Offline", L"RS232", L"19200", L"7", L"Odd", L"2", L"DTR/DSR", nullptr, "clear", "clear"},
     {"RS-422: no DSR, CTS as set",
-     [](PortPageRig& rig) {
+     [](Rig& rig) {
        SetDevice(rig, {.duplex = 1, .state = 2, .portMode = 1});
        rig.PortSet().SetNumber("PortType", 1);
        rig.BusSet().SetNumber("PortType", 1);
@@ -65,19 +65,19 @@ const ShownRow kRows[] = {
      L"Tunneling", L"RS422/485", L"9600", L"8", L"None", L"1", L"None", L"RS422 full-duplex mode", "checked",
      "checked, disabled, label disabled"},
     {"RS-485: neither DSR nor CTS",
-     [](PortPageRig& rig) {
+     [](Rig& rig) {
        SetDevice(rig, {.duplex = 2, .portMode = 1});
        rig.PortSet().SetNumber("PortType", 1);
        rig.BusSet().SetNumber("PortType", 1);
      },
      L"Idle", L"RS422/485", L"9600", L"8", L"None", L"1", L"None", L"RS485 half-duplex autogating mode",
      "checked, disabled, label disabled", "checked, disabled, label disabled"},
-    {"RS-232 without a CTS line", [](PortPageRig& rig) { SetDevice(rig, {.ctsLine = 0}); }, L"Idle", L"RS232",
+    {"RS-232 without a CTS line", [](Rig& rig) { SetDevice(rig, {.ctsLine = 0}); }, L"Idle", L"RS232",
      L"9600", L"8", L"None", L"1", L"None", nullptr, "checked, disabled, label disabled", "clear"},
-    {"RS-232 without a DSR line", [](PortPageRig& rig) { SetDevice(rig, {.dsrLine = 0}); }, L"Idle", L"RS232",
+    {"RS-232 without a DSR line", [](Rig& rig) { SetDevice(rig, {.dsrLine = 0}); }, L"Idle", L"RS232",
      L"9600", L"8", L"None", L"1", L"None", nullptr, "clear", "checked, disabled, label disabled"},
     {"only the bus knew that the port is RS-422/485: the port learns it after its duplex mode was shown",
-     [](PortPageRig& rig) {
+     [](Rig& rig) {
        rig.web.Stop();
        rig.BusSet().SetNumber("PortType", 1);
      },
@@ -88,9 +88,9 @@ const ShownRow kRows[] = {
 TEST(PortPageStatus, ShowsWhatTheDeviceSays) {
   for (const ShownRow& row : kRows) {
     SCOPED_TRACE(row.name);
-    PortPageRig rig;
+    Rig rig;
     row.setUp(rig);
-    const PortSheet sheet(rig);
+    const PageSheet sheet(rig);
     EXPECT_EQ(sheet.Text(IDC_PORT_STATE), row.state);
     EXPECT_EQ(sheet.Text(IDC_PORT_MODE), row.mode);
     EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), row.baudRate);
@@ -105,13 +105,13 @@ TEST(PortPageStatus, ShowsWhatTheDeviceSays) {
     }
     EXPECT_EQ(sheet.Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), row.ctsBox);
     EXPECT_EQ(sheet.Box(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL), row.dsrBox);
-    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+    EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
   }
 }
 
 TEST(PortPageStatus, LabelsComeFromTheStringTable) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   EXPECT_EQ(sheet.Text(IDC_PORT_STATE_LABEL), L"Serial Port Status:");
   EXPECT_EQ(sheet.Text(IDC_PORT_STOP_BITS_LABEL), L"Stop Bits:");
   EXPECT_EQ(sheet.Text(IDC_PORT_CTS_LABEL), L"&CTS Always True - hardware state ignored:");
@@ -120,12 +120,12 @@ TEST(PortPageStatus, LabelsComeFromTheStringTable) {
 }
 
 TEST(PortPageStatus, OpeningReadsTwiceAndWritesBothSetsOnce) {
-  PortPageRig rig;
+  Rig rig;
   rig.PortSet().SetNumber("Databits", 0);
   SetDevice(rig, {.baudRate = 57600, .parity = 4});
   const ParameterValues portBefore = rig.PortSet();
   const ParameterValues busBefore = rig.BusSet();
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   const std::vector<ParameterValues> writes = rig.Driver().Writes();
   ASSERT_EQ(writes.size(), 2u);
   // Kept on purpose: parity into data bits
@@ -137,9 +137,9 @@ TEST(PortPageStatus, OpeningReadsTwiceAndWritesBothSetsOnce) {
 }
 
 TEST(PortPageStatus, OfflineIsToldOnceWhenThePageOpens) {
-  PortPageRig rig;
+  Rig rig;
   rig.web.Stop();
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   ASSERT_EQ(rig.Boxes().size(), 1u);
   EXPECT_EQ(rig.Boxes()[0].text, kOffline);
   EXPECT_EQ(rig.Boxes()[0].caption, L"Warning");
@@ -148,8 +148,8 @@ TEST(PortPageStatus, OfflineIsToldOnceWhenThePageOpens) {
 }
 
 TEST(PortPageStatus, BackgroundIsTheProductsOwn) {
-  PortPageRig rig;
-  const PortSheet sheet(rig);
+  Rig rig;
+  const PageSheet sheet(rig);
   for (const UINT message : {WM_CTLCOLORDLG, WM_CTLCOLORSTATIC}) {
     const HDC context = GetDC(sheet.Page());
     SetBkMode(context, OPAQUE);

@@ -1,7 +1,7 @@
 // The two exports that push settings into a port, through the built DLL.
 #include <gtest/gtest.h>
 
-#include "update_rig.h"
+#include "update_test.h"
 
 namespace {
 
@@ -9,28 +9,28 @@ using testing::UnorderedElementsAre;
 using workbench::ParameterValues;
 using Operation = DriverFault::Operation;
 
-class SettingsUpdateTest : public UpdateRig {};
+class SettingsUpdateTest : public UpdateTest {};
 
 TEST_F(SettingsUpdateTest, LineSettingsChangeFiveParametersOfThePort) {
-  const ParameterValues before = driver_.Current(kPortSet);
-  EXPECT_EQ(settings_(Id(), &driver_, 115200, 3, 4, 2, 1), 1u);
+  const ParameterValues before = driver.Current(kPortSet);
+  EXPECT_EQ(settings_(Id(), &driver, 115200, 3, 4, 2, 1), 1u);
   EXPECT_EQ(Story(), "size 0, read 0, write 0");
-  EXPECT_THAT(Differences(before, driver_.Current(kPortSet)),
+  EXPECT_THAT(Differences(before, driver.Current(kPortSet)),
               UnorderedElementsAre("Baudrate 20 -> 115200", "Databits 21 -> 3", "Parity 22 -> 4",
                                    "Stopbits 23 -> 2", "FlowControl 24 -> 1"));
 }
 
 TEST_F(SettingsUpdateTest, NetworkInfoReadsAndWritesTheBusFirst) {
-  const ParameterValues port = driver_.Current(kPortSet);
-  const ParameterValues bus = driver_.Current(kBusSet);
+  const ParameterValues port = driver.Current(kPortSet);
+  const ParameterValues bus = driver.Current(kBusSet);
   EXPECT_EQ(networkInfo_(Id(), nullptr, 0xC0A8000A, 4001, 99, 9001, 8080, 0x0090E8, 0x123456, 2, 1), 1u);
   EXPECT_EQ(Story(), "size 1, read 1, size 0, read 0, write 1, write 0");
   EXPECT_THAT(
-      Differences(bus, driver_.Current(kBusSet)),
+      Differences(bus, driver.Current(kBusSet)),
       UnorderedElementsAre("AddressToConnect 262 -> 3232235530", "PortNumber 263 -> 4001",
                            "ServerConfigPort 270 -> 9001", "ServerWebPort 271 -> 8080",
                            "MACAddress1 268 -> 37096", "MACAddress2 269 -> 1193046", "PortType 260 -> 1"));
-  EXPECT_THAT(Differences(port, driver_.Current(kPortSet)),
+  EXPECT_THAT(Differences(port, driver.Current(kPortSet)),
               UnorderedElementsAre("PortType 16 -> 1", "DuplexMode 19 -> 2"));
 }
 
@@ -38,11 +38,11 @@ TEST_F(SettingsUpdateTest, PortThatOpensIsNotRestarted) {
   EXPECT_EQ(PushLine(), 1u);
   EXPECT_EQ(PushNetwork(), 1u);
   EXPECT_EQ(Restarts(), "");
-  const auto opens = machine_.Calls().CallsOf("CreateFileW");
+  const auto opens = machine.Calls().CallsOf("CreateFileW");
   ASSERT_FALSE(opens.empty());
   EXPECT_EQ(opens.back().Text(0), L"\\\\.\\COM6") << "asked last, when the drivers have the settings";
-  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiGetClassDevsW").at(0).Number(3), 6u);
-  EXPECT_EQ(machine_.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6u);
+  EXPECT_EQ(machine.Calls().CallsOf("SetupDiGetClassDevsW").at(0).Number(3), 6u);
+  EXPECT_EQ(machine.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6u);
 }
 
 TEST_F(SettingsUpdateTest, PortInUseIsDisabledAndEnabledAgain) {
@@ -53,26 +53,26 @@ TEST_F(SettingsUpdateTest, PortInUseIsDisabledAndEnabledAgain) {
   EXPECT_EQ(Restarts(), "-+-+");
   EXPECT_TRUE(Port().started);
 
-  machine_.Calls().ClearLog();
-  machine_.Calls().Inject({.function = "SetupDiCallClassInstaller", .count = workbench::Fault::kEveryLater});
+  machine.Calls().ClearLog();
+  machine.Calls().Inject({.function = "SetupDiCallClassInstaller", .count = workbench::Fault::kEveryLater});
   EXPECT_EQ(PushLine(), 1u) << "a restart that fails changes no result";
-  EXPECT_EQ(machine_.Calls().CountOf("SetupDiCallClassInstaller"), 2u) << "enabled although disabling failed";
+  EXPECT_EQ(machine.Calls().CountOf("SetupDiCallClassInstaller"), 2u) << "enabled although disabling failed";
   EXPECT_EQ(Restarts(), "-+-+");
 }
 
 // From the last allocation back to the last one before the drivers had the settings.
 TEST_F(SettingsUpdateTest, MemoryThatRunsOutAfterTheDriversHaveTheSettingsIsNoFailure) {
   Port().port->openElsewhere = true;
-  machine_.Calls().ClearLog();
+  machine.Calls().ClearLog();
   EXPECT_EQ(PushLine(), 1u);
-  std::uint64_t k = machine_.Calls().Allocations();
+  std::uint64_t k = machine.Calls().Allocations();
   const std::uint64_t last = k;
   for (bool written = true; written; --k) {
     SCOPED_TRACE(k);
-    driver_.Current(kPortSet).SetNumber("Baudrate", 0);
-    machine_.Calls().FailAllocation(k);
+    driver.Current(kPortSet).SetNumber("Baudrate", 0);
+    machine.Calls().FailAllocation(k);
     const std::uint64_t result = PushLine();
-    written = driver_.Current(kPortSet).Number("Baudrate") == 9600;
+    written = driver.Current(kPortSet).Number("Baudrate") == 9600;
     EXPECT_EQ(result, written ? 1u : 0u);
   }
   EXPECT_LT(k + 1, last);
@@ -85,24 +85,24 @@ TEST_F(SettingsUpdateTest, UnknownDeviceIsAFailure) {
     EXPECT_EQ(settings_(id, nullptr, 9600, 3, 0, 0, 0), 0u);
     EXPECT_EQ(networkInfo_(id, nullptr, 1, 2, 0, 3, 4, 5, 6, 0, 0), 0u);
   }
-  EXPECT_THAT(driver_.Records(), testing::IsEmpty());
+  EXPECT_THAT(driver.Records(), testing::IsEmpty());
   EXPECT_EQ(Restarts(), "");
 }
 
 TEST_F(SettingsUpdateTest, PortWithoutNameOrInterfaceIsAFailure) {
-  machine_.Registry().DeleteValue(workbench::ParametersKeyOf(Port().instanceId), L"PortName");
+  machine.Registry().DeleteValue(workbench::ParametersKeyOf(Port().instanceId), L"PortName");
   EXPECT_EQ(PushLine() + PushNetwork(), 0u);
 
-  machine_.Registry().SetText(workbench::ParametersKeyOf(Port().instanceId), L"PortName", L"COM6");
+  machine.Registry().SetText(workbench::ParametersKeyOf(Port().instanceId), L"PortName", L"COM6");
   for (const auto& instance : Port().interfaces) instance->active = false;
   EXPECT_EQ(PushLine() + PushNetwork(), 0u);
-  EXPECT_EQ(machine_.Calls().CountOf("CreateFileW"), 0u) << "without an interface nothing is opened";
+  EXPECT_EQ(machine.Calls().CountOf("CreateFileW"), 0u) << "without an interface nothing is opened";
 }
 
 TEST_F(SettingsUpdateTest, DriverThatRefusesIsAFailureWithoutRestart) {
   Port().port->openElsewhere = true;
-  const ParameterValues port = driver_.Current(kPortSet);
-  const ParameterValues bus = driver_.Current(kBusSet);
+  const ParameterValues port = driver.Current(kPortSet);
+  const ParameterValues bus = driver.Current(kBusSet);
   struct Case {
     Operation operation;
     std::uint32_t selector;
@@ -115,17 +115,17 @@ TEST_F(SettingsUpdateTest, DriverThatRefusesIsAFailureWithoutRestart) {
         Case{Operation::Write, kBusSet, "size 1, read 1, size 0, read 0, write 1"},
         Case{Operation::Write, kPortSet, "size 1, read 1, size 0, read 0, write 1, write 0"}}) {
     SCOPED_TRACE(row.story);
-    driver_.ClearRecords();
-    driver_.Inject({.operation = row.operation, .selector = row.selector});
+    driver.ClearRecords();
+    driver.Inject({.operation = row.operation, .selector = row.selector});
     EXPECT_EQ(PushNetwork(), 0u);
     EXPECT_EQ(Story(), row.story);
-    EXPECT_EQ(driver_.Current(kPortSet), port);
+    EXPECT_EQ(driver.Current(kPortSet), port);
     const bool busIsWritten = row.operation == Operation::Write && row.selector == kPortSet;
-    EXPECT_EQ(driver_.Current(kBusSet) != bus, busIsWritten);
+    EXPECT_EQ(driver.Current(kBusSet) != bus, busIsWritten);
     if (row.selector == kPortSet) {
       EXPECT_EQ(PushLine(), 0u);
     }
-    driver_.ClearFaults();
+    driver.ClearFaults();
   }
   EXPECT_EQ(Restarts(), "");
 }

@@ -1,5 +1,5 @@
 // Whatever answers in the place of a device server: through the wire, the shipped DLL and the open page.
-#include "port_page_rig.h"
+#include "rig_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -74,9 +74,9 @@ const std::vector<AnswerRow>& Rows() {
 }
 
 TEST(StatusAnswers, EachEndsOnThePageAsItShould) {
-  PortPageRig rig;
+  Rig rig;
   const workbench::ParameterValues before = rig.PortSet();
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   for (const AnswerRow& row : Rows()) {
     SCOPED_TRACE(row.name);
     rig.PortSet() = before;
@@ -88,15 +88,15 @@ TEST(StatusAnswers, EachEndsOnThePageAsItShould) {
     EXPECT_EQ(rig.PortSet().Number("Baudrate"), row.shown.stored);
     EXPECT_TRUE(rig.Boxes().empty()) << "an answer is an answer";
     EXPECT_EQ(rig.machine.Calls().OpenCount(HandleKind::Internet), 0u);
-    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+    EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
   }
 }
 
 TEST(StatusAnswers, AValueAsLongAsADocumentIsShownWhole) {
-  PortPageRig rig;
+  Rig rig;
   const std::string value(4096 - sizeof("<baud></baud>") + 1, '7');
   rig.web.SetAnswer("/p1", {.body = "<baud>" + value + "</baud>"});
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), std::wstring(value.begin(), value.end()));
   EXPECT_EQ(rig.PortSet().Number("Baudrate"), 0x7FFFFFFFu);
 }
@@ -109,19 +109,19 @@ TEST(StatusAnswers, BytesAreOfTheSystemsCodePage) {
       MultiByteToWideChar(CP_ACP, 0, value.data(), static_cast<int>(value.size()), expected.data(), 256);
   ASSERT_GT(length, 0);
   CharLowerW(expected.data());
-  PortPageRig rig;
+  Rig rig;
   rig.web.SetAnswer("/p1", {.body = "<baud>" + value + "</baud>"});
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), expected.data());
 }
 
 // A short answer after a long one, over one connection that may be kept: nothing of the first shines through.
 TEST(StatusAnswers, EachRefreshStartsAnew) {
-  PortPageRig rig;
+  Rig rig;
   rig.web.QueueAnswer("/p1", {.body = At(1000, 3000)});
   rig.web.QueueAnswer("/p1", {.body = "x"});
   rig.web.QueueAnswer("/p1", {.body = "<state>2</state>"});
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Connected");
   SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
   EXPECT_EQ(sheet.Text(IDC_PORT_STATE), L"Offline");

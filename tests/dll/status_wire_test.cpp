@@ -1,6 +1,6 @@
 // What the port page asks of WinINet, in which order and with which arguments, and what is closed when a
 // step of it fails.
-#include "port_page_rig.h"
+#include "rig_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,12 +25,12 @@ constexpr const char* kSend = "HttpSendRequestW";
 constexpr const char* kRead = "InternetReadFile";
 constexpr const char* kClose = "InternetCloseHandle";
 
-void Tick(const PortSheet& sheet) {
+void Tick(const PageSheet& sheet) {
   SendMessageW(sheet.Page(), WM_TIMER, 1, 0);
 }
 
 // The only call of a function.
-Call TheCall(PortPageRig& rig, const char* function) {
+Call TheCall(Rig& rig, const char* function) {
   const std::vector<Call> calls = rig.machine.Calls().CallsOf(function);
   EXPECT_EQ(calls.size(), 1u) << function;
   return calls.size() == 1 ? calls[0] : Call{};
@@ -42,7 +42,7 @@ std::vector<std::uint64_t> Numbers(const Call& call) {
   return numbers;
 }
 
-std::vector<std::uint64_t> Closed(PortPageRig& rig) {
+std::vector<std::uint64_t> Closed(Rig& rig) {
   std::vector<std::uint64_t> handles;
   for (const Call& call : rig.machine.Calls().CallsOf(kClose)) handles.push_back(call.Number(0));
   return handles;
@@ -54,16 +54,16 @@ class StatusWire : public testing::Test {
   // Whatever a test does: nothing of WinINet stays open, and no interface was misused.
   void TearDown() override {
     EXPECT_EQ(rig.machine.Calls().OpenCount(HandleKind::Internet), 0u);
-    EXPECT_THAT(rig.Complaints(), testing::IsEmpty());
+    EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
   }
 
-  PortPageRig rig;
+  Rig rig;
 };
 
 TEST_F(StatusWire, FiveStepsAndThreeHandles) {
   using testing::_;
   using testing::ElementsAre;
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   const Call session = TheCall(rig, kSession);
   EXPECT_EQ(session.Text(0), L"dll_tests") << "the host's file name without directory and extension";
   EXPECT_THAT(Numbers(session), ElementsAre(_, INTERNET_OPEN_TYPE_DIRECT, 0, 0, 0x4400000));
@@ -94,7 +94,7 @@ TEST_F(StatusWire, FiveStepsAndThreeHandles) {
 }
 
 TEST_F(StatusWire, TheDeviceServerSeesAPlainGet) {
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   const auto requests = rig.web.Requests();
   ASSERT_EQ(requests.size(), 1u);
   const workbench::HttpRequest& request = requests[0].request;
@@ -117,7 +117,7 @@ constexpr FailureRow kFailures[] = {
 };
 
 TEST_F(StatusWire, AStepThatFailsClosesWhatIsOpenAndIsToldUnlessOnATick) {
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   for (const FailureRow& row : kFailures) {
     SCOPED_TRACE(std::string(row.function) + " " + std::to_string(row.from));
     rig.machine.Calls().ClearLog();
@@ -158,13 +158,13 @@ TEST_F(StatusWire, TheWarningComesAfterTheHandlesAreClosed) {
     openUnderTheBox = rig.machine.Calls().OpenCount(HandleKind::Internet);
     return IDOK;
   });
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   EXPECT_EQ(openUnderTheBox, 0u) << "a person may leave the box up for hours";
 }
 
 // Reads that the drivers refuse are not a reason to leave the page, or the drivers, without the rest.
 TEST_F(StatusWire, SetsAreWrittenWhateverTheReadsSaid) {
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   rig.Driver().ClearRecords();
   rig.web.SetPort(1, {.baudRate = 300});
   rig.Driver().Inject({.operation = workbench::DriverFault::Operation::Read});
@@ -178,7 +178,7 @@ TEST_F(StatusWire, SetsAreWrittenWhateverTheReadsSaid) {
 }
 
 // The calls that change what a window shows.
-std::size_t Changes(PortPageRig& rig) {
+std::size_t Changes(Rig& rig) {
   std::size_t count = 0;
   for (const char* function : {"SetWindowTextW", "SetDlgItemTextW", "ShowWindow", "EnableWindow"}) {
     count += rig.machine.Calls().CountOf(function);
@@ -194,7 +194,7 @@ TEST_F(StatusWire, ATickTouchesOnlyWhatHasChanged) {
   rig.PortSet().SetNumber("EmulateCTSTrue", 1);
   const workbench::PortState state{.duplex = 1, .state = 1, .portMode = 1};
   rig.web.SetPort(1, state);
-  const PortSheet sheet(rig);
+  const PageSheet sheet(rig);
   EXPECT_GT(Changes(rig), 0u);
 
   rig.machine.Calls().ClearLog();

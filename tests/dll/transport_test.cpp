@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "update_rig.h"
+#include "update_test.h"
 
 namespace {
 
@@ -15,15 +15,15 @@ using testing::ElementsAre;
 using workbench::Misbehaviour;
 using Operation = DriverFault::Operation;
 
-class TransportTest : public UpdateRig {
+class TransportTest : public UpdateTest {
  protected:
   // A read that fails because of the fault, with nothing written after it.
   void ExpectFailure(const DriverFault& fault, const char* story) {
-    driver_.ClearRecords();
-    driver_.Inject(fault);
+    driver.ClearRecords();
+    driver.Inject(fault);
     EXPECT_EQ(PushLine(), 0u);
     EXPECT_EQ(Story(), story);
-    driver_.ClearFaults();
+    driver.ClearFaults();
   }
 };
 
@@ -31,7 +31,7 @@ TEST_F(TransportTest, OneHandleForEachOperation) {
   ASSERT_EQ(PushLine(), 1u);
   std::vector<std::size_t> lengths;
   std::vector<std::uint64_t> sessions;
-  for (const workbench::DriverRecord& record : driver_.Records()) {
+  for (const workbench::DriverRecord& record : driver.Records()) {
     sessions.push_back(record.session);
     lengths.insert(lengths.end(), {record.inputLength, record.outputLength});
   }
@@ -39,12 +39,12 @@ TEST_F(TransportTest, OneHandleForEachOperation) {
   ASSERT_EQ(sessions.size(), 5u);
   EXPECT_THAT(sessions, ElementsAre(sessions[0], sessions[0], sessions[0], sessions[3], sessions[3]));
   EXPECT_NE(sessions[0], sessions[3]);
-  EXPECT_EQ(machine_.Calls().CallsOf("CreateFileW").at(0).Text(0), Port().interfaces.front()->path);
+  EXPECT_EQ(machine.Calls().CallsOf("CreateFileW").at(0).Text(0), Port().interfaces.front()->path);
 }
 
 TEST_F(TransportTest, DriverThatCannotBeOpenedIsAskedNothing) {
   ExpectFailure({.operation = Operation::Open, .value = ERROR_ACCESS_DENIED}, "");
-  EXPECT_EQ(driver_.Records().size(), 1u);
+  EXPECT_EQ(driver.Records().size(), 1u);
 }
 
 TEST_F(TransportTest, SizesAndStreamsThatLieEndTheReadWithoutAWrite) {
@@ -77,9 +77,9 @@ TEST_F(TransportTest, SizesAndStreamsThatLieEndTheReadWithoutAWrite) {
 }
 
 TEST_F(TransportTest, LargestSizeIsNoReasonToCrash) {
-  driver_.Inject(
+  driver.Inject(
       {.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 0xFFFFFFFF});
-  driver_.Inject({.operation = Operation::Read});
+  driver.Inject({.operation = Operation::Read});
   EXPECT_EQ(PushLine(), 0u);
   // Whether four gigabytes are to be had is the host's business.
   EXPECT_THAT(Story(), testing::AnyOf("size 0", "size 0, read 0"));
@@ -87,37 +87,37 @@ TEST_F(TransportTest, LargestSizeIsNoReasonToCrash) {
 
 TEST_F(TransportTest, ListThatCannotBeHadIsToldOnTheStandardOutput) {
   // The first list is that of the devices, the second that of the interfaces.
-  machine_.Calls().Inject({.function = "SetupDiGetClassDevsW", .from = 2, .error = ERROR_NOT_ENOUGH_MEMORY});
+  machine.Calls().Inject({.function = "SetupDiGetClassDevsW", .from = 2, .error = ERROR_NOT_ENOUGH_MEMORY});
   testing::internal::CaptureStdout();
   const auto result = PushLine();
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "SetupDiGetClassDevs failed: 8\n");
   EXPECT_EQ(result, 0u);
-  EXPECT_THAT(driver_.Records(), testing::IsEmpty());
+  EXPECT_THAT(driver.Records(), testing::IsEmpty());
 }
 
 TEST_F(TransportTest, SurplusIsLeftUnread) {
-  driver_.Inject({.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 140});
+  driver.Inject({.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 140});
   EXPECT_EQ(PushLine(), 1u);
-  EXPECT_EQ(driver_.Records().back().inputLength, 8u + 132);
+  EXPECT_EQ(driver.Records().back().inputLength, 8u + 132);
 }
 
 TEST_F(TransportTest, TextsThatLieEndTheReadWithoutAWrite) {
   const auto length = [this](std::uint32_t value) {
-    driver_.Inject({.misbehaviour = Misbehaviour::TextLength, .value = value});
+    driver.Inject({.misbehaviour = Misbehaviour::TextLength, .value = value});
   };
   const std::function<void()> lies[] = {
       [&] { length(1); },
       [&] { length(0xFFFFFFFF); },
-      [&] { driver_.Current(kBusSet).SetText("Model", "QX\xE9"); },
-      [&] { driver_.Current(kBusSet).SetText("Model", std::string("Q\0X", 3)); },
+      [&] { driver.Current(kBusSet).SetText("Model", "QX\xE9"); },
+      [&] { driver.Current(kBusSet).SetText("Model", std::string("Q\0X", 3)); },
   };
   for (const auto& lie : lies) {
     SCOPED_TRACE(&lie - lies);
-    driver_.ClearRecords();
+    driver.ClearRecords();
     lie();
     EXPECT_EQ(PushNetwork(), 0u);
     EXPECT_EQ(Story(), "size 1, read 1");
-    driver_.ClearFaults();
+    driver.ClearFaults();
   }
 }
 
@@ -125,13 +125,13 @@ TEST_F(TransportTest, InterfaceIsFoundByItsReferenceWhateverItsCase) {
   workbench::DeviceInterface& instance = *Port().interfaces.front();
   for (wchar_t& c : instance.path) c = static_cast<wchar_t>(std::towupper(c));
   EXPECT_EQ(PushLine(), 1u);
-  EXPECT_EQ(machine_.Calls().CallsOf("CreateFileW").at(0).Text(0), instance.path);
+  EXPECT_EQ(machine.Calls().CallsOf("CreateFileW").at(0).Text(0), instance.path);
 
   const std::wstring reference = instance.path.substr(instance.path.rfind(L'\\') + 1);
   instance.path = reference;
-  machine_.Calls().ClearLog();
+  machine.Calls().ClearLog();
   EXPECT_EQ(PushLine(), 0u) << "the whole path was compared, found, and cannot be opened";
-  const auto opens = machine_.Calls().CallsOf("CreateFileW");
+  const auto opens = machine.Calls().CallsOf("CreateFileW");
   ASSERT_EQ(opens.size(), 1u);
   EXPECT_EQ(opens[0].Text(0), reference);
 }
@@ -139,7 +139,7 @@ TEST_F(TransportTest, InterfaceIsFoundByItsReferenceWhateverItsCase) {
 TEST_F(TransportTest, InterfaceOfAnotherDeviceIsNotTaken) {
   Port().interfaces.front()->path += L"0";  // the reference of another driver key
   EXPECT_EQ(PushLine(), 0u);
-  EXPECT_EQ(machine_.Calls().CountOf("CreateFileW"), 0u);
+  EXPECT_EQ(machine.Calls().CountOf("CreateFileW"), 0u);
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
 #include "tests/faults/fault_scenarios.h"
-#include "tests/dll/port_page_rig.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -16,98 +15,91 @@ namespace {
 // What the class installer answers, and a co-installer has to pass on.
 constexpr DWORD kInstallResult = 1234;
 
-void BuildServer(World& world, std::vector<unsigned> comNumbers, bool pages = true) {
-  world.server = AddServerInUse(world.machine,
-                                {.comNumbers = std::move(comNumbers),
-                                 .driver = [&world](unsigned index) { return &world.drivers.at(index); }},
-                                pages);
+void BuildServer(ScenarioRig& rig, const std::vector<unsigned>& comNumbers, bool pages = true) {
+  SetSettings(rig.machine, rig.AddServer(comNumbers), pages);
 }
 
-DWORD Call(World& world, Dll& dll, Device& device, DI_FUNCTION function, bool post) {
+DWORD Call(ScenarioRig& rig, Device& device, DI_FUNCTION function, bool post) {
   COINSTALLER_CONTEXT_DATA context{};
   context.PostProcessing = post ? TRUE : FALSE;
   context.InstallResult = post ? kInstallResult : NO_ERROR;
-  return DeviceInstaller(world.machine, dll).Call(device, function, context);
-}
-
-std::wstring NameOf(World& world, const Device& port) {
-  return PlacesOf(world.machine, port).portName;
+  return rig.Installer().Call(device, function, context);
 }
 
 // -- the device server
 
-bool RunReinstallation(World& world, Dll& dll, Trouble trouble) {
+bool RunReinstallation(ScenarioRig& rig, Trouble trouble) {
   const auto install = [&](Device& device) {
-    const DWORD before = Call(world, dll, device, DIF_INSTALLDEVICE, false);
+    const DWORD before = Call(rig, device, DIF_INSTALLDEVICE, false);
     if (before == NO_ERROR) return trouble == Trouble::Memory;
-    const DWORD after = Call(world, dll, device, DIF_INSTALLDEVICE, true);
+    const DWORD after = Call(rig, device, DIF_INSTALLDEVICE, true);
     return before == ERROR_DI_POSTPROCESSING_REQUIRED && (after == kInstallResult || after == NO_ERROR);
   };
-  bool stated = install(*world.server.card);
-  FindPortsAgain(world.machine, world.server, {.comNumbers = {27, 28}});  // other names than before
-  for (Device* port : world.server.ports) stated = install(*port) && stated;
+  bool stated = install(*rig.server.card);
+  FindPortsAgain(rig.machine, rig.server, {.comNumbers = {27, 28}});  // other names than before
+  for (Device* port : rig.server.ports) stated = install(*port) && stated;
   if (trouble != Trouble::None) return stated;
-  return stated && NameOf(world, *world.server.ports[0]) == L"COM7" &&
-         std::ranges::all_of(world.server.ports, [&](const Device* port) {
-           return HasSettings(world.machine, *port) && PlacesOf(world.machine, *port).Agree();
+  return stated && rig.NameOf(*rig.server.ports[0]) == L"COM7" &&
+         std::ranges::all_of(rig.server.ports, [&](const Device* port) {
+           return HasSettings(rig.machine, *port) && PlacesOf(rig.machine, *port).Agree();
          });
 }
 
-void BuildUninstall(World& world) {
-  BuildServer(world, {7});
-  const std::wstring key = ParametersKeyOf(world.server.card->instanceId);
-  world.machine.Registry().SetText(key, L"UnInstall", L"kdremove.exe");
-  world.machine.Registry().SetText(key, L"NoUpgrade", L"1");
+void BuildUninstall(ScenarioRig& rig) {
+  BuildServer(rig, {7});
+  const std::wstring key = ParametersKeyOf(rig.server.card->instanceId);
+  rig.machine.Registry().SetText(key, L"UnInstall", L"kdremove.exe");
+  rig.machine.Registry().SetText(key, L"NoUpgrade", L"1");
 }
 
-bool RunCardRemove(World& world, Dll& dll, Trouble trouble) {
-  const DWORD removed = Call(world, dll, *world.server.card, DIF_REMOVE, false);
-  return removed == NO_ERROR && (trouble != Trouble::None || world.machine.System().processes.size() == 1);
+bool RunCardRemove(ScenarioRig& rig, Trouble trouble) {
+  const DWORD removed = Call(rig, *rig.server.card, DIF_REMOVE, false);
+  return removed == NO_ERROR && (trouble != Trouble::None || rig.machine.System().processes.size() == 1);
 }
 
-bool RunUpdateRefusal(World& world, Dll& dll, Trouble trouble) {
-  const DWORD answer = Call(world, dll, *world.server.card, DIF_UPDATEDRIVER_UI, false);
+bool RunUpdateRefusal(ScenarioRig& rig, Trouble trouble) {
+  const DWORD answer = Call(rig, *rig.server.card, DIF_UPDATEDRIVER_UI, false);
   return answer == ERROR_DI_DONT_INSTALL || (trouble != Trouble::None && answer == NO_ERROR);
 }
 
 // -- ports
 
 // Without values of the pages, so that the backup is deleted when it was restored.
-void BuildBackup(World& world) {
-  BuildServer(world, {7}, false);
-  const Device& port = *world.server.ports[0];
+void BuildBackup(ScenarioRig& rig) {
+  BuildServer(rig, {7}, false);
+  const Device& port = *rig.server.ports[0];
   const std::wstring backup = BackupKeyOf(port);
   for (const PortSetting& setting : kPortSettings) {
-    world.machine.Registry().DeleteValue(ParametersKeyOf(port.instanceId), setting.name);
-    world.machine.Registry().SetDword(backup, setting.name, setting.value);
+    rig.machine.Registry().DeleteValue(ParametersKeyOf(port.instanceId), setting.name);
+    rig.machine.Registry().SetDword(backup, setting.name, setting.value);
   }
-  world.machine.Registry().SetText(backup, L"PortName", L"COM12");
+  rig.machine.Registry().SetText(backup, L"PortName", L"COM12");
 }
 
 template <unsigned Number>
-bool RunInstallation(World& world, Dll& dll, Trouble trouble) {
-  Device& port = world.usb.port != nullptr ? *world.usb.port : *world.server.ports[0];
-  const DWORD result = Call(world, dll, port, DIF_INSTALLDEVICE, true);
+bool RunInstallation(ScenarioRig& rig, Trouble trouble) {
+  Device& port = rig.usb.port != nullptr ? *rig.usb.port : *rig.server.ports[0];
+  const DWORD result = Call(rig, port, DIF_INSTALLDEVICE, true);
   if (trouble != Trouble::None) return result == kInstallResult || result == NO_ERROR;
-  return result == kInstallResult && NameOf(world, port) == L"COM" + std::to_wstring(Number);
+  return result == kInstallResult && rig.NameOf(port) == L"COM" + std::to_wstring(Number);
 }
 
-void BuildUsb(World& world) {
-  AddForeignPort(world.machine, 4);
-  world.usb = AddUsbDevice(world.machine, {.hardwareId = L"USB\\VID_3A7E&PID_5002&MI_01", .comNumber = 9});
+void BuildUsb(ScenarioRig& rig) {
+  AddForeignPort(rig.machine, 4);
+  rig.usb = AddUsbDevice(rig.machine, {.hardwareId = L"USB\\VID_3A7E&PID_5002&MI_01", .comNumber = 9});
 }
 
-bool RunPortRemove(World& world, Dll& dll, Trouble trouble) {
-  if (Call(world, dll, *world.server.ports[0], DIF_REMOVE, false) != NO_ERROR) return false;
-  return trouble != Trouble::None || !world.machine.ComNames().IsClaimed(7);
+bool RunPortRemove(ScenarioRig& rig, Trouble trouble) {
+  if (Call(rig, *rig.server.ports[0], DIF_REMOVE, false) != NO_ERROR) return false;
+  return trouble != Trouble::None || !rig.machine.ComNames().IsClaimed(7);
 }
 
 // -- management programs
 
-bool RunRename(World& world, Dll& dll, Trouble trouble) {
-  const BOOL done = dll.ChangeComNumber(world.server.ports[0]->instanceId.c_str(), L"COM20");
+bool RunRename(ScenarioRig& rig, Trouble trouble) {
+  const BOOL done = rig.dll->ChangeComNumber(rig.server.ports[0]->instanceId.c_str(), L"COM20");
   if (trouble != Trouble::None) return done == TRUE || done == FALSE;
-  return done == TRUE && NameOf(world, *world.server.ports[0]) == L"COM20";
+  return done == TRUE && rig.NameOf(*rig.server.ports[0]) == L"COM20";
 }
 
 // What an update answers is the truth. Only where memory runs out behind the last write, all is written and
@@ -118,30 +110,30 @@ bool TellsTheTruth(BOOL done, bool written, Trouble trouble) {
   return done == (written ? TRUE : FALSE);
 }
 
-bool RunSettingsUpdate(World& world, Dll& dll, Trouble trouble) {
+bool RunSettingsUpdate(ScenarioRig& rig, Trouble trouble) {
   const BOOL done =
-      dll.NPortSettingsUpdate(world.server.ports[0]->instanceId.c_str(), nullptr, 57600, 3, 1, 0, 4);
-  return TellsTheTruth(done, world.drivers[0].Current(kPortSet).Number("Baudrate") == 57600, trouble);
+      rig.dll->NPortSettingsUpdate(rig.server.ports[0]->instanceId.c_str(), nullptr, 57600, 3, 1, 0, 4);
+  return TellsTheTruth(done, rig.drivers[0].Current(kPortSet).Number("Baudrate") == 57600, trouble);
 }
 
-bool RunNetworkUpdate(World& world, Dll& dll, Trouble trouble) {
-  world.server.ports[0]->port->openElsewhere = true;  // so that the device is restarted
-  const BOOL done = dll.NPortNetworkInfoUpdate(world.server.ports[0]->instanceId.c_str(), nullptr, 0x0A000001,
-                                               966, 0, 4001, 80, 1, 2, 1, 1);
-  PortDriver& driver = world.drivers[0];
+bool RunNetworkUpdate(ScenarioRig& rig, Trouble trouble) {
+  rig.server.ports[0]->port->openElsewhere = true;  // so that the device is restarted
+  const BOOL done = rig.dll->NPortNetworkInfoUpdate(rig.server.ports[0]->instanceId.c_str(), nullptr,
+                                                    0x0A000001, 966, 0, 4001, 80, 1, 2, 1, 1);
+  PortDriver& driver = rig.drivers[0];
   const bool written = driver.Current(kBusSet).Number("AddressToConnect") == 0x0A000001 &&
                        driver.Current(kPortSet).Number("DuplexMode") == 1;
   return TellsTheTruth(done, written, trouble);
 }
 
-bool RunDriverUpdate(World&, Dll& dll, Trouble trouble) {
-  const BOOL done = dll.UpdateDriver(L"ROOT\\VELTRANET", L"C:\\drivers\\kdnui.inf");
+bool RunDriverUpdate(ScenarioRig& rig, Trouble trouble) {
+  const BOOL done = rig.dll->UpdateDriver(L"ROOT\\VELTRANET", L"C:\\drivers\\kdnui.inf");
   return done == TRUE || (trouble != Trouble::None && done == FALSE);
 }
 
-bool RunRegistration(World&, Dll& dll, Trouble trouble) {
-  const HRESULT registered = dll.RegisterServer();
-  const HRESULT removed = dll.UnregisterServer();
+bool RunRegistration(ScenarioRig& rig, Trouble trouble) {
+  const HRESULT registered = rig.dll->RegisterServer();
+  const HRESULT removed = rig.dll->UnregisterServer();
   return trouble != Trouble::None || (registered == S_OK && removed == S_OK);
 }
 
@@ -149,77 +141,62 @@ bool RunRegistration(World&, Dll& dll, Trouble trouble) {
 
 constexpr std::uint32_t kTcpPort = 4002;
 
-// One device server serves all runs.
-HttpDeviceServer& Web() {
-  static HttpDeviceServer web;
-  if (web.Port() == 0) {
-    web.SetPort(1, {.baudRate = 19200});
-    web.Start();
-  }
-  web.ClearRequests();
-  return web;
+void BuildPage(ScenarioRig& rig) {
+  rig.StartWeb();
+  rig.AddServer({7});
+  rig.web.SetPort(1, {.baudRate = 19200});
 }
 
-void BuildPage(World& world) {
-  PointAt(world.drivers[0], Web(), 1);
-  ParameterValues& port = world.drivers[0].Current(kPortSet);
-  for (const char* line : {"CtsSupported", "DsrSupported"}) port.SetNumber(line, 1);
-  world.server = AddDeviceServer(world.machine, {.comNumbers = {7}, .driver = [&world](unsigned index) {
-                                                   return &world.drivers.at(index);
-                                                 }});
+void StartWithSheet(ScenarioRig& rig) {
+  rig.sheet.emplace(rig, rig.Port(), SheetLook{.painting = Painting::WhenUncovered});
 }
 
-void StartWithSheet(World& world, Dll& dll) {
-  world.sheet =
-      std::make_shared<PortSheet>(world.machine, dll, *world.server.ports[0], Painting::WhenUncovered);
-}
-
-void CloseSheetOf(World& world) {
-  world.sheet.reset();
+void CloseSheetOf(ScenarioRig& rig) {
+  rig.sheet.reset();
   PumpMessages();
 }
 
-bool RunOpen(World& world, Dll& dll, Trouble trouble) {
+bool RunOpen(ScenarioRig& rig, Trouble trouble) {
   try {
-    world.sheet = std::make_shared<PortSheet>(world.machine, dll, *world.server.ports[0]);
+    rig.sheet.emplace(rig);
   } catch (const std::runtime_error&) {
     return trouble != Trouble::None;
   }
-  const std::wstring baud = world.sheet->Text(IDC_PORT_BAUD_RATE);
-  CloseSheetOf(world);
+  const std::wstring baud = rig.sheet->Text(IDC_PORT_BAUD_RATE);
+  CloseSheetOf(rig);
   return trouble != Trouble::None || baud == L"19200";
 }
 
-bool RunApply(World& world, Dll&, Trouble trouble) {
-  world.sheet->Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
-  const bool closed = world.sheet->PressOk();
-  CloseSheetOf(world);
+bool RunApply(ScenarioRig& rig, Trouble trouble) {
+  rig.sheet->Check(IDC_PORT_CTS_ALWAYS_TRUE, true);
+  const bool closed = rig.sheet->PressOk();
+  CloseSheetOf(rig);
   if (trouble != Trouble::None) return true;
-  return closed && world.drivers[0].Current(kPortSet).Number("EmulateCTSTrue") == 1 &&
-         world.machine.Registry().Text(kPortsKey, L"COM7:").value_or(L"").starts_with(L"19200,");
+  return closed && rig.drivers[0].Current(kPortSet).Number("EmulateCTSTrue") == 1 &&
+         rig.machine.Registry().Text(kPortsKey, L"COM7:").value_or(L"").starts_with(L"19200,");
 }
 
-bool RunAdvancedApply(World& world, Dll&, Trouble trouble) {
+bool RunAdvancedApply(ScenarioRig& rig, Trouble trouble) {
   const auto change = [](const OpenSheet& sheet) {
     Click(sheet.Turn(OpenSheet::kDevice), IDC_DEVICE_HIGH_PERFORMANCE);
     Enter(sheet.Turn(OpenSheet::kTcpIp), IDC_TCPIP_PORT_NUMBER, std::to_wstring(kTcpPort));
     sheet.Turn(OpenSheet::kAbout);
     sheet.PressOk();
   };
-  ParameterValues& bus = world.drivers[0].Current(kBusSet);
+  ParameterValues& bus = rig.drivers[0].Current(kBusSet);
   const std::uint32_t emulation = bus.Number("RealTxFifoEmulation");
   {
     const SheetVisit visit(change);
-    world.sheet->Click(IDC_PORT_ADVANCED);
+    rig.sheet->Click(IDC_PORT_ADVANCED);
   }
-  CloseSheetOf(world);
+  CloseSheetOf(rig);
   if (trouble != Trouble::None) return true;
   return bus.Number("PortNumber") == kTcpPort && bus.Number("RealTxFifoEmulation") != emulation;
 }
 
 template <unsigned... Numbers>
-void BuildPorts(World& world) {
-  BuildServer(world, {Numbers...});
+void BuildPorts(ScenarioRig& rig) {
+  BuildServer(rig, {Numbers...});
 }
 
 }  // namespace

@@ -3,26 +3,21 @@
 
 #include <windows.h>
 
-#include <array>
-#include <memory>
+#include <optional>
 #include <ostream>
 #include <string_view>
 #include <vector>
 
-#include "workbench/machine/machine.h"
-#include "workbench/simulated_driver/port_driver.h"
-
-class PortSheet;
+#include "workbench/rig/page_sheet.h"
 
 namespace workbench {
 
-// One host with what the scenarios need; the drivers outlive the machine.
-struct World {
-  std::array<PortDriver, 3> drivers;
-  Machine machine;
-  DeviceServer server;
+// What the scenarios are about. A scenario adds its device server by itself, and the sweep loads the DLL.
+struct ScenarioRig : Rig {
+  ScenarioRig() : Rig({.comNumbers = {}, .web = false, .loaded = false}) {}
+
   UsbDevice usb;
-  std::shared_ptr<PortSheet> sheet;  // a port's page, opened by a scenario's `start` and closed by its `run`
+  std::optional<PageSheet> sheet;  // a port's page, opened by a scenario's `start` and closed by its `run`
 };
 
 // What goes wrong in a run: nothing, platform calls, or memory.
@@ -31,10 +26,10 @@ enum class Trouble { None, Calls, Memory };
 // One use of the DLL.
 struct Scenario {
   std::string_view name;
-  void (*build)(World& world);
+  void (*build)(ScenarioRig& rig);
   // Uses the DLL and answers whether every result is one that the export may give with this trouble; without
   // any the result must be success.
-  bool (*run)(World& world, Dll& dll, Trouble trouble);
+  bool (*run)(ScenarioRig& rig, Trouble trouble);
   // Whether the server's ports have settings, each of which has to be in the port or in its backup
   // afterwards.
   bool hasSettings = true;
@@ -43,7 +38,7 @@ struct Scenario {
   bool takesNamesAway = false;  // ports lose their DOS devices on purpose
   bool hasWindows = false;  // messages come as the display has them, and with them some calls more or less
   // What comes before and is never disturbed; null for nothing.
-  void (*start)(World& world, Dll& dll) = nullptr;
+  void (*start)(ScenarioRig& rig) = nullptr;
 };
 
 [[nodiscard]] std::vector<Scenario> Scenarios();

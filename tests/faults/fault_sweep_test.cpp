@@ -30,8 +30,9 @@ struct RunResult {
 };
 
 // The sets of the first port's drivers.
-std::vector<ParameterValues> SetsOf(World& world) {
-  return {world.drivers[0].Current(kPortSet), world.drivers[0].Current(kBusSet)};
+std::vector<ParameterValues> SetsOf(ScenarioRig& rig) {
+  if (rig.drivers.empty()) return {ParameterValues(kPortSet), ParameterValues(kBusSet)};
+  return {rig.PortSet(), rig.BusSet()};
 }
 
 // The classes of the thread's top-level windows, without those that Windows itself keeps for each thread.
@@ -76,8 +77,8 @@ bool CannotBeClosed(const RunResult& outcome, std::string_view handle) {
          (handle.starts_with(NameOf(HandleKind::Internet)) && isMissing(L"InternetCloseHandle"));
 }
 
-void InspectDrivers(World& world, RunResult& outcome) {
-  for (const PortDriver& driver : world.drivers) {
+void InspectDrivers(ScenarioRig& rig, RunResult& outcome) {
+  for (const PortDriver& driver : rig.drivers) {
     // A parameter that there was no memory for is missing from its set: the driver refuses what is written
     // then, and keeps what it has.
     const bool shortSets = outcome.outOfMemory;
@@ -91,14 +92,14 @@ void InspectDrivers(World& world, RunResult& outcome) {
 }
 
 // What is there after the DLL is done and before it is unloaded.
-void Inspect(World& world, RunResult& outcome) {
-  Gate& gate = world.machine.Calls();
+void Inspect(ScenarioRig& rig, RunResult& outcome) {
+  Gate& gate = rig.machine.Calls();
   outcome.calls = gate.FaultableCalls();
   outcome.allocations = gate.Allocations();
   outcome.injected = gate.InjectedFaults();
   outcome.log = gate.Log();
   outcome.outOfMemory = gate.FailedAllocations() != 0;
-  outcome.after = SetsOf(world);
+  outcome.after = SetsOf(rig);
   for (const Call& call : outcome.log) {
     if (call.injected && outcome.failedFunction.empty()) outcome.failedFunction = call.function;
   }
@@ -106,38 +107,39 @@ void Inspect(World& world, RunResult& outcome) {
     if (!CannotBeClosed(outcome, handle)) outcome.findings.push_back(handle + " left open");
   }
   for (const std::string& violation : gate.Violations()) outcome.findings.push_back("misuse: " + violation);
-  InspectDrivers(world, outcome);
+  InspectDrivers(rig, outcome);
 }
 
 template <class Arm>
 RunResult RunOnce(const Scenario& scenario, Trouble trouble, const std::string& label, Arm&& arm) {
   const RunGuard guard(std::string(scenario.name) + ", " + label);
   RunResult outcome;
-  World world;
-  scenario.build(world);
-  outcome.before = SetsOf(world);
+  ScenarioRig rig;
+  scenario.build(rig);
+  outcome.before = SetsOf(rig);
   {
-    Dll dll(world.machine);
+    rig.Load();
     const std::multiset<std::string> windows = TopLevelWindows();
-    const std::int64_t blocks = world.machine.Calls().LiveAllocations();
-    if (scenario.start != nullptr) scenario.start(world, dll);
-    world.machine.Calls().ClearLog();
-    arm(world.machine.Calls());
-    const bool results = scenario.run(world, dll, trouble);
-    world.machine.Calls().ClearFaults();
+    const std::int64_t blocks = rig.machine.Calls().LiveAllocations();
+    if (scenario.start != nullptr) scenario.start(rig);
+    rig.machine.Calls().ClearLog();
+    arm(rig.machine.Calls());
+    const bool results = scenario.run(rig, trouble);
+    rig.machine.Calls().ClearFaults();
     if (!results) outcome.findings.emplace_back("not a stated result");
-    Inspect(world, outcome);
-    if (world.machine.Calls().LiveAllocations() != blocks) {
+    Inspect(rig, outcome);
+    if (rig.machine.Calls().LiveAllocations() != blocks) {
       outcome.findings.push_back("blocks not freed: " +
-                                 std::to_string(world.machine.Calls().LiveAllocations() - blocks));
+                                 std::to_string(rig.machine.Calls().LiveAllocations() - blocks));
     }
     // A function that fails for good may leave a port nameless.
-    if (!scenario.takesNamesAway && outcome.injected <= 1) InspectNames(world.machine, outcome);
+    if (!scenario.takesNamesAway && outcome.injected <= 1) InspectNames(rig.machine, outcome);
     if (TopLevelWindows() != windows)
       outcome.findings.push_back("windows left: " + testing::PrintToString(TopLevelWindows()));
+    rig.dll.reset();
   }
-  outcome.kept = !scenario.hasSettings || std::ranges::all_of(world.server.ports, [&](const Device* port) {
-    return KeepsSettings(world.machine, *port);
+  outcome.kept = !scenario.hasSettings || std::ranges::all_of(rig.server.ports, [&](const Device* port) {
+    return KeepsSettings(rig.machine, *port);
   });
   return outcome;
 }

@@ -1,7 +1,5 @@
 // Malformed answers of a device server and malformed streams of the drivers against one open page: it neither
 // crashes nor hangs, and what the process holds does not grow.
-#include "tests/dll/port_page_rig.h"
-
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -12,6 +10,8 @@
 #include "base/resource_ids.h"
 #include "tests/dll/footprint.h"
 #include "tests/faults/run_guard.h"
+#include "workbench/rig/page_controls.h"
+#include "workbench/rig/page_sheet.h"
 
 namespace workbench {
 namespace {
@@ -88,12 +88,12 @@ struct DriverOfThePort {
   HostileDriver driver_;  // outlives the machine
 };
 
-class HostileInput : public testing::Test, protected DriverOfThePort, protected PortPageRig {
+class HostileInput : public testing::Test, protected DriverOfThePort, protected Rig {
  protected:
   HostileInput() {
     PointAt(driver_, web, 1);
     Port().interfaces.at(0)->driver = &driver_;
-    sheet_.emplace(static_cast<PortPageRig&>(*this));
+    sheet_.emplace(static_cast<Rig&>(*this));
   }
 
   // What is held, and how much more it may be after all inputs: the page's texts, which the last input
@@ -146,7 +146,7 @@ class HostileInput : public testing::Test, protected DriverOfThePort, protected 
     EXPECT_EQ(sheet_->Text(IDC_PORT_STATE), L"Idle");
   }
 
-  std::optional<PortSheet> sheet_;
+  std::optional<PageSheet> sheet_;
 };
 
 TEST_F(HostileInput, AnswersOfTheDeviceServer) {

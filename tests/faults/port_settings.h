@@ -17,15 +17,10 @@ struct PortSetting {
 inline constexpr std::array<PortSetting, 3> kPortSettings = {
     {{L"Baudrate", 115200}, {L"FlowControl", 2}, {L"ConnectionIdleTimeout", 90}}};
 
-// A server of these ports, in use: with settings, a capability and, with `pages`, with values of the pages.
-DeviceServer AddServerInUse(Machine& machine, const ServerSpec& wanted, bool pages);
+// Puts a server's ports to use: with settings, a capability and, with `pages`, with values of the pages.
+void SetSettings(Machine& machine, const DeviceServer& server, bool pages);
 // Whether all settings are in the port's key; each in its key or in the backup below its server.
 [[nodiscard]] bool HasSettings(Machine& machine, const Device& port);
 [[nodiscard]] bool KeepsSettings(Machine& machine, const Device& port);
-// The key in which a port's settings are kept while its server is installed again.
-[[nodiscard]] std::wstring BackupKeyOf(const Device& port);
-// The bus looks for the server's ports: one that was removed is a new device, with the name that the class
-// installer gives it.
-void FindPortsAgain(Machine& machine, DeviceServer& server, const ServerSpec& wanted);
 
 }  // namespace workbench

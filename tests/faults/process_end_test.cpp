@@ -12,7 +12,8 @@ namespace {
 // which keep the backups; then with those backups there, and other settings since.
 TEST(ProcessEnd, KeepsSettingsAndNamesAtEveryCallOfAReinstallation) {
   Machine machine;
-  DeviceServer server = AddServerInUse(machine, {.comNumbers = {7, 8}}, false);
+  DeviceServer server = AddDeviceServer(machine, {.comNumbers = {7, 8}});
+  SetSettings(machine, server, false);
   const std::vector<Device*> ports = server.ports;  // the bus finds others in their place
   const Dll dll(machine);
   DeviceInstaller installer(machine, dll);

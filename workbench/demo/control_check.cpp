@@ -17,42 +17,7 @@ bool IsCheckBox(HWND window) {
   return IsOfClass(window, WC_BUTTONW) && (kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX);
 }
 
-std::wstring SelectionInWords(HWND page, int combo) {
-  const std::wstring selected = SelectedOf(page, combo);
-  return selected.empty() ? L"(no selection)" : selected;
-}
-
-}  // namespace
-
-std::wstring CheckBoxInWords(bool checked, bool enabled) {
-  return std::wstring(checked ? L"checked" : L"not checked") + (enabled ? L"" : L", greyed");
-}
-
-std::wstring ReadControl(HWND page, int control) {
-  const HWND window = GetDlgItem(page, control);
-  if (!window) return L"(missing)";
-  if (!(GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE)) return L"(hidden)";
-  if (IsCheckBox(window)) {
-    return CheckBoxInWords(IsChecked(page, control), IsWindowEnabled(window) != FALSE);
-  }
-  return IsOfClass(window, WC_COMBOBOXW) ? SelectionInWords(page, control) : TextOf(window);
-}
-
-std::wstring NumbersInUseInWords(const std::vector<std::wstring>& names, std::size_t entries) {
-  std::wstring text;
-  for (const std::wstring& name : names) text += name + L" ";
-  return text + L"of " + std::to_wstring(entries);
-}
-
-std::wstring ReadNumbersInUse(HWND page, int combo) {
-  const std::vector<std::wstring> entries = EntriesOf(page, combo);
-  std::vector<std::wstring> inUse;
-  for (const std::wstring& entry : entries) {
-    if (entry.ends_with(kInUse)) inUse.push_back(entry.substr(0, entry.size() - kInUse.size()));
-  }
-  return NumbersInUseInWords(inUse, entries.size());
-}
-
+// The words of a label, without its mnemonic and its colon.
 std::wstring LabelText(HWND label) {
   std::wstring text = TextOf(label);
   std::erase(text, L'&');
@@ -60,10 +25,34 @@ std::wstring LabelText(HWND label) {
   return text;
 }
 
+// The label that a control goes by: a button's own text or, without one, the text that stands before the
+// control, which is what a screen reader reads out.
 std::wstring LabelOf(HWND page, int control) {
   const HWND window = GetDlgItem(page, control);
   const bool ownText = IsOfClass(window, WC_BUTTONW) && GetWindowTextLengthW(window) > 0;
   return LabelText(ownText ? window : GetWindow(window, GW_HWNDPREV));
+}
+
+}  // namespace
+
+std::wstring ReadControl(HWND page, int control) {
+  const HWND window = GetDlgItem(page, control);
+  if (!window) return L"(missing)";
+  if (!IsShown(page, control)) return L"(hidden)";
+  if (IsCheckBox(window)) {
+    return std::wstring(IsChecked(page, control) ? L"checked" : L"not checked") +
+           (IsWindowEnabled(window) ? L"" : L", greyed");
+  }
+  return IsOfClass(window, WC_COMBOBOXW) ? SelectedOf(page, control) : TextOf(window);
+}
+
+std::wstring ReadNamesInUse(HWND page, int combo) {
+  const std::vector<std::wstring> entries = EntriesOf(page, combo);
+  std::wstring text;
+  for (const std::wstring& entry : entries) {
+    if (entry.ends_with(kInUse)) text += entry.substr(0, entry.size() - kInUse.size()) + L" ";
+  }
+  return text + L"of " + std::to_wstring(entries.size());
 }
 
 std::vector<ControlCheck> CheckControls(HWND page, const std::vector<ExpectedControl>& expected) {
@@ -74,17 +63,24 @@ std::vector<ControlCheck> CheckControls(HWND page, const std::vector<ExpectedCon
   return checks;
 }
 
-bool AllAgree(const std::vector<ControlCheck>& checks) {
+bool ReportChecks(const std::vector<ControlCheck>& checks, const std::wstring& source) {
+  TextTable table({L"Id", L"Label", L"Shows", source, L""});
+  for (const ControlCheck& check : checks) {
+    table.Add({std::to_wstring(check.control), check.label, check.shows, check.expected,
+               check.Agrees() ? L"ok" : L"DIFFERS"});
+  }
+  Print(table.Text());
   return std::ranges::all_of(checks, &ControlCheck::Agrees);
 }
 
-std::wstring FormatChecks(const std::vector<ControlCheck>& checks, const std::wstring& source) {
-  TextTable table({L"Id", L"Label", L"Shows", source, L""});
-  for (const ControlCheck& check : checks) {
-    table.Add({check.control == 0 ? L"" : std::to_wstring(check.control), check.label, check.shows,
-               check.expected, check.Agrees() ? L"ok" : L"DIFFERS"});
+void PrintTips(HWND page) {
+  TextTable table({L"Id", L"Control", L"Tip"});
+  for (HWND child = GetWindow(page, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    std::wstring tip = TipOf(page, child);
+    std::ranges::replace(tip, L'\n', L' ');
+    if (!tip.empty()) table.Add({std::to_wstring(GetDlgCtrlID(child)), LabelText(child), tip});
   }
-  return table.Text();
+  Print(L"\n" + table.Text());
 }
 
 }  // namespace workbench

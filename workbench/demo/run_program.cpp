@@ -1,5 +1,4 @@
-#include "workbench/demo/run_program.h"
-
+// workbench run: another program, unchanged, on a simulated computer.
 #include <windows.h>
 
 #include <psapi.h>
@@ -8,6 +7,7 @@
 #include <vector>
 
 #include "base/unique_handle.h"
+#include "workbench/demo/commands.h"
 #include "workbench/demo/text_table.h"
 
 namespace workbench {
@@ -110,13 +110,7 @@ void AttachAgent(HANDLE process) {
 
 }  // namespace
 
-void RunProgram::Describe(CLI::App& app) {
-  app.prefix_command();
-  app_ = &app;
-}
-
-int RunProgram::Run() {
-  const std::vector<std::string> words = app_->remaining();
+int RunProgram(const std::vector<std::string>& words) {
   if (words.empty()) throw std::runtime_error("run needs a program");
   const Started program = StartSuspended(words);
   try {

@@ -1,81 +1,77 @@
-#include "workbench/demo/show_tree.h"
+// workbench tree: the sample computer's devices, printed or in a window to work with.
+#include <optional>
 
-#include "workbench/demo/device_list.h"
-#include "workbench/demo/host_report.h"
+#include "workbench/demo/commands.h"
+#include "workbench/demo/picture.h"
+#include "workbench/demo/report.h"
 #include "workbench/demo/text_table.h"
 #include "workbench/demo/tree_window.h"
-#include "workbench/rig/on_screen.h"
-#include "workbench/rig/sample_host.h"
+#include "workbench/rig/page_controls.h"
+#include "workbench/rig/sample_rig.h"
 
 namespace workbench {
 namespace {
 
-// What has become of the host while a sheet was open.
+// What has become of the computer while a sheet was open.
 class SheetReport {
  public:
-  SheetReport(SampleHost& host, const Device& device)
-      : host_(host), caption_(CaptionOf(host.Host(), device)), before_(ValuesOf(host)) {
-    Desktop& screen = host.Host().Screen();
+  SheetReport(Rig& rig, const Device& device)
+      : rig_(rig), caption_(CaptionOf(rig.machine, device)), before_(ValuesOf(rig)) {
+    Desktop& screen = rig.machine.Screen();
     screen.messageBoxes.clear();
     screen.shellCalls.clear();
     screen.helpCalls.clear();
-    host.Web().ClearRequests();
+    rig.web.ClearRequests();
   }
 
   void PrintNow() const {
-    const Desktop& screen = host_.Host().Screen();
+    const Desktop& screen = rig_.machine.Screen();
     std::wstring text = L"\n" + caption_ + L", closed\n" + FormatMessageBoxes(screen.messageBoxes);
     for (const ShellRecord& call : screen.shellCalls) text += L"  Opened: " + call.file + L"\n";
     for (const HelpRecord& call : screen.helpCalls) text += L"  Help asked for: " + call.topic + L"\n";
-    text += L"  Requests to the device server: " + std::to_wstring(host_.Web().Requests().size()) + L"\n";
-    const std::wstring changes = FormatChanges(before_, ValuesOf(host_));
+    text += L"  Requests to the device server: " + std::to_wstring(rig_.web.Requests().size()) + L"\n";
+    const std::wstring changes = FormatChanges(before_, ValuesOf(rig_));
     Print(text + (changes.empty() ? L"  The drivers hold what they held.\n" : changes) + L"\n" +
-          FormatPlaces(AllComPlaces(host_.Host())));
+          FormatPlaces(AllComPlaces(rig_.machine)));
   }
 
  private:
-  SampleHost& host_;
+  Rig& rig_;
   std::wstring caption_;
   DriverValues before_;
 };
 
-}  // namespace
-
-void ShowTree::Describe(CLI::App& app) {
-  app.add_flag(
-      "--interactive", interactive_,
-      "in a window: double-click a port to open its properties; what changed is printed when they are "
-      "closed");
-  app.add_option("--png", file_, "write a picture of the window to this file");
-}
-
-int ShowTree::Run() {
-  const bool right = Show();
-  if (picture_) picture_->Save(Widen(file_));
-  return right ? 0 : 1;
-}
-
-bool ShowTree::Show() {
-  SampleHost host;
-  Print(FormatDevices(ListDevices(host.Host())));
-  if (interactive_ || !file_.empty()) ShowWindow(host);
-  return ReportViolations(host);
-}
-
-void ShowTree::ShowWindow(SampleHost& host) {
-  const Dll dll(host.Host());
-  TreeWindow window(host.Host(), dll);
-  if (!file_.empty()) {
-    PaintNow(window.Window());
-    picture_.emplace(window.Window());
-  }
-  if (!interactive_) return;
-  Print(L"\n" + FormatPlaces(AllComPlaces(host.Host())));
-  host.Host().Screen().ShowMessageBoxes(true);
+void WorkInWindow(Rig& rig, TreeWindow& window) {
+  Print(L"\n" + FormatPlaces(AllComPlaces(rig.machine)));
+  rig.machine.Screen().ShowMessageBoxes(true);
   std::optional<SheetReport> report;
-  window.opening = [&](const Device& device) { report.emplace(host, device); };
+  window.opening = [&](const Device& device) { report.emplace(rig, device); };
   window.closed = [&](const Device&) { report->PrintNow(); };
   window.RunUntilClosed();
+}
+
+bool Show(bool interactive, bool pictured, std::optional<Picture>& picture) {
+  SampleRig rig;
+  Print(FormatDevices(rig.machine));
+  if (interactive || pictured) {
+    rig.Load();
+    TreeWindow window(rig);
+    if (pictured) {
+      PaintNow(window.Window());
+      picture.emplace(window.Window());
+    }
+    if (interactive) WorkInWindow(rig, window);
+  }
+  return EndsWell(rig);
+}
+
+}  // namespace
+
+int ShowTree(bool interactive, const std::string& picture) {
+  std::optional<Picture> taken;
+  const bool right = Show(interactive, !picture.empty(), taken);
+  if (taken) taken->Save(Widen(picture));
+  return right ? 0 : 1;
 }
 
 }  // namespace workbench

@@ -7,9 +7,8 @@
 #include <vector>
 
 #include "base/resource_ids.h"
-#include "workbench/demo/device_list.h"
-#include "workbench/demo/host_report.h"
-#include "workbench/rig/on_screen.h"
+#include "workbench/demo/report.h"
+#include "workbench/rig/page_controls.h"
 #include "workbench/rig/page_sheet.h"
 
 namespace workbench {
@@ -49,8 +48,7 @@ HICON ShellIcon(UINT index) {
 
 }  // namespace
 
-TreeWindow::TreeWindow(Machine& machine, const Dll& dll)
-    : machine_(machine), dll_(dll), font_(MessageFont()) {
+TreeWindow::TreeWindow(Rig& rig) : rig_(rig), font_(MessageFont()) {
   MakeWindow();
   MakeControls();
   MakeImages();
@@ -72,7 +70,7 @@ void TreeWindow::MakeWindow() {
   description.hInstance = GetModuleHandleW(nullptr);
   description.lpszClassName = kClass;
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  description.hIcon = LoadIconW(dll_.Module(), MAKEINTRESOURCEW(IDI_PRODUCT));
+  description.hIcon = LoadIconW(rig_.dll->Module(), MAKEINTRESOURCEW(IDI_PRODUCT));
   description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   RegisterClassW(&description);  // fails when an earlier window has done so
   CreateWindowExW(0, kClass, L"Device Manager (simulated host)", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
@@ -103,7 +101,7 @@ void TreeWindow::MakeImages() {
   images_.Reset(ImageList_Create(width, height, ILC_COLOR32 | ILC_MASK, 3, 0));
   AddImage(images_.Get(), ShellIcon(kShellComputer));
   AddImage(images_.Get(), ShellIcon(kShellNetworkDrive));
-  AddImage(images_.Get(), static_cast<HICON>(LoadImageW(dll_.Module(), MAKEINTRESOURCEW(IDI_PRODUCT),
+  AddImage(images_.Get(), static_cast<HICON>(LoadImageW(rig_.dll->Module(), MAKEINTRESOURCEW(IDI_PRODUCT),
                                                         IMAGE_ICON, width, height, LR_DEFAULTCOLOR)));
   TreeView_SetImageList(tree_, images_.Get(), TVSIL_NORMAL);
 }
@@ -135,7 +133,7 @@ void TreeWindow::Fill() {
         SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item))));
   };
   add(kComputer, nullptr, kComputerImage);
-  for (const ListedDevice& listed : ListDevices(machine_)) {
+  for (const ListedDevice& listed : ListDevices(rig_.machine)) {
     path.resize(listed.depth + 1);
     add(listed.name, listed.device, listed.device->port ? kPortImage : kDeviceImage);
   }
@@ -224,10 +222,11 @@ void TreeWindow::OpenSelected() {
   if (!device) return;
   opening(*device);
   try {
-    PageSheet sheet(machine_, dll_, *device, CaptionOf(machine_, *device), window_);
+    const std::wstring caption = CaptionOf(rig_.machine, *device);
+    PageSheet sheet(rig_, *device, {.caption = caption.c_str(), .owner = window_});
     sheet.RunUntilClosed();
   } catch (const std::runtime_error&) {
-    SetStatus(ListedName(machine_, *device) + L" has no settings page of this product.");
+    SetStatus(L"This device has no settings page of this product.");
     return;
   }
   closed(*device);

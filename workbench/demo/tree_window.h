@@ -9,7 +9,7 @@
 #include <string>
 
 #include "base/unique_handle.h"
-#include "workbench/machine/machine.h"
+#include "workbench/rig/rig.h"
 
 namespace workbench {
 
@@ -25,7 +25,7 @@ struct ImageListTraits {
 class TreeWindow {
  public:
   // Shows the window in the middle of the screen. Throws std::runtime_error when there is none.
-  TreeWindow(Machine& machine, const Dll& dll);
+  explicit TreeWindow(Rig& rig);
   ~TreeWindow();
   TreeWindow(const TreeWindow&) = delete;
   TreeWindow& operator=(const TreeWindow&) = delete;
@@ -56,8 +56,7 @@ class TreeWindow {
   void OpenSelected();
   void SetStatus(const std::wstring& text);
 
-  Machine& machine_;
-  const Dll& dll_;
+  Rig& rig_;
   HWND window_ = nullptr;
   HWND tree_ = nullptr;
   HWND status_ = nullptr;

@@ -45,6 +45,7 @@ class Machine {
   [[nodiscard]] static Machine* Current();
 
   [[nodiscard]] Gate& Calls() { return gate_; }
+  [[nodiscard]] const Gate& Calls() const { return gate_; }
   [[nodiscard]] RegistrySandbox& Registry() { return registry_; }
   [[nodiscard]] ComDatabase& ComNames() { return comNames_; }
   [[nodiscard]] DosDevices& DosNames() { return dosNames_; }

@@ -23,13 +23,13 @@ DWORD DeviceInstaller::Install(Device& device) {
   COINSTALLER_CONTEXT_DATA context{};
   const DWORD before = Call(device, DIF_INSTALLDEVICE, context);
   if (before != NO_ERROR && before != ERROR_DI_POSTPROCESSING_REQUIRED) return before;
-  if (classInstallerResult == NO_ERROR) {
+  {
     const std::lock_guard lock(machine_.StateLock());
     machine_.Devices().Start(device);
   }
-  if (before == NO_ERROR) return classInstallerResult;
+  if (before == NO_ERROR) return NO_ERROR;
   context.PostProcessing = TRUE;
-  context.InstallResult = classInstallerResult;
+  context.InstallResult = NO_ERROR;
   return Call(device, DIF_INSTALLDEVICE, context);
 }
 
@@ -47,13 +47,21 @@ bool DeviceInstaller::AllowsDriverUpdate(Device& device) {
   return Call(device, DIF_UPDATEDRIVER_UI, context) == NO_ERROR;
 }
 
-std::vector<Device*> EnumeratePorts(Machine& machine, Device& card, const ServerSpec& wanted) {
-  std::vector<Device*> ports;
-  unsigned index = 0;
-  for (const unsigned number : wanted.comNumbers) {
-    ports.push_back(&AddServerPort(machine, card, wanted, index++, number));
+void FindPortsAgain(Machine& machine, DeviceServer& server, const ServerSpec& wanted) {
+  server.ports.resize(wanted.comNumbers.size());
+  for (unsigned index = 0; index < server.ports.size(); ++index) {
+    Device*& port = server.ports[index];
+    if (port == nullptr || port->removed)
+      port = &AddServerPort(machine, *server.card, wanted, index, wanted.comNumbers[index]);
   }
-  return ports;
+}
+
+std::wstring BackupKeyOf(const Device& port) {
+  const std::wstring& id = port.instanceId;
+  const std::size_t first = id.find(L'\\');
+  const std::size_t second = id.find(L'\\', first + 1);
+  return ParametersKeyOf(port.parent->instanceId) + L"\\" + id.substr(0, first) + L"_" + id[second - 1] + L"_" +
+         id.substr(second + 1);
 }
 
 }  // namespace workbench

@@ -5,7 +5,7 @@
 
 #include <setupapi.h>
 
-#include <vector>
+#include <string>
 
 #include "workbench/machine/machine.h"
 
@@ -31,16 +31,17 @@ class DeviceInstaller {
   // One call of the co-installer.
   DWORD Call(Device& device, DI_FUNCTION function, COINSTALLER_CONTEXT_DATA& context);
 
-  // What the class installer answers to DIF_INSTALLDEVICE.
-  DWORD classInstallerResult = NO_ERROR;
-
  private:
   Machine& machine_;
   const Dll& dll_;
 };
 
-// The ports of a server after their bus has found them again, for a server whose installation removed them:
-// index i gets comNumbers[i] from the class installer.
-std::vector<Device*> EnumeratePorts(Machine& machine, Device& card, const ServerSpec& wanted);
+// The bus looks for the ports of a server: index i, where it was removed, is a new device with the name
+// comNumbers[i] from the class installer. The server has as many ports as there are numbers.
+void FindPortsAgain(Machine& machine, DeviceServer& server, const ServerSpec& wanted);
+
+// The key in which a port's settings are kept while its server is installed again: of the middle part of the
+// id only its last character is in the name.
+[[nodiscard]] std::wstring BackupKeyOf(const Device& port);
 
 }  // namespace workbench

@@ -31,8 +31,14 @@ bool IsChecked(HWND page, int box) {
   return SendDlgItemMessageW(page, box, BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
+bool IsShown(HWND page, int control) {
+  const HWND window = GetDlgItem(page, control);
+  return window != nullptr && (GetWindowLongW(window, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
 void Click(HWND page, int control) {
   const HWND window = GetDlgItem(page, control);
+  if (!IsWindowEnabled(window)) return;
   if (IsOfClass(window, WC_BUTTONW)) {
     SendMessageW(window, BM_CLICK, 0, 0);
     return;
@@ -66,6 +72,50 @@ void Select(HWND page, int combo, const std::wstring& entry) {
   if (index == CB_ERR) throw std::invalid_argument("The list has no such entry");
   SendMessageW(window, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
   SendMessageW(page, WM_COMMAND, MAKEWPARAM(combo, CBN_SELCHANGE), reinterpret_cast<LPARAM>(window));
+}
+
+std::wstring TipOf(HWND page, HWND tool) {
+  NMTTDISPINFOW request{};
+  request.hdr.code = TTN_GETDISPINFOW;
+  request.hdr.idFrom = reinterpret_cast<UINT_PTR>(tool);
+  request.uFlags = TTF_IDISHWND;
+  SendMessageW(page, WM_NOTIFY, request.hdr.idFrom, reinterpret_cast<LPARAM>(&request));
+  return request.lpszText != nullptr ? request.lpszText : L"(no answer)";
+}
+
+void AskForHelp(HWND page, int control, int contextType) {
+  HELPINFO request{};
+  request.cbSize = sizeof request;
+  request.iContextType = contextType;
+  request.iCtrlId = control;
+  request.hItemHandle = GetDlgItem(page, control);
+  SendMessageW(page, WM_HELP, 0, reinterpret_cast<LPARAM>(&request));
+}
+
+void PumpMessages(DWORD milliseconds) {
+  const ULONGLONG end = GetTickCount64() + milliseconds;
+  do {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    if (milliseconds != 0) Sleep(10);
+  } while (GetTickCount64() < end);
+}
+
+void PaintNow(HWND window) {
+  PumpMessages();
+  RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+  GdiFlush();
+}
+
+void CenterOnScreen(HWND window) {
+  RECT frame{};
+  GetWindowRect(window, &frame);
+  const int left = (GetSystemMetrics(SM_CXSCREEN) - (frame.right - frame.left)) / 2;
+  const int top = (GetSystemMetrics(SM_CYSCREEN) - (frame.bottom - frame.top)) / 2;
+  SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 }  // namespace workbench

@@ -1,4 +1,4 @@
-// Controls of a page, read and worked as a person does.
+// Windows, pages and their controls, read and worked as a person does.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,10 @@ namespace workbench {
 void Enter(HWND page, int control, const std::wstring& text);
 
 [[nodiscard]] bool IsChecked(HWND page, int box);
-// Presses a button; anything else gets the mouse button down and up near its corner.
+// Whether a control has the style of a visible one. Its page may lie behind another one.
+[[nodiscard]] bool IsShown(HWND page, int control);
+// Presses a button; anything else gets the mouse button down and up near its corner. A disabled control takes
+// none.
 void Click(HWND page, int control);
 
 // The entries of a combo box, and its selected one: "" when there is none.
@@ -22,5 +25,16 @@ void Click(HWND page, int control);
 [[nodiscard]] std::wstring SelectedOf(HWND page, int combo);
 // Chooses the entry with this text. Throws std::invalid_argument when there is none.
 void Select(HWND page, int combo, const std::wstring& entry);
+
+// The tip that a page gives for a control, or for itself; "" when it has none.
+[[nodiscard]] std::wstring TipOf(HWND page, HWND tool);
+// What F1 on a control sends.
+void AskForHelp(HWND page, int control, int contextType = HELPINFO_WINDOW);
+
+// Lets the calling thread handle its messages until there are none or `milliseconds` have passed.
+void PumpMessages(DWORD milliseconds = 0);
+// Handles the messages that the thread has waiting and paints the window.
+void PaintNow(HWND window);
+void CenterOnScreen(HWND window);
 
 }  // namespace workbench

@@ -1,101 +1,105 @@
 #include "workbench/rig/page_sheet.h"
 
-#include <commctrl.h>
-
 #include <stdexcept>
-#include <utility>
 
-#include "workbench/rig/on_screen.h"
+#include "workbench/rig/page_controls.h"
 
 namespace workbench {
-namespace {
 
-constexpr std::size_t kMostPages = 8;
-
-BOOL CALLBACK AddPage(HPROPSHEETPAGE page, LPARAM pages) {
-  auto& list = *reinterpret_cast<std::vector<HPROPSHEETPAGE>*>(pages);
-  if (list.size() == kMostPages) return FALSE;
-  list.push_back(page);
-  return TRUE;
+PageRequest::PageRequest(Rig& rig, Device& device, DWORD request, bool accept)
+    : accept_(accept), element_(rig.machine, device) {
+  SP_PROPSHEETPAGE_REQUEST wanted{};
+  wanted.cbSize = sizeof(wanted);
+  wanted.PageRequested = request;
+  wanted.DeviceInfoSet = element_.Set();
+  wanted.DeviceInfoData = element_.Data();
+  result = rig.dll->PropPage(&wanted, &PageRequest::Add, reinterpret_cast<LPARAM>(this));
 }
 
-std::vector<HPROPSHEETPAGE> AskForPages(const Dll& dll, DeviceElement& element) {
-  SP_PROPSHEETPAGE_REQUEST request{};
-  request.cbSize = sizeof request;
-  request.PageRequested = SPPSR_ENUM_ADV_DEVICE_PROPERTIES;
-  request.DeviceInfoSet = element.Set();
-  request.DeviceInfoData = element.Data();
-  std::vector<HPROPSHEETPAGE> pages;
-  if (!dll.PropPage) throw std::runtime_error("The DLL has no page provider");
-  if (!dll.PropPage(&request, AddPage, reinterpret_cast<LPARAM>(&pages))) {
-    throw std::runtime_error("The DLL refuses the page");
-  }
-  if (pages.empty()) throw std::runtime_error("The DLL adds no page");
-  return pages;
+BOOL CALLBACK PageRequest::Add(HPROPSHEETPAGE page, LPARAM lParam) {
+  auto* self = reinterpret_cast<PageRequest*>(lParam);
+  ++self->offered;
+  self->page = page;
+  return self->accept_ ? TRUE : FALSE;
 }
 
-}  // namespace
+PageSheet::PageSheet(Rig& rig, Device& device, const SheetLook& look) : request_(std::in_place, rig, device) {
+  if (request_->page == nullptr && !request_->result) throw std::runtime_error("the export added no page");
+  if (request_->page == nullptr || !request_->result)
+    throw std::logic_error("the export reports another thing than it did");
+  Open(request_->page, look);
+}
 
-PageSheet::PageSheet(Machine& machine, const Dll& dll, Device& device, const std::wstring& caption,
-                     HWND owner)
-    : element_(machine, device), owner_(owner) {
-  std::vector<HPROPSHEETPAGE> pages = AskForPages(dll, element_);
+void PageSheet::Open(HPROPSHEETPAGE page, const SheetLook& look) {
   PROPSHEETHEADERW header{};
-  header.dwSize = sizeof header;
+  header.dwSize = sizeof(header);
   header.dwFlags = PSH_MODELESS | PSH_NOAPPLYNOW | PSH_NOCONTEXTHELP;
-  header.hwndParent = owner;
-  header.pszCaption = caption.c_str();
-  header.nPages = static_cast<UINT>(pages.size());
-  header.phpage = pages.data();
-  const INT_PTR sheet = PropertySheetW(&header);
-  if (sheet == 0 || sheet == -1) throw std::runtime_error("The property sheet does not open");
-  sheet_ = reinterpret_cast<HWND>(sheet);
+  header.hwndParent = owner_ = look.owner;
+  header.pszCaption = look.caption;
+  header.nPages = 1;
+  header.phpage = &page;
+  const INT_PTR result = PropertySheetW(&header);
+  if (result == 0 || result == -1) throw std::runtime_error("the sheet did not open");
+  sheet_ = reinterpret_cast<HWND>(result);
+  page_ = reinterpret_cast<HWND>(SendMessageW(sheet_, PSM_GETCURRENTPAGEHWND, 0, 0));
   CenterOnScreen(sheet_);
   ShowWindow(sheet_, SW_SHOW);
   // Wine gives a program's first dialog the caption of an inactive window.
   if (GetForegroundWindow() == sheet_) SendMessageW(sheet_, WM_NCACTIVATE, TRUE, 0);
-  if (owner_) EnableWindow(owner_, FALSE);
+  if (owner_ != nullptr) EnableWindow(owner_, FALSE);
+  if (look.painting == Painting::WhenUncovered) {
+    RedrawWindow(sheet_, nullptr, nullptr, RDW_VALIDATE | RDW_ALLCHILDREN | RDW_NOFRAME | RDW_NOERASE);
+    PumpMessages();
+  } else {
+    PaintNow(sheet_);
+  }
 }
 
-PageSheet::~PageSheet() {
-  if (!IsOpen()) return;
-  PropSheet_PressButton(sheet_, PSBTN_CANCEL);
-  Destroy();
+void PageSheet::Close() {
+  // First the owner, or the system would activate another program's window.
+  if (owner_ != nullptr) EnableWindow(owner_, TRUE);
+  if (IsWindow(sheet_)) DestroyWindow(sheet_);
 }
 
-HWND PageSheet::Page() const {
-  return IsOpen() ? PropSheet_GetCurrentPageHwnd(sheet_) : nullptr;
+std::wstring PageSheet::Text(int id) const {
+  return TextOf(page_, id);
 }
 
-bool PageSheet::IsOpen() const {
-  return sheet_ && IsWindow(sheet_);
+bool PageSheet::IsShown(int id) const {
+  return workbench::IsShown(page_, id);
 }
 
-void PageSheet::Settle() const {
-  PaintNow(sheet_);
+std::string PageSheet::Box(int box, int label) const {
+  std::string words = IsChecked(page_, box) ? "checked" : "clear";
+  if (!IsWindowEnabled(Control(box))) words += ", disabled";
+  if (!IsWindowEnabled(Control(label))) words += ", label disabled";
+  return words;
+}
+
+void PageSheet::Click(int id) const {
+  workbench::Click(page_, id);
+}
+
+void PageSheet::Check(int id, bool check) const {
+  if (IsChecked(page_, id) != check) Click(id);
+}
+
+bool PageSheet::PressOk() {
+  SendMessageW(sheet_, PSM_PRESSBUTTON, PSBTN_OK, 0);
+  PumpMessages();
+  if (!HasEnded()) return false;
+  Close();
+  return true;
 }
 
 void PageSheet::RunUntilClosed() {
   MSG message;
-  while (IsOpen() && GetMessageW(&message, nullptr, 0, 0) > 0) {
-    if (Take(message)) continue;
+  while (!HasEnded() && GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (PropSheet_IsDialogMessage(sheet_, &message)) continue;
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
-}
-
-bool PageSheet::Take(MSG& message) {
-  if (!IsOpen()) return false;
-  const bool taken = PropSheet_IsDialogMessage(sheet_, &message) != 0;
-  // A modeless sheet whose buttons were used has no current page any more, and waits to be destroyed.
-  if (!PropSheet_GetCurrentPageHwnd(sheet_)) Destroy();
-  return taken;
-}
-
-void PageSheet::Destroy() {
-  // First the owner, or the system would activate another program's window.
-  if (owner_) EnableWindow(owner_, TRUE);
-  if (const HWND sheet = std::exchange(sheet_, nullptr)) DestroyWindow(sheet);
+  Close();
 }
 
 }  // namespace workbench

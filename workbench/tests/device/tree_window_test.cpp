@@ -9,9 +9,8 @@
 #include <vector>
 
 #include "base/resource_ids.h"
-#include "workbench/demo/host_report.h"
-#include "workbench/rig/on_screen.h"
 #include "workbench/rig/page_controls.h"
+#include "workbench/rig/sample_rig.h"
 #include "workbench/rig/sheet_visit.h"
 
 namespace workbench {
@@ -19,19 +18,23 @@ namespace {
 
 class TreeWindowTest : public testing::Test {
  protected:
+  TreeWindowTest() {
+    host_.Load();
+    window_.emplace(host_);
+  }
   void PressEnterOn(const Device& device) {
     window_->Select(device);
     PostMessageW(window_->Tree(), WM_KEYDOWN, VK_RETURN, 0);
   }
   ~TreeWindowTest() override {
     window_.reset();
-    dll_.reset();
-    EXPECT_THAT(ViolationsOf(host_), testing::IsEmpty());
+    host_.dll.reset();
+    EXPECT_THAT(host_.Misuse(), testing::IsEmpty());
+    EXPECT_THAT(host_.LeftOpen(), testing::IsEmpty());
   }
 
-  SampleHost host_;
-  std::optional<Dll> dll_{std::in_place, host_.Host()};
-  std::optional<TreeWindow> window_{std::in_place, host_.Host(), *dll_};
+  SampleRig host_;
+  std::optional<TreeWindow> window_;
 };
 
 TEST_F(TreeWindowTest, EnterOpensAPortsPropertiesAndWaitsForThem) {
@@ -45,17 +48,17 @@ TEST_F(TreeWindowTest, EnterOpensAPortsPropertiesAndWaitsForThem) {
     Click(sheet.Turn(0), IDC_PORT_CTS_ALWAYS_TRUE);
     sheet.PressOk();
   });
-  PressEnterOn(host_.Port(1));
+  PressEnterOn(host_.Port(0));
   window_->RunUntilClosed();
   EXPECT_TRUE(visit.Finish());
-  EXPECT_THAT(closed, testing::ElementsAre(&host_.Port(1)));
-  EXPECT_EQ(host_.Driver(1).Current(kPortSet).Number("EmulateCTSTrue"), 1u);
+  EXPECT_THAT(closed, testing::ElementsAre(&host_.Port(0)));
+  EXPECT_EQ(host_.Driver(0).Current(kPortSet).Number("EmulateCTSTrue"), 1u);
 }
 
 TEST_F(TreeWindowTest, SaysSoWhenADeviceHasNoPage) {
-  PressEnterOn(*host_.Port(1).parent);
+  PressEnterOn(*host_.Port(0).parent);
   PaintNow(window_->Window());
-  EXPECT_THAT(window_->Status(), testing::HasSubstr(L"Keldrin Veltranet Device Server has no settings page"));
+  EXPECT_THAT(window_->Status(), testing::HasSubstr(L"has no settings page"));
   EXPECT_TRUE(IsWindowEnabled(window_->Window()));
 }
 

@@ -1,44 +1,25 @@
-// What the tests of installation share: a machine, the DLL on it, and a look at the end.
+// What the tests of installation share: a computer without a device server, and the texts of its questions.
 #pragma once
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "workbench/machine/machine.h"
-#include "workbench/rig/device_installer.h"
+#include "rig_test.h"
 
 using workbench::ComPlaces;
-using workbench::Device;
 using workbench::DeviceEvent;
-using workbench::DeviceServer;
 using workbench::HandleKind;
-using workbench::ServerSpec;
 
-class InstallFixture : public testing::Test {
+class InstallTest : public RigTest {
  protected:
-  // Whatever a test does: no misuse of Windows, and nothing left open.
-  void TearDown() override {
-    EXPECT_THAT(machine.Calls().Violations(), testing::IsEmpty()) << machine.Calls().LogText();
-    EXPECT_THAT(machine.Calls().LeftOpen(), testing::IsEmpty());
-  }
+  InstallTest() : RigTest({.comNumbers = {}, .web = false}) {}
 
-  DeviceServer AddServer(std::vector<unsigned> comNumbers) {
-    wanted.comNumbers = std::move(comNumbers);
-    return AddDeviceServer(machine, wanted);
-  }
-  void InstallAll(const DeviceServer& server) {
+  // Every port of the server in turn.
+  void InstallAll() {
     for (Device* port : server.ports) EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR));
   }
   [[nodiscard]] std::wstring Parameters(const Device& device) const {
     return workbench::ParametersKeyOf(device.instanceId);
   }
-  [[nodiscard]] std::wstring PortName(const Device& device) {
-    return machine.Registry().Text(Parameters(device), L"PortName").value_or(L"");
-  }
-  [[nodiscard]] std::vector<std::wstring> PortNames(const DeviceServer& server) {
+  [[nodiscard]] std::wstring PortName(const Device& device) { return NameOf(device); }
+  [[nodiscard]] std::vector<std::wstring> PortNames() {
     std::vector<std::wstring> names;
     for (const Device* port : server.ports) names.push_back(PortName(*port));
     return names;
@@ -61,14 +42,11 @@ class InstallFixture : public testing::Test {
   // The message boxes' texts so far.
   [[nodiscard]] std::vector<std::wstring> Questions() {
     std::vector<std::wstring> texts;
-    for (const auto& box : machine.Screen().messageBoxes) texts.push_back(box.text);
+    for (const auto& box : Boxes()) texts.push_back(box.text);
     return texts;
   }
 
-  workbench::Machine machine;
-  workbench::Dll dll{machine};
-  workbench::DeviceInstaller installer{machine, dll};
-  ServerSpec wanted;
+  workbench::DeviceInstaller installer = Installer();
 };
 
 inline constexpr wchar_t kNameTaken[] =

@@ -1,9 +1,9 @@
-#include "workbench/rig/sample_host.h"
+#include "workbench/rig/sample_rig.h"
+
+#include <array>
 
 namespace workbench {
 namespace {
-
-constexpr std::uint32_t kLoopbackAddress = 0x7F000001;
 
 // What the device reports for its four ports, in its own codes.
 PortState DeviceStateOf(unsigned number) {
@@ -35,31 +35,25 @@ constexpr std::array kPortSettings = {
     Setting{4, "Stopbits", 1},     Setting{4, "FlowControl", 1},   Setting{4, "EmulateDSRTrue", 1},
 };
 
-}  // namespace
-
-SampleHost::SampleHost() {
-  web_.Start();
-  AddForeignPort(machine_, 1);
-  server_ = AddDeviceServer(machine_, {.comNumbers = {5, 6, 7, 8},
-                                       .driver = [this](unsigned index) { return &drivers_.at(index); }});
-  for (unsigned number = 1; number <= kPorts; ++number) SetUpPort(number);
-}
-
-void SampleHost::SetUpPort(unsigned number) {
-  web_.SetPort(number, DeviceStateOf(number));
-  ParameterValues& bus = Driver(number).Current(kBusSet);
-  bus.SetNumber("AddressToConnect", kLoopbackAddress);
-  bus.SetNumber("ServerWebPort", web_.Port());
+void SetUpPort(Rig& rig, unsigned number) {
+  rig.web.SetPort(number, DeviceStateOf(number));
+  ParameterValues& bus = rig.BusSet(number - 1);
   bus.SetNumber("PortNumber", 4000 + number);
   bus.SetNumber("ConnectionAttemptTimeout", 5);
-  bus.SetNumber("SerialPortIndex", number);
   bus.SetNumber("MACAddress1", 0x0004D3A2);
   bus.SetNumber("MACAddress2", 0x1B70);
   if (number == 3) bus.SetNumber("PortType", 0x4);  // its bit: an RS-422/485 port
-  ParameterValues& port = Driver(number).Current(kPortSet);
   for (const Setting& setting : kPortSettings) {
-    if (setting.port == number) port.SetNumber(setting.name, setting.value);
+    if (setting.port == number) rig.PortSet(number - 1).SetNumber(setting.name, setting.value);
   }
+}
+
+}  // namespace
+
+SampleRig::SampleRig() : Rig({.comNumbers = {}, .loaded = false}) {
+  AddForeignPort(machine, 1);
+  AddServer({5, 6, 7, 8});
+  for (unsigned number = 1; number <= kPorts; ++number) SetUpPort(*this, number);
 }
 
 }  // namespace workbench

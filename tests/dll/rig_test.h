@@ -1,0 +1,32 @@
+// What the tests of the DLL share: the rig, the sheets on it, and a look at the end.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "workbench/rig/page_controls.h"
+#include "workbench/rig/page_sheet.h"
+
+using workbench::AskForHelp;
+using workbench::Device;
+using workbench::DeviceServer;
+using workbench::kBusSet;
+using workbench::kPortSet;
+using workbench::PageRequest;
+using workbench::PageSheet;
+using workbench::PumpMessages;
+using workbench::Rig;
+using workbench::TipOf;
+
+// Whatever a test does: nothing stays open, and no interface was misused.
+class RigTest : public testing::Test, public Rig {
+ protected:
+  using Rig::Rig;
+  ~RigTest() override {
+    EXPECT_THAT(LeftOpen(), testing::IsEmpty());
+    EXPECT_THAT(Misuse(), testing::IsEmpty()) << machine.Calls().LogText();
+  }
+};
