@@ -11,7 +11,6 @@
 
 namespace {
 
-using testing::AnyOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -44,18 +43,21 @@ struct Row {
 const Row kRows[] = {
     {L"push_settings.exe " + kPort + L"19200 7 even 2 xon/xoff",
      0,
-     {"-> 19200", "-> 2", "-> 4", "&01: Baudrate ", "&01: Databits ", "&01: Parity ", "&01: Stopbits ",
-      "&01: FlowControl "},
-     {"&02: "}},
+     {"-> 19200", "-> 2", "-> 4", "port 1, set 0: Baudrate ", "port 1, set 0: Databits ",
+      "port 1, set 0: Parity ", "port 1, set 0: Stopbits ", "port 1, set 0: FlowControl "},
+     {"port 2, "}},
     // What is left out is kept.
     {L"push_settings.exe " + kPort + L"19200 - odd",
      0,
      {"Baudrate ", "Parity "},
      {"Databits ", "Stopbits ", "FlowControl "}},
-    {L"rename_port.exe " + kPort + L"COM42", 0, {"COM5 is now COM42", "(COM42)"}, {"disagree", "asked: "}},
+    {L"rename_port.exe " + kPort + L"COM42",
+     0,
+     {"COM5 is now COM42", "(COM42)"},
+     {"disagree", "Message box"}},
     {L"rename_port.exe " + kPort + L"COM6",
      1,
-     {"asked: This COM name is being used by another device", "still COM5: declined"}},
+     {"): This COM name is being used by another device", "still COM5: declined"}},
     {L"push_settings.exe", 2, {"usage: push_settings"}},
     {L"push_settings.exe " + kPort + L"fast", 2, {"\"fast\" is not a baud rate"}},
     {L"push_settings.exe " + kPort + L"-1", 2, {"\"-1\" is not a baud rate"}},
@@ -74,7 +76,7 @@ TEST(Examples, DoAndSayWhatTheyAreToldTo) {
     EXPECT_EQ(outcome.status, row.status) << outcome.output;
     for (const std::string& words : row.says) EXPECT_THAT(outcome.output, HasSubstr(words));
     for (const std::string& words : row.lacks) EXPECT_THAT(outcome.output, Not(HasSubstr(words)));
-    EXPECT_THAT(outcome.output, Not(AnyOf(HasSubstr("wrong: "), HasSubstr("left open: "))));
+    EXPECT_THAT(outcome.output, Not(HasSubstr("VIOLATION")));
   }
 }
 

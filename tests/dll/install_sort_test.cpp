@@ -10,7 +10,7 @@ using testing::IsEmpty;
 
 class InstallSort : public InstallTest {
  protected:
-  [[nodiscard]] std::optional<std::uint32_t> Flag(const DeviceServer& server) {
+  [[nodiscard]] std::optional<std::uint32_t> Flag() {
     return machine.Registry().Dword(Parameters(*server.card), L"ChildPortNameSorted");
   }
   // The calls that concern the installation of a device, without their common prefix, with what they held.
@@ -35,7 +35,7 @@ TEST_F(InstallSort, PortsThatCameUpOutOfOrderEndInOrderWithOneRestart) {
   InstallAll();
   EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6", L"COM7"));
   ExpectAgreement();
-  EXPECT_EQ(Flag(server), 1u);
+  EXPECT_EQ(Flag(), 1u);
   EXPECT_THAT(Restarts(), ElementsAre(server.card->instanceId));
   EXPECT_THAT(machine.ComNames().Claimed(), ElementsAre(5, 6, 7));
   EXPECT_THAT(Questions(), IsEmpty());
@@ -68,12 +68,12 @@ TEST_F(InstallSort, StepsOfARestart) {
 }
 
 TEST_F(InstallSort, ParametersThatCannotBeReadAreNotWrittenBack) {
-  const DeviceServer server = AddServer({6, 5});
+  AddServer({6, 5});
   machine.Calls().Inject(
       {.function = "SetupDiGetDeviceInstallParamsW", .count = workbench::Fault::kEveryLater});
-  InstallAll(server);
+  InstallAll();
   EXPECT_EQ(machine.Calls().CountOf("SetupDiSetDeviceInstallParamsW"), 0u);
-  EXPECT_THAT(PortNames(server), ElementsAre(L"COM5", L"COM6"));
+  EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6"));
   EXPECT_THAT(Restarts(), ElementsAre(server.card->instanceId));
 }
 
@@ -98,7 +98,7 @@ TEST_F(InstallSort, PortsInOrderGetTheFlagAndNothingElse) {
     const std::vector<std::wstring> before = PortNames();
     EXPECT_EQ(installer.Install(*server.ports[0]), static_cast<DWORD>(NO_ERROR));
     EXPECT_EQ(PortNames(), before);
-    EXPECT_EQ(Flag(server), 1u);
+    EXPECT_EQ(Flag(), 1u);
     machine.Devices().Remove(*server.card);
   }
   EXPECT_EQ(machine.Calls().CountOf("DefineDosDeviceW"), 0u);
@@ -110,16 +110,16 @@ TEST_F(InstallSort, APortThatIsNotReadyPutsTheSortingOff) {
   machine.Devices().Stop(*server.ports[2]);
   installer.Install(*server.ports[0]);
   EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5", L"COM6"));
-  EXPECT_FALSE(Flag(server));
+  EXPECT_FALSE(Flag());
   machine.Devices().Start(*server.ports[2]);
   machine.Registry().DeleteValue(Parameters(*server.ports[2]), L"PortName");
   installer.Install(*server.ports[0]);
   EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5", L""));
-  EXPECT_FALSE(Flag(server));
+  EXPECT_FALSE(Flag());
   machine.Registry().SetText(Parameters(*server.ports[2]), L"PortName", L"COM6");
   installer.Install(*server.ports[1]);
   EXPECT_THAT(PortNames(), ElementsAre(L"COM5", L"COM6", L"COM7"));
-  EXPECT_EQ(Flag(server), 1u);
+  EXPECT_EQ(Flag(), 1u);
 }
 
 TEST_F(InstallSort, AServerIsSortedOnce) {
@@ -138,7 +138,7 @@ TEST_F(InstallSort, ARenameThatFailsInASwapLeavesTheHolderAside) {
   machine.Calls().Inject({.function = "DefineDosDeviceW", .from = 4});
   installer.Install(*server.ports[0]);
   EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM3"));
-  EXPECT_FALSE(Flag(server));
+  EXPECT_FALSE(Flag());
   EXPECT_THAT(Restarts(), IsEmpty());
   ExpectAgreement();
   installer.Install(*server.ports[1]);
@@ -150,7 +150,7 @@ TEST_F(InstallSort, WithoutAFreeNumberOrTheDatabaseNothingIsSwapped) {
   for (DWORD number = 3; number <= 255; ++number) machine.ComNames().Claim(number);
   InstallAll();
   EXPECT_THAT(PortNames(), ElementsAre(L"COM7", L"COM5"));
-  EXPECT_EQ(Flag(server), 1u);
+  EXPECT_EQ(Flag(), 1u);
   for (DWORD number = 8; number <= 255; ++number) machine.ComNames().Release(number);
   machine.Registry().DeleteValue(Parameters(*server.card), L"ChildPortNameSorted");
   machine.ComNames().openError = ERROR_ACCESS_DENIED;
@@ -190,7 +190,7 @@ TEST_F(InstallSort, CallsGrowInStepWithThePorts) {
     AddServer(numbers);
     machine.Calls().ClearLog();
     installer.Install(*server.ports[0]);
-    EXPECT_EQ(Flag(server), 1u);
+    EXPECT_EQ(Flag(), 1u);
     EXPECT_EQ(PortName(*server.ports[0]), L"COM" + std::to_wstring(251 - count));
     callsPerPort.push_back(static_cast<double>(machine.Calls().Log().size()) / count);
     machine.Devices().Remove(*server.card);

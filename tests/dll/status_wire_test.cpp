@@ -100,10 +100,9 @@ TEST_F(StatusWire, TheDeviceServerSeesAPlainGet) {
   const workbench::HttpRequest& request = requests[0].request;
   EXPECT_EQ(request.method, "GET");
   EXPECT_EQ(request.target, "/p1");
-  std::map<std::string, std::string> headers(request.headers.begin(), request.headers.end());
-  EXPECT_EQ(headers["accept"], "*/*");
-  EXPECT_EQ(headers["user-agent"], "dll_tests");
-  EXPECT_EQ(headers.count("content-type"), 0u);
+  EXPECT_THAT(request.head, testing::HasSubstr("\r\nAccept: */*\r\n"));
+  EXPECT_THAT(request.head, testing::HasSubstr("\r\nUser-Agent: dll_tests\r\n"));
+  EXPECT_THAT(request.head, testing::Not(testing::HasSubstr("Content-Type")));
 }
 
 struct FailureRow {

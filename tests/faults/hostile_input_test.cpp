@@ -154,7 +154,7 @@ TEST_F(HostileInput, AnswersOfTheDeviceServer) {
     const PortState state{.baudRate = random(), .parity = random() % 8, .state = random() % 4};
     static constexpr Framing kFramings[] = {Framing::ContentLength, Framing::Chunked, Framing::UntilClose};
     const Answer answer{.framing = kFramings[random() % 3], .padBefore = random() % 8 == 0 ? 4090u : 0u};
-    std::string raw = Render(answer, {"GET", "/p1", "HTTP/1.1", {}}, StatusDocument(state)).bytes;
+    std::string raw = Render(answer, StatusDocument(state));
     Mutate(raw, random, kWordsOfAnswers);
     web.SetAnswer("/p1", {.raw = std::move(raw)});
   });

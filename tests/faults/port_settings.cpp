@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "workbench/rig/device_installer.h"
+
 namespace workbench {
 namespace {
 

@@ -3,17 +3,14 @@
 
 #include <windows.h>
 
-#include <array>
 #include <string>
-#include <vector>
 
+#include "workbench/demo/report.h"
 #include "workbench/machine/gate/redirection.h"
-#include "workbench/machine/machine.h"
-#include "workbench/simulated_driver/port_driver.h"
 
 namespace workbench {
 
-// A machine with a device server of four ports, COM5 to COM8, and their drivers. KdUUI10.DLL is loaded from
+// A rig with a device server of four ports, COM5 to COM8. KdUUI10.DLL is loaded from
 // `folder` (with a backslash at its end) and works on it, and so does the program itself as far as it calls
 // what is simulated; everything else of it is real. One per process, made before the program's own code runs.
 class Agent {
@@ -26,16 +23,8 @@ class Agent {
   [[nodiscard]] std::wstring Report();
 
  private:
-  static constexpr unsigned kPorts = 4;
-
-  [[nodiscard]] std::wstring ChangedSettings();
-  [[nodiscard]] std::wstring MessageBoxes();
-  [[nodiscard]] std::wstring Faults();
-
-  std::array<PortDriver, kPorts> drivers_;  // outlive the machine
-  std::vector<ParameterValues> before_;     // both sets of each port
-  Machine machine_;
-  DeviceServer server_;
+  Rig rig_{{.comNumbers = {5, 6, 7, 8}, .web = false, .loaded = false}};
+  DriverValues before_ = ValuesOf(rig_);
   // Never freed: the process ends with the agent, and then a DLL must not be unloaded any more.
   const Dll& dll_;
   Redirection program_;

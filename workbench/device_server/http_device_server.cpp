@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <utility>
 
 namespace workbench {
@@ -11,64 +10,39 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr std::size_t kLargestHead = 16 * 1024;
-constexpr std::chrono::seconds kIdleLimit{30};
-constexpr milliseconds kStopCheck{50};
+constexpr milliseconds kStopCheck{20};
 
 // Ends the sending side and takes what still comes in. Closing a socket with unread bytes would reset the
 // connection, and the reset may overtake the end of the answer.
 void CloseGracefully(SOCKET socket) {
   shutdown(socket, SD_SEND);
-  LimitReceiveTime(socket, std::chrono::seconds(2));
   std::array<char, 1024> rest{};
-  while (Receive(socket, rest).value_or(0) > 0) {
+  while (WaitForBytes(socket, milliseconds(2000)) && Receive(socket, rest) > 0) {
   }
 }
 
 }  // namespace
 
-HttpDeviceServer::HttpDeviceServer() = default;
-
-HttpDeviceServer::~HttpDeviceServer() {
+void HttpDeviceServer::Start() {
   Stop();
-}
-
-void HttpDeviceServer::Start(std::uint16_t port) {
-  Stop();
-  UniqueSocket listener = ListenOnLoopback(port);
-  const std::scoped_lock hold(lock_);
-  port_ = LocalPort(listener.Get());
-  listener_ = std::move(listener);
+  listener_ = ListenOnLoopback();
+  port_ = LocalPort(listener_.Get());
   stopping_ = false;
-  acceptor_ = std::thread([this] { AcceptConnections(); });
+  thread_ = std::thread([this] { ServeClients(); });
 }
 
 void HttpDeviceServer::Stop() {
-  {
-    const std::scoped_lock hold(lock_);
-    stopping_ = true;
-    listener_.Reset();
-    // The sockets stay the threads' to close; shut down, their calls return.
-    for (Connection& connection : connections_) shutdown(connection.socket.Get(), SD_BOTH);
-  }
-  stopSignal_.notify_all();
-  if (acceptor_.joinable()) acceptor_.join();
-  for (Connection& connection : connections_) connection.thread.join();
-  connections_.clear();
-}
-
-std::uint16_t HttpDeviceServer::Port() const {
-  const std::scoped_lock hold(lock_);
-  return port_;
+  if (!thread_.joinable()) return;
+  stopping_ = true;
+  // Closing a listener does not wake who waits for a client everywhere; a client does.
+  static_cast<void>(ConnectToLoopback(port_));
+  thread_.join();
+  listener_.Reset();
 }
 
 void HttpDeviceServer::SetPort(unsigned portNumber, const PortState& state) {
   const std::scoped_lock hold(lock_);
   ports_[portNumber] = state;
-}
-
-PortState HttpDeviceServer::PortAt(unsigned portNumber) const {
-  const std::scoped_lock hold(lock_);
-  return ports_.at(portNumber);
 }
 
 void HttpDeviceServer::SetAnswer(const std::string& path, const Answer& answer) {
@@ -97,165 +71,74 @@ void HttpDeviceServer::ClearRequests() {
   requests_.clear();
 }
 
-void HttpDeviceServer::Verbose(bool verbose) {
-  const std::scoped_lock hold(lock_);
-  verbose_ = verbose;
-}
-
-void HttpDeviceServer::AcceptConnections() {
-  SOCKET listener = INVALID_SOCKET;
-  {
-    const std::scoped_lock hold(lock_);
-    listener = listener_.Get();
-  }
+void HttpDeviceServer::ServeClients() {
   for (;;) {
-    UniqueSocket client(accept(listener, nullptr, nullptr));
-    JoinFinished();
-    const std::scoped_lock hold(lock_);
+    const UniqueSocket client(accept(listener_.Get(), nullptr, nullptr));
     if (stopping_ || !client) return;
-    Connection& connection = connections_.emplace_back();
-    connection.number = ++lastConnection_;
-    connection.socket = std::move(client);
-    connection.thread = std::thread([this, &connection] { Serve(connection); });
+    Serve(client.Get());
   }
 }
 
-void HttpDeviceServer::JoinFinished() {
-  std::list<Connection> finished;
-  {
-    const std::scoped_lock hold(lock_);
-    for (auto at = connections_.begin(); at != connections_.end();) {
-      const auto here = at++;
-      if (here->finished) finished.splice(finished.end(), connections_, here);
-    }
-  }
-  for (Connection& connection : finished) connection.thread.join();
-}
-
-void HttpDeviceServer::Serve(Connection& connection) {
+// Reads the head of one request and answers it. A client that goes on sending, or sends nothing, is left.
+void HttpDeviceServer::Serve(SOCKET client) {
   std::string received;
-  while (ServeNext(connection, received)) {
-  }
-  const std::scoped_lock hold(lock_);
-  connection.socket.Reset();
-  connection.finished = true;
-}
-
-// Reads one request and answers it; false when the connection is done. `received` keeps what came in
-// beyond the request.
-bool HttpDeviceServer::ServeNext(const Connection& connection, std::string& received) {
-  const auto receiveMore = [&] { return ReceiveMore(connection.socket.Get(), received); };
   std::size_t end = std::string::npos;
   while ((end = received.find("\r\n\r\n")) == std::string::npos) {
-    if (received.size() > kLargestHead) return Reject(connection, 431);
-    if (!receiveMore()) return false;
+    if (received.size() > kLargestHead) return;
+    while (!WaitForBytes(client, kStopCheck)) {
+      if (stopping_) return;
+    }
+    std::array<char, 4096> buffer;
+    const std::size_t count = Receive(client, buffer);
+    if (count == 0) return;
+    received.append(buffer.data(), count);
   }
   const auto request = ParseRequestHead(std::string_view(received).substr(0, end));
-  received.erase(0, end + 4);
-  const auto bodyLength = request ? request->BodyLength() : std::nullopt;
-  if (!bodyLength || *bodyLength > kLargestHead) return Reject(connection, 400);
-  while (received.size() < *bodyLength) {
-    if (!receiveMore()) return false;
-  }
-  received.erase(0, *bodyLength);
-  return Respond(connection, *request);
-}
-
-// Shutting a socket down does not wake a receive everywhere, so the wait looks up in between.
-bool HttpDeviceServer::ReceiveMore(SOCKET socket, std::string& received) {
-  for (milliseconds waited{0}; !WaitForBytes(socket, kStopCheck); waited += kStopCheck) {
-    if (waited >= kIdleLimit || !Wait(milliseconds(0))) return false;
-  }
-  std::array<char, 4096> buffer;
-  const std::size_t count = Receive(socket, buffer).value_or(0);
-  received.append(buffer.data(), count);
-  return count > 0;
-}
-
-bool HttpDeviceServer::Reject(const Connection& connection, int status) {
-  const HttpRequest unreadable{"GET", "", "HTTP/1.0", {}};
-  Log(connection, unreadable, status);
-  const RenderedAnswer rendered =
-      Render({.status = status}, unreadable, "<html><body>Not served</body></html>\r\n");
-  if (SendAll(connection.socket.Get(), rendered.bytes)) CloseGracefully(connection.socket.Get());
-  return false;
-}
-
-bool HttpDeviceServer::Respond(const Connection& connection, const HttpRequest& request) {
+  if (!request) return;
   std::string document;
-  const Answer answer = TakeAnswer(request, document);
-  const RenderedAnswer rendered = Render(answer, request, std::move(document));
-  // Logged before the answer goes out: whoever has the answer finds the request in the log.
-  Log(connection, request, answer.raw || answer.closeAfter == 0u ? 0 : answer.status);
-  const SOCKET socket = connection.socket.Get();
-  std::string_view bytes = rendered.bytes;
-  const bool cut = answer.closeAfter && *answer.closeAfter < bytes.size();
-  if (cut) bytes = bytes.substr(0, *answer.closeAfter);
-  if (!Send(socket, answer, bytes)) return false;
-  if (rendered.keepsConnection) return true;
-  CloseGracefully(socket);
-  return false;
-}
-
-bool HttpDeviceServer::Send(SOCKET socket, const Answer& answer, std::string_view bytes) {
-  if (answer.delay.count() > 0 && !Wait(answer.delay)) return false;
-  const std::size_t pieceSize = answer.pieceSize ? answer.pieceSize : bytes.size();
-  while (!bytes.empty()) {
-    const std::string_view piece = bytes.substr(0, pieceSize);
-    if (!SendAll(socket, piece)) return false;
-    bytes.remove_prefix(piece.size());
-    if (!bytes.empty() && answer.pause.count() > 0 && !Wait(answer.pause)) return false;
+  const Answer answer = TakeAnswer(request->target, document);
+  std::string bytes = Render(answer, std::move(document));
+  if (answer.closeAfter) bytes.resize(std::min(bytes.size(), *answer.closeAfter));
+  {
+    // Logged before the answer goes out: whoever has the answer finds the request in the log.
+    const std::scoped_lock hold(lock_);
+    requests_.push_back({*request, answer.raw || answer.closeAfter == 0u ? 0 : answer.status});
   }
-  return true;
+  if (Send(client, answer, bytes) && !answer.closeAfter) CloseGracefully(client);
 }
 
-// False when the server was stopped meanwhile.
-bool HttpDeviceServer::Wait(std::chrono::milliseconds time) {
-  std::unique_lock hold(lock_);
-  return !stopSignal_.wait_for(hold, time, [this] { return stopping_; });
-}
-
-Answer HttpDeviceServer::TakeAnswer(const HttpRequest& request, std::string& document) {
+Answer HttpDeviceServer::TakeAnswer(const std::string& path, std::string& document) {
   const std::scoped_lock hold(lock_);
-  const std::string path = request.Path();
-  const std::optional<std::string> own = Document(path);
-  document = own.value_or("<html><body>There is nothing here</body></html>\r\n");
-  if (request.method != "GET" && request.method != "HEAD") return {.status = 405, .body = ""};
+  const auto port =
+      std::ranges::find_if(ports_, [&](const auto& one) { return path == "/p" + std::to_string(one.first); });
+  document = port == ports_.end() ? "<html><body>There is nothing here</body></html>\r\n"
+                                  : StatusDocument(port->second);
   if (const auto queue = queued_.find(path); queue != queued_.end() && !queue->second.empty()) {
     Answer answer = std::move(queue->second.front());
     queue->second.pop_front();
     return answer;
   }
   if (const auto scripted = answers_.find(path); scripted != answers_.end()) return scripted->second;
-  return {.status = own ? 200 : 404};
+  return {.status = port == ports_.end() ? 404 : 200};
 }
 
-// What a path has to say by itself; nothing where there is no such path. The lock is held.
-std::optional<std::string> HttpDeviceServer::Document(const std::string& path) const {
-  if (path == "/") return Index();
-  for (const auto& [number, state] : ports_) {
-    const std::string digits = std::to_string(number);
-    if (path == "/p" + digits) return StatusDocument(state);
-    if (path == "/serialport" + digits + ".html") return ConfigurationPage(number, state);
+bool HttpDeviceServer::Send(SOCKET client, const Answer& answer, std::string_view bytes) const {
+  if (!Wait(answer.delay)) return false;
+  const std::size_t pieceSize = answer.pieceSize ? answer.pieceSize : bytes.size();
+  while (!bytes.empty()) {
+    const std::string_view piece = bytes.substr(0, pieceSize);
+    if (!SendAll(client, piece)) return false;
+    bytes.remove_prefix(piece.size());
+    if (!bytes.empty() && !Wait(answer.pause)) return false;
   }
-  return std::nullopt;
+  return true;
 }
 
-std::string HttpDeviceServer::Index() const {
-  std::string page = "<!DOCTYPE html>\r\n<html><head><title>Device server</title></head>\r\n<body><ul>\r\n";
-  for (const auto& [number, state] : ports_) {
-    const std::string digits = std::to_string(number);
-    page += "<li><a href=\"/serialport" + digits + ".html\">Serial port " + digits + "</a></li>\r\n";
-  }
-  return page + "</ul></body></html>\r\n";
-}
-
-void HttpDeviceServer::Log(const Connection& connection, const HttpRequest& request, int status) {
-  const std::scoped_lock hold(lock_);
-  requests_.push_back({connection.number, request, status});
-  if (!verbose_) return;
-  std::printf("%u: %s %s -> %d\n", connection.number, request.method.c_str(), request.target.c_str(), status);
-  std::fflush(stdout);
+// False when the server is stopped meanwhile.
+bool HttpDeviceServer::Wait(milliseconds time) const {
+  for (; time.count() > 0 && !stopping_; time -= kStopCheck)
+    std::this_thread::sleep_for(std::min(time, kStopCheck));
+  return !stopping_;
 }
 
 }  // namespace workbench

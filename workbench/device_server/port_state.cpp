@@ -1,10 +1,16 @@
 #include "workbench/device_server/port_state.h"
 
 #include <array>
+#include <string_view>
 
 namespace workbench {
 namespace {
 
+// One tag of the status document.
+struct StateTag {
+  std::string_view name;
+  std::optional<unsigned> PortState::*value;
+};
 constexpr std::array kTags = {
     StateTag{"state", &PortState::state},
     StateTag{"portmode", &PortState::portMode},
@@ -20,10 +26,6 @@ constexpr std::array kTags = {
 
 }  // namespace
 
-std::span<const StateTag> StateTags() {
-  return kTags;
-}
-
 std::string StatusDocument(const PortState& state) {
   std::string document = "<port>\r\n";
   for (const StateTag& tag : kTags) {
@@ -33,18 +35,6 @@ std::string StatusDocument(const PortState& state) {
     document.append("</").append(tag.name).append(">\r\n");
   }
   return document + "</port>\r\n";
-}
-
-std::string ConfigurationPage(unsigned portNumber, const PortState& state) {
-  const std::string title = "Serial port " + std::to_string(portNumber);
-  std::string page = "<!DOCTYPE html>\r\n<html><head><title>" + title + "</title></head>\r\n<body><h1>" +
-                     title + "</h1>\r\n<table>\r\n";
-  for (const StateTag& tag : kTags) {
-    const std::optional<unsigned> value = state.*tag.value;
-    page.append("<tr><th>").append(tag.name).append("</th><td>");
-    page.append(value ? std::to_string(*value) : "-").append("</td></tr>\r\n");
-  }
-  return page + "</table></body></html>\r\n";
 }
 
 }  // namespace workbench

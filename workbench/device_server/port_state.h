@@ -4,9 +4,7 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 
 namespace workbench {
 
@@ -24,17 +22,7 @@ struct PortState {
   std::optional<unsigned> dsrLine = 1;
 };
 
-// One tag of the status document.
-struct StateTag {
-  std::string_view name;
-  std::optional<unsigned> PortState::*value;
-};
-// All tags, in the order of the document.
-[[nodiscard]] std::span<const StateTag> StateTags();
-
 // The status document, "<baud>9600</baud>" and so on, one tag per line. ASCII.
 [[nodiscard]] std::string StatusDocument(const PortState& state);
-// The web page on which a person configures the port. HTML, ASCII.
-[[nodiscard]] std::string ConfigurationPage(unsigned portNumber, const PortState& state);
 
 }  // namespace workbench

@@ -31,18 +31,13 @@ SocketLibrary::~SocketLibrary() {
   WSACleanup();
 }
 
-UniqueSocket ListenOnLoopback(std::uint16_t port) {
+UniqueSocket ListenOnLoopback() {
   UniqueSocket listener(socket(AF_INET, SOCK_STREAM, IPPROTO_TCP));
-  if (!listener) Throw("No socket");
-  // Two servers on one port would share the requests between them.
-  const BOOL alone = TRUE;
-  setsockopt(listener.Get(), SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&alone),
-             sizeof alone);
-  const sockaddr_in address = Loopback(port);
-  if (bind(listener.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    Throw(("Port " + std::to_string(port) + " cannot be bound").c_str());
+  const sockaddr_in address = Loopback(0);
+  if (!listener || bind(listener.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+      listen(listener.Get(), SOMAXCONN) != 0) {
+    Throw("no socket listens on loopback");
   }
-  if (listen(listener.Get(), SOMAXCONN) != 0) Throw("The socket does not listen");
   return listener;
 }
 
@@ -72,11 +67,10 @@ bool SendAll(SOCKET socket, std::string_view bytes) {
   return true;
 }
 
-std::optional<std::size_t> Receive(SOCKET socket, std::span<char> buffer) {
+std::size_t Receive(SOCKET socket, std::span<char> buffer) {
   const int length = static_cast<int>(std::min<std::size_t>(buffer.size(), INT_MAX));
   const int received = recv(socket, buffer.data(), length, 0);
-  if (received < 0) return std::nullopt;
-  return static_cast<std::size_t>(received);
+  return received < 0 ? 0 : static_cast<std::size_t>(received);
 }
 
 bool WaitForBytes(SOCKET socket, std::chrono::milliseconds limit) {
@@ -86,12 +80,6 @@ bool WaitForBytes(SOCKET socket, std::chrono::milliseconds limit) {
   const auto milliseconds = static_cast<long>(limit.count());
   timeval time{milliseconds / 1000, milliseconds % 1000 * 1000};
   return select(0, &readable, nullptr, nullptr, &time) != 0;
-}
-
-void LimitReceiveTime(SOCKET socket, std::chrono::milliseconds limit) {
-  const DWORD milliseconds = static_cast<DWORD>(limit.count());
-  setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&milliseconds),
-             sizeof milliseconds);
 }
 
 }  // namespace workbench

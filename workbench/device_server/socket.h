@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string_view>
 
@@ -30,9 +29,8 @@ class SocketLibrary {
   SocketLibrary& operator=(const SocketLibrary&) = delete;
 };
 
-// Listens on 127.0.0.1; port 0 takes a free one. Throws std::runtime_error, for example when the port is
-// taken.
-[[nodiscard]] UniqueSocket ListenOnLoopback(std::uint16_t port);
+// Listens on a free port of 127.0.0.1. Throws std::runtime_error.
+[[nodiscard]] UniqueSocket ListenOnLoopback();
 // Connects to 127.0.0.1; an invalid socket when nobody answers.
 [[nodiscard]] UniqueSocket ConnectToLoopback(std::uint16_t port);
 [[nodiscard]] std::uint16_t LocalPort(SOCKET socket);
@@ -41,9 +39,7 @@ class SocketLibrary {
 [[nodiscard]] bool SendAll(SOCKET socket, std::string_view bytes);
 // Waits until Receive has something to return at once; false when the time is over.
 [[nodiscard]] bool WaitForBytes(SOCKET socket, std::chrono::milliseconds limit);
-// Receives at least one byte and returns how many; 0 when the peer has closed, nothing on an error or when
-// no byte came in time.
-[[nodiscard]] std::optional<std::size_t> Receive(SOCKET socket, std::span<char> buffer);
-void LimitReceiveTime(SOCKET socket, std::chrono::milliseconds limit);
+// Receives at least one byte and returns how many; 0 when the peer has closed or is gone.
+[[nodiscard]] std::size_t Receive(SOCKET socket, std::span<char> buffer);
 
 }  // namespace workbench

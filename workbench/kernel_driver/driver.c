@@ -11,28 +11,20 @@ NTSTATUS kd_complete(IRP *irp, NTSTATUS status, ULONG_PTR information) {
   return status;
 }
 
-static struct kd_port_device *port_of(DEVICE_OBJECT *device) {
-  struct kd_port_device *port = device->DeviceExtension;
-  return port->kind == KD_PORT_DEVICE ? port : NULL;
-}
-
 static NTSTATUS NTAPI dispatch_create(DEVICE_OBJECT *device, IRP *irp) {
-  struct kd_port_device *port = port_of(device);
-  return port != NULL ? kd_port_create(port, irp) : kd_complete(irp, STATUS_SUCCESS, 0);
+  return kd_port_create(device->DeviceExtension, irp);
 }
 
 static NTSTATUS NTAPI dispatch_close(DEVICE_OBJECT *device, IRP *irp) {
-  struct kd_port_device *port = port_of(device);
-  return port != NULL ? kd_port_close(port, irp) : kd_complete(irp, STATUS_SUCCESS, 0);
+  return kd_port_close(device->DeviceExtension, irp);
 }
 
 static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT *device, IRP *irp) {
-  struct kd_port_device *port = port_of(device);
-  return port != NULL ? kd_port_control(port, irp) : kd_control_control(device, irp);
+  return kd_port_control(device->DeviceExtension, irp);
 }
 
 static void NTAPI unload(DRIVER_OBJECT *driver) {
-  kd_delete_control(driver);
+  (void)driver;
 }
 
 NTSTATUS NTAPI DriverEntry(DRIVER_OBJECT *driver, UNICODE_STRING *registry_path) {
@@ -44,5 +36,5 @@ NTSTATUS NTAPI DriverEntry(DRIVER_OBJECT *driver, UNICODE_STRING *registry_path)
   driver->MajorFunction[IRP_MJ_CLOSE] = dispatch_close;
   driver->MajorFunction[IRP_MJ_DEVICE_CONTROL] = dispatch_control;
   driver->MajorFunction[IRP_MJ_PNP] = kd_plug_and_play;
-  return kd_create_control(driver);
+  return STATUS_SUCCESS;
 }

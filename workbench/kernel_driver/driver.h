@@ -1,17 +1,12 @@
-/* What the parts of the kernel driver share: ports.c is the port devices, control.c the back door. */
+/* What the parts of the kernel driver share: ports.c is the port devices. */
 #ifndef KD_DRIVER_H
 #define KD_DRIVER_H
 
 #include <ddk/wdm.h>
 
-#include "driver_control.h"
 #include "exchange.h"
 
-/* First member of the extension of every device of the driver. */
-enum kd_device_kind { KD_CONTROL_DEVICE, KD_PORT_DEVICE };
-
 struct kd_port_device {
-  enum kd_device_kind kind;
   DEVICE_OBJECT* bus;   /* the device that the bus made */
   DEVICE_OBJECT* lower; /* next in the stack */
   UNICODE_STRING interface_link;
@@ -20,7 +15,7 @@ struct kd_port_device {
   struct kd_port port;
 };
 
-/* Guards every port and the back door's state. Held for a request, never across a call out of the driver. */
+/* Guards every port. Held for a request, never across a call out of the driver. */
 extern KSPIN_LOCK kd_lock;
 
 NTSTATUS kd_complete(IRP* irp, NTSTATUS status, ULONG_PTR information);
@@ -36,12 +31,5 @@ NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT* device, IRP* irp);
    device's driver key without its backslashes. `characters` has room for KD_MOST_REFERENCE. */
 enum { KD_MOST_REFERENCE = 128 };
 NTSTATUS kd_make_reference(DEVICE_OBJECT* bus, WCHAR* characters, UNICODE_STRING* reference);
-
-/* control.c; the last two with the lock held. */
-NTSTATUS kd_create_control(DRIVER_OBJECT* driver);
-void kd_delete_control(DRIVER_OBJECT* driver);
-NTSTATUS kd_control_control(DEVICE_OBJECT* device, IRP* irp);
-const struct kd_scripted_answer* kd_scripted(uint32_t code);
-void kd_record(const struct kd_record* record);
 
 #endif

@@ -9,7 +9,6 @@ NTSTATUS NTAPI kd_add_device(DRIVER_OBJECT *driver, DEVICE_OBJECT *bus) {
   const NTSTATUS status = IoCreateDevice(driver, sizeof(struct kd_port_device), NULL, 0x8001, 0, FALSE, &device);
   if (!NT_SUCCESS(status)) return status;
   struct kd_port_device *port = device->DeviceExtension;
-  port->kind = KD_PORT_DEVICE;
   port->bus = bus;
   port->open = FALSE;
   port->directory = NULL;
@@ -92,7 +91,6 @@ static NTSTATUS start(struct kd_port_device *port, IRP *irp) {
 
 NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT *device, IRP *irp) {
   struct kd_port_device *port = device->DeviceExtension;
-  if (port->kind != KD_PORT_DEVICE) return kd_complete(irp, STATUS_NOT_SUPPORTED, 0);
   const UCHAR minor = IoGetCurrentIrpStackLocation(irp)->MinorFunction;
   if (minor == IRP_MN_START_DEVICE) return start(port, irp);
   if (minor == IRP_MN_REMOVE_DEVICE || minor == IRP_MN_SURPRISE_REMOVAL) withdraw(port);
@@ -123,17 +121,16 @@ static BOOLEAN opened_as_agreed(const IO_STACK_LOCATION *stack) {
 
 NTSTATUS kd_port_create(struct kd_port_device *device, IRP *irp) {
   const IO_STACK_LOCATION *stack = IoGetCurrentIrpStackLocation(irp);
-  struct kd_record record = {.code = 0};
+  NTSTATUS status = STATUS_SUCCESS;
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
   if (device->open || !opened_as_agreed(stack)) {
-    record.status = STATUS_INVALID_PARAMETER;
+    status = STATUS_INVALID_PARAMETER;
   } else {
     device->open = TRUE;
     kd_begin_session(&device->port);
   }
-  kd_record(&record);
   KeReleaseSpinLock(&kd_lock, irql);
-  return kd_complete(irp, record.status, 0);
+  return kd_complete(irp, status, 0);
 }
 
 NTSTATUS kd_port_close(struct kd_port_device *device, IRP *irp) {
@@ -143,33 +140,15 @@ NTSTATUS kd_port_close(struct kd_port_device *device, IRP *irp) {
   return kd_complete(irp, STATUS_SUCCESS, 0);
 }
 
-/* Gives the scripted bytes as far as they fit; returns how many. */
-static uint32_t give(const struct kd_scripted_answer *answer, const struct kd_request *request) {
-  const uint32_t count =
-      answer->length < request->output_length ? answer->length : (uint32_t)request->output_length;
-  for (uint32_t i = 0; i < count; ++i) request->buffer[i] = answer->bytes[i];
-  return count;
-}
-
 NTSTATUS kd_port_control(struct kd_port_device *device, IRP *irp) {
   const IO_STACK_LOCATION *stack = IoGetCurrentIrpStackLocation(irp);
   const struct kd_request request = {.code = stack->Parameters.DeviceIoControl.IoControlCode,
                                      .buffer = irp->AssociatedIrp.SystemBuffer,
                                      .input_length = stack->Parameters.DeviceIoControl.InputBufferLength,
                                      .output_length = stack->Parameters.DeviceIoControl.OutputBufferLength};
-  struct kd_record record = {.code = request.code,
-                             .input_length = (uint32_t)request.input_length,
-                             .output_length = (uint32_t)request.output_length};
-  for (size_t i = 0; i < request.input_length && i < KD_KEPT_INPUT; ++i) record.input[i] = request.buffer[i];
+  uint32_t returned = 0;
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
-  const struct kd_scripted_answer *scripted = kd_scripted(request.code);
-  if (scripted != NULL) {
-    record.status = scripted->status;
-    record.returned = NT_SUCCESS(scripted->status) ? give(scripted, &request) : 0;
-  } else if (!kd_answer(&device->port, &request, &record.returned)) {
-    record.status = STATUS_INVALID_PARAMETER;
-  }
-  kd_record(&record);
+  const bool answered = kd_answer(&device->port, &request, &returned);
   KeReleaseSpinLock(&kd_lock, irql);
-  return kd_complete(irp, record.status, record.returned);
+  return kd_complete(irp, answered ? STATUS_SUCCESS : STATUS_INVALID_PARAMETER, returned);
 }

@@ -53,7 +53,7 @@ class Machine {
   [[nodiscard]] DeviceSets& Sets() { return sets_; }
   [[nodiscard]] OpenFiles& Files() { return files_; }
   [[nodiscard]] Desktop& Screen() { return screen_; }
-  [[nodiscard]] Host& System() { return host_; }
+  [[nodiscard]] SystemState& System() { return system_; }
 
   // Held by the hooks while they touch simulated state.
   [[nodiscard]] std::recursive_mutex& StateLock() { return stateLock_; }
@@ -68,7 +68,7 @@ class Machine {
   DeviceSets sets_;
   OpenFiles files_;
   Desktop screen_;
-  Host host_;
+  SystemState system_;
 };
 
 }  // namespace workbench

@@ -201,16 +201,8 @@ DriverAnswer PortDriver::Fill(std::span<std::byte> output, std::vector<std::byte
   if (misbehaviour == Misbehaviour::GrowAfterSize) return {ERROR_INSUFFICIENT_BUFFER, 0};
   const auto textOffset = FirstTextOffset(stream.size());
   stream.resize(output.size(), std::byte{0xEE});
-  if (misbehaviour == Misbehaviour::Garbage) {
-    // Neither constant nor periodic in 4 bytes, so that shifted reads are told apart.
-    for (std::size_t i = 0; i < stream.size(); ++i)
-      stream[i] = static_cast<std::byte>(fault->value + i * 151 + i / 7);
-  }
   if (misbehaviour == Misbehaviour::TextLength && textOffset && *textOffset + 4 <= stream.size()) {
     PutNumber(stream, *textOffset, fault->value);
-  }
-  if (misbehaviour == Misbehaviour::ShortAnswer) {
-    stream.resize(stream.size() - std::min<std::size_t>(stream.size(), fault->value));
   }
   std::ranges::copy(stream, output.begin());
   const bool lie = misbehaviour == Misbehaviour::LieAboutCount;

@@ -27,8 +27,6 @@ enum class Misbehaviour {
   Refuse,      // fails with `value` as error
   ReportSize,  // size request: answers `value`; the read then gives that many bytes, cut or followed by 0xEE
   GrowAfterSize,  // read: the set is larger than its size said, which fails the read
-  ShortAnswer,    // read: the last `value` bytes are missing
-  Garbage,        // read: the bytes are of a pattern that begins with `value`
   LieAboutCount,  // size, read: the right bytes, but the count of returned bytes is `value`
   TextLength,     // read: the length of the set's first text says `value`
 };

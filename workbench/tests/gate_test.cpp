@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <thread>
-
 #include "workbench/tests/probe_dll.h"
 
 namespace workbench {
@@ -37,18 +35,6 @@ class GateOfMachine : public testing::Test {
     return probe.Query(L"COM3", target, 64);
   }
 };
-
-TEST_F(GateOfMachine, LogsRealCallsInOrderWithTheirArguments) {
-  EXPECT_EQ(OpenAndClose(), ERROR_SUCCESS);
-  EXPECT_NE(Query(), 0u);
-  EXPECT_THAT(gate.OrderOf({"RegOpenKeyExW", "RegCloseKey", "QueryDosDeviceW"}),
-              ElementsAre("RegOpenKeyExW", "RegCloseKey", "QueryDosDeviceW"));
-  const Call open = gate.CallsOf("RegOpenKeyExW").at(0);
-  EXPECT_EQ(open.Text(1), kKey);
-  EXPECT_EQ(open.Number(3), static_cast<std::uint64_t>(KEY_READ));
-  EXPECT_TRUE(open.succeeded);
-  EXPECT_THAT(ToLine(open), HasSubstr("RegOpenKeyExW("));
-}
 
 TEST_F(GateOfMachine, FailsTheKthCallOfAllWithItsDocumentedFailure) {
   gate.Inject({.from = 3});
@@ -91,20 +77,6 @@ TEST_F(GateOfMachine, CountsWhatIsOpenAndReportsASecondClose) {
   EXPECT_THAT(gate.Violations(), ElementsAre(HasSubstr("RegCloseKey")));
 }
 
-TEST_F(GateOfMachine, CountsKernelHandlesOfEveryKindTogether) {
-  PROCESS_INFORMATION started{};
-  ASSERT_TRUE(
-      (probe.Call<BOOL(const wchar_t*, PROCESS_INFORMATION*)>("Start", L"C:\\uninstall.exe", &started)));
-  EXPECT_EQ(gate.OpenCount(HandleKind::Process), 1u);
-  EXPECT_EQ(gate.OpenCount(HandleKind::Thread), 1u);
-  EXPECT_TRUE(probe.CloseFile(started.hThread));
-  EXPECT_EQ(gate.OpenCount(HandleKind::Thread), 0u);
-  EXPECT_EQ(WaitForSingleObject(started.hProcess, 0), WAIT_OBJECT_0);
-  EXPECT_EQ(machine.System().processes.at(0).application, L"C:\\uninstall.exe");
-  probe.CloseFile(started.hProcess);
-  EXPECT_THAT(gate.Violations(), IsEmpty());
-}
-
 TEST_F(GateOfMachine, FailsTheKthAllocation) {
   const auto allocate = [&] { return probe.Call<void*(std::size_t)>("Allocate", std::size_t{10}); };
   gate.FailAllocation(2);
@@ -116,42 +88,6 @@ TEST_F(GateOfMachine, FailsTheKthAllocation) {
   EXPECT_EQ(gate.Allocations(), 3u);
   probe.Call<void(void*)>("Free", first);
   probe.Call<void(void*)>("Free", third);
-}
-
-TEST_F(GateOfMachine, KeepsTheLastErrorOfTheFunction) {
-  wchar_t target[4];
-  SetLastError(ERROR_ARENA_TRASHED);
-  EXPECT_EQ(probe.Query(L"COM3", target, 4), 0u);
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
-  SetLastError(ERROR_ARENA_TRASHED);
-  EXPECT_EQ(OpenAndClose(), ERROR_SUCCESS);
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ARENA_TRASHED));
-}
-
-TEST_F(GateOfMachine, LogsTheCallsOfSeveralThreads) {
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      for (int j = 0; j < 25; ++j) OpenAndClose();
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(gate.CountOf("RegOpenKeyExW"), 100u);
-  EXPECT_EQ(gate.CountOf("RegCloseKey"), 100u);
-  EXPECT_THAT(gate.OpenHandles(), IsEmpty());
-  EXPECT_THAT(gate.Violations(), IsEmpty());
-}
-
-TEST_F(GateOfMachine, MessageBoxesAreAnsweredByScript) {
-  const auto ask = [&](const wchar_t* text) { return probe.Call<int(const wchar_t*)>("Ask", text); };
-  machine.Screen().Answer(IDYES);
-  EXPECT_EQ(ask(L"First?"), IDYES);
-  EXPECT_EQ(ask(L"Second?"), IDNO);
-  ASSERT_EQ(machine.Screen().messageBoxes.size(), 2u);
-  EXPECT_EQ(machine.Screen().messageBoxes[0].text, L"First?");
-  EXPECT_TRUE(machine.Screen().messageBoxes[0].scripted);
-  EXPECT_FALSE(machine.Screen().messageBoxes[1].scripted);
-  EXPECT_EQ(machine.Screen().messageBoxes[1].style, static_cast<UINT>(MB_YESNO));
 }
 
 }  // namespace

@@ -7,19 +7,6 @@
 namespace workbench {
 namespace {
 
-TEST(Redirection, CatchesADirectImport) {
-  Machine machine;
-  machine.DosNames().Define(L"COM77", L"\\Device\\KdPort5");
-  const ProbeDll probe(machine);
-  wchar_t target[64] = {};
-  EXPECT_EQ(probe.Query(L"com77", target, 64), 17u);  // both terminators counted
-  EXPECT_STREQ(target, L"\\Device\\KdPort5");
-  ASSERT_EQ(machine.Calls().CountOf("QueryDosDeviceW"), 1u);
-  const Call call = machine.Calls().CallsOf("QueryDosDeviceW").front();
-  EXPECT_EQ(call.Text(0), L"com77");
-  EXPECT_EQ(call.Number(2), 64u);
-}
-
 TEST(Redirection, CatchesDelayLoadedImports) {
   Machine machine;
   const ProbeDll probe(machine);
@@ -54,29 +41,6 @@ TEST(Redirection, FindsAFunctionOnlyInADllThatHasIt) {
   EXPECT_EQ(probe.Find("gdi32.dll", "ComDBOpen"), nullptr);
   EXPECT_EQ(probe.Call<FARPROC(const wchar_t*, const char*)>("FindLoaded", L"kernel32.dll", "NoSuchFunction"),
             nullptr);
-}
-
-TEST(Redirection, HelpIsThereWhenItIsInstalled) {
-  Machine machine;
-  const ProbeDll probe(machine);
-  const auto ordinal = reinterpret_cast<const char*>(15);
-  EXPECT_NE(probe.Find("C:\\windows\\system32\\hhctrl.ocx", ordinal), nullptr);
-  machine.Screen().htmlHelpInstalled = false;
-  EXPECT_EQ(probe.Find("hhctrl.ocx", ordinal), nullptr);
-}
-
-TEST(Redirection, SurvivesLoadingAndUnloading) {
-  for (int round = 0; round < 5; ++round) {
-    Machine machine;
-    machine.DosNames().Define(L"COM1", L"\\Device\\Round" + std::to_wstring(round));
-    for (int load = 0; load < 3; ++load) {
-      const ProbeDll probe(machine);
-      wchar_t target[64] = {};
-      EXPECT_NE(probe.Query(L"COM1", target, 64), 0u);
-      EXPECT_EQ(target, L"\\Device\\Round" + std::to_wstring(round));
-    }
-    EXPECT_EQ(GetModuleHandleW(L"redirect_probe.dll"), nullptr);
-  }
 }
 
 TEST(Redirection, PutsTheImportsBackWhenTheModuleStays) {

@@ -54,12 +54,6 @@ const char* NameOf(HandleKind kind) {
   return kNames.at(static_cast<std::size_t>(kind));
 }
 
-std::vector<const FunctionRow*> AllRows() {
-  std::vector<const FunctionRow*> all;
-  for (const auto& [name, row] : Rows()) all.push_back(row);
-  return all;
-}
-
 const FunctionRow* FindRow(const char* name) {
   const auto found = Rows().find(name);
   return found == Rows().end() ? nullptr : found->second;

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <vector>
 
 #include "workbench/machine/gate/import_table.h"
 
@@ -109,8 +108,6 @@ struct FunctionRow {
   bool allocates = false;        // memory: counted and failed apart, see Gate::FailAllocation
 };
 
-// All rows of all tables.
-[[nodiscard]] std::vector<const FunctionRow*> AllRows();
 // The row of a function, or null; names are unique over all DLLs.
 [[nodiscard]] const FunctionRow* FindRow(const char* name);
 

@@ -302,19 +302,9 @@ std::vector<std::string> Gate::LeftOpen() const {
   return left;
 }
 
-void Gate::ForgetHandles(HandleKind kind) {
-  const std::scoped_lock guard(lock_);
-  std::erase_if(handles_, [&](const auto& entry) { return entry.second.kind == kind; });
-}
-
 std::vector<std::string> Gate::Violations() const {
   const std::scoped_lock guard(lock_);
   return violations_;
-}
-
-void Gate::ClearViolations() {
-  const std::scoped_lock guard(lock_);
-  violations_.clear();
 }
 
 }  // namespace workbench

@@ -110,13 +110,10 @@ class Gate {
   // "key of RegOpenKeyExW" for each of them that the DLL does not keep on purpose: the mutex of the
   // installation, the process that it has started, and modules that were loaded when first needed.
   [[nodiscard]] std::vector<std::string> LeftOpen() const;
-  // Handles that stay open on purpose (a mutex of the installation, say) are taken out of the account.
-  void ForgetHandles(HandleKind kind);
 
   // Misuse of an interface that Windows would forgive, punish later or crash on: wrong sizes, wrong
   // handles, a second close, use after destroy. Empty after a correct run.
   [[nodiscard]] std::vector<std::string> Violations() const;
-  void ClearViolations();
 
   // -- for the hooks
   [[nodiscard]] CallTicket Enter(const FunctionRow& row, std::vector<CallArgument> arguments);

@@ -51,7 +51,6 @@ class Desktop {
   std::vector<HelpRecord> helpCalls{};
   std::vector<UINT> broadcasts{};
   bool htmlHelpInstalled = true;  // false: hhctrl.ocx cannot be loaded
-  INT_PTR shellResult = 42;       // what ShellExecuteW returns
 
   // For the hook.
   int Show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style);
@@ -62,7 +61,7 @@ class Desktop {
   bool show_ = false;
 };
 
-// The rest of the host: its version, its processes, its driver updates.
+// The rest of the system: its version, its processes, its driver updates.
 struct ProcessRecord {
   std::wstring application{}, commandLine{};
   bool inherit = false;
@@ -74,7 +73,7 @@ struct DriverUpdateRecord {
   std::wstring hardwareId{}, infPath{};
   DWORD flags = 0;
 };
-struct Host {
+struct SystemState {
   DWORD majorVersion = 10;
   DWORD minorVersion = 0;
   DWORD buildNumber = 19045;

@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -58,10 +57,6 @@ class DeviceSets {
   // The element that `data` names, or null with last error set; checks the size, the set and the device.
   [[nodiscard]] SetElement* FindElement(DeviceSet& set, const SP_DEVINFO_DATA* data);
   static void Fill(const SetElement& element, SP_DEVINFO_DATA& data);
-
-  // Called when the DLL calls the class installer, before the function is carried out: the place where
-  // Windows calls the device's co-installers. Must not keep `data`.
-  std::function<void(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* data)> coInstallers;
 
  private:
   Machine& machine_;

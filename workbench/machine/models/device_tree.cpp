@@ -169,7 +169,6 @@ void DeviceTree::Remove(Device& device) {
 
 void DeviceTree::Reenumerate(Device& device) {
   Record(DeviceEvent::Reenumerated, device);
-  if (bus_) bus_(device);
 }
 
 void DeviceTree::Record(DeviceEvent event, const Device& device) {

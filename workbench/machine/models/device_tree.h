@@ -6,7 +6,6 @@
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -103,8 +102,6 @@ class DeviceTree {
   // Takes the device and its children out of the tree, their registry keys with them.
   void Remove(Device& device);
   void Reenumerate(Device& device);
-  // Called on every re-enumeration, for a bus driver that brings its children back.
-  void OnReenumerate(std::function<void(Device&)> bus) { bus_ = std::move(bus); }
 
   [[nodiscard]] const std::vector<DeviceEventRecord>& Events() const { return events_; }
   // Ids of the devices that had this event, in order.
@@ -120,7 +117,6 @@ class DeviceTree {
   std::vector<std::unique_ptr<Device>> devices_;
   Device* root_ = nullptr;
   std::vector<DeviceEventRecord> events_;
-  std::function<void(Device&)> bus_;
 };
 
 }  // namespace workbench

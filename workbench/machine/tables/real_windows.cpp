@@ -18,8 +18,6 @@ constexpr Failure kNoResource = FailsWithZero(ERROR_RESOURCE_NAME_NOT_FOUND);
 const FunctionRow kRows[] = {
     {"user32.dll", KD_REAL(CreateWindowExW), kNoMemory, Returns(HandleKind::Window)},
     {"user32.dll", KD_REAL(DestroyWindow), kNoWindow, ClosesIfKnown(HandleKind::Window)},
-    {"user32.dll", KD_REAL(CreateDialogParamW), kNoMemory, Returns(HandleKind::Window)},
-    {"user32.dll", KD_REAL(DialogBoxParamW), FailsWithMinusOne(ERROR_NOT_ENOUGH_MEMORY)},
     {"user32.dll", KD_REAL(GetDlgItem), kNoControl},
     {"user32.dll", KD_REAL(GetDlgItemTextW), kNoControl},
     {"user32.dll", KD_REAL(SetDlgItemInt), kNoControl},
@@ -35,8 +33,6 @@ const FunctionRow kRows[] = {
     {"user32.dll", KD_REAL(GetDlgCtrlID), kNoWindow},
     {"user32.dll", KD_REAL(LoadStringW), kNoResource},
     {"user32.dll", KD_REAL(LoadCursorW), kNoResource},
-    {"user32.dll", KD_REAL(LoadIconW), kNoResource},
-    {"user32.dll", KD_REAL(LoadBitmapW), kNoResource, Returns(HandleKind::Gdi)},
     {"user32.dll", KD_REAL(SetTimer), kNoMemory},
     {"user32.dll", KD_REAL(KillTimer), CannotFail()},
     {"user32.dll", KD_REAL(EnableWindow), CannotFail()},

@@ -7,11 +7,9 @@ extern "C" {
 LONG WINAPI ComDBOpen(HANDLE* database);
 LONG WINAPI ComDBClose(HANDLE database);
 LONG WINAPI ComDBClaimPort(HANDLE database, DWORD number, BOOL force, BOOL* forced);
-LONG WINAPI ComDBClaimNextFreePort(HANDLE database, DWORD* number);
 LONG WINAPI ComDBReleasePort(HANDLE database, DWORD number);
 LONG WINAPI ComDBGetCurrentPortUsage(HANDLE database, BYTE* buffer, DWORD size, ULONG reportType,
                                      DWORD* ports);
-LONG WINAPI ComDBResizeDatabase(HANDLE database, DWORD newSize);
 }
 
 namespace workbench {
@@ -55,17 +53,6 @@ LONG WINAPI ClaimPort(HANDLE database, DWORD number, BOOL force, BOOL* forced) {
   return ERROR_SUCCESS;
 }
 
-LONG WINAPI ClaimNext(HANDLE database, DWORD* number) {
-  MachineLock machine;
-  if (!IsOpenDatabase(machine, database) || number == nullptr) return ERROR_INVALID_PARAMETER;
-  DWORD free = 1;
-  while (machine->ComNames().IsClaimed(free)) ++free;
-  if (free > machine->ComNames().Ports()) return ERROR_NO_LOG_SPACE;
-  machine->ComNames().Claim(free);
-  *number = free;
-  return ERROR_SUCCESS;
-}
-
 LONG WINAPI ReleasePort(HANDLE database, DWORD number) {
   MachineLock machine;
   if (!IsOpenDatabase(machine, database)) return ERROR_INVALID_PARAMETER;
@@ -96,15 +83,6 @@ LONG WINAPI GetUsage(HANDLE database, BYTE* buffer, DWORD size, ULONG reportType
     place = static_cast<BYTE>(place | (reportType == kReportBytes ? taken : taken << (index % 8)));
   }
   if (ports != nullptr) *ports = reported;
-  return ERROR_SUCCESS;
-}
-
-LONG WINAPI ResizeDatabase(HANDLE database, DWORD ports) {
-  MachineLock machine;
-  if (!IsOpenDatabase(machine, database)) return ERROR_INVALID_PARAMETER;
-  if (ports < machine->ComNames().Ports()) return ERROR_BAD_LENGTH;
-  if (ports > ComDatabase::kMaximumPorts || ports % 1024 != 0) return ERROR_INVALID_PARAMETER;
-  machine->ComNames().Resize(ports);
   return ERROR_SUCCESS;
 }
 
@@ -156,11 +134,9 @@ const FunctionRow kRows[] = {
     {"msports.dll", KD_SIMULATED(ComDBClose, Close), FailsWithStatus(ERROR_INVALID_PARAMETER),
      Closes(HandleKind::ComDatabase)},
     {"msports.dll", KD_SIMULATED(ComDBClaimPort, ClaimPort), FailsWithStatus(ERROR_CANTWRITE)},
-    {"msports.dll", KD_SIMULATED(ComDBClaimNextFreePort, ClaimNext), FailsWithStatus(ERROR_CANTWRITE)},
     {"msports.dll", KD_SIMULATED(ComDBReleasePort, ReleasePort), FailsWithStatus(ERROR_CANTWRITE)},
     {"msports.dll", KD_SIMULATED(ComDBGetCurrentPortUsage, GetUsage),
      FailsWithStatus(ERROR_INVALID_PARAMETER)},
-    {"msports.dll", KD_SIMULATED(ComDBResizeDatabase, ResizeDatabase), FailsWithStatus(ERROR_CANTWRITE)},
     {"kernel32.dll", KD_SIMULATED(QueryDosDeviceW, QueryName), FailsWithZero(ERROR_FILE_NOT_FOUND)},
     {"kernel32.dll", KD_SIMULATED(DefineDosDeviceW, DefineName), FailsWithZero(ERROR_ACCESS_DENIED)},
 };

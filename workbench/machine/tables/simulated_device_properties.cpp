@@ -226,7 +226,6 @@ BOOL WINAPI CallClassInstaller(DI_FUNCTION function, HDEVINFO handle, SP_DEVINFO
   MachineLock machine;
   SetElement* element = FindElement(machine, handle, data);
   if (element == nullptr) return FALSE;
-  if (machine->Sets().coInstallers) machine->Sets().coInstallers(function, handle, data);
   if (function == DIF_PROPERTYCHANGE) {
     machine->Calls().Note(L"DIF_PROPERTYCHANGE");
     return ChangeProperty(machine, *element);

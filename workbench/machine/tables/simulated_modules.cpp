@@ -140,7 +140,6 @@ const FunctionRow kRows[] = {
      Returns(HandleKind::Module)},
     {"kernel32.dll", KD_SIMULATED(FreeLibrary, Free), FailsWithZero(ERROR_INVALID_HANDLE),
      Closes(HandleKind::Module)},
-    {"kernel32.dll", KD_REAL(GetModuleHandleA), FailsWithZero(ERROR_MOD_NOT_FOUND)},
     {"kernel32.dll", KD_REAL(GetModuleHandleW), FailsWithZero(ERROR_MOD_NOT_FOUND)},
     {"kernel32.dll", KD_SIMULATED(GetProcAddress, Find), FailsWithZero(ERROR_PROC_NOT_FOUND)},
 };

@@ -17,14 +17,14 @@ BOOL WINAPI GetVersionRecord(OSVERSIONINFOW* version) {
     machine->Calls().Violate("version record of the wrong size");
     return FailWith(ERROR_INSUFFICIENT_BUFFER);
   }
-  const Host& host = machine->System();
-  if (host.versionCallFails) return FailWith(ERROR_INSUFFICIENT_BUFFER);
+  const SystemState& system = machine->System();
+  if (system.versionCallFails) return FailWith(ERROR_INSUFFICIENT_BUFFER);
   const DWORD size = version->dwOSVersionInfoSize;
   std::fill_n(reinterpret_cast<BYTE*>(version), size, BYTE{0});
   version->dwOSVersionInfoSize = size;
-  version->dwMajorVersion = host.majorVersion;
-  version->dwMinorVersion = host.minorVersion;
-  version->dwBuildNumber = host.buildNumber;
+  version->dwMajorVersion = system.majorVersion;
+  version->dwMinorVersion = system.minorVersion;
+  version->dwBuildNumber = system.buildNumber;
   version->dwPlatformId = VER_PLATFORM_WIN32_NT;
   if (extended) reinterpret_cast<OSVERSIONINFOEXW*>(version)->wProductType = VER_NT_WORKSTATION;
   return TRUE;

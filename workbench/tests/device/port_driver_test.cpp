@@ -1,17 +1,89 @@
 // The simulated drivers: the streams byte by byte, what they refuse, and how they misbehave on request.
-#include "workbench/tests/device/driver_requests.h"
+#include "workbench/simulated_driver/port_driver.h"
 
 #include <gmock/gmock.h>
 
-#include <numeric>
+#include <optional>
+#include <vector>
 
 namespace workbench {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using Operation = DriverFault::Operation;
+using Bytes = std::vector<std::byte>;
+
+constexpr DriverOpen kAgreedOpen{
+    .path = {}, .access = 0xC0000000, .disposition = OPEN_EXISTING, .flags = 0x40000000};
+
+Bytes Header(std::uint32_t selector, std::uint32_t mark = 0xFFFFFFFF) {
+  Bytes header;
+  for (const std::uint32_t number : {selector, mark}) {
+    for (unsigned shift = 0; shift < 32; shift += 8)
+      header.push_back(static_cast<std::byte>(number >> shift));
+  }
+  return header;
+}
+
+// A header and a set as it is, or with the byte at `spoilt` changed to `value`, or cut or extended by
+// `surplus`.
+Bytes Write(std::uint32_t selector, int surplus = 0, std::size_t spoilt = 0, int value = 0) {
+  Bytes bytes = Header(selector);
+  const Bytes stream = ParameterValues(selector).Encode();
+  bytes.insert(bytes.end(), stream.begin(), stream.end());
+  if (spoilt != 0) bytes.at(8 + spoilt) = static_cast<std::byte>(value);
+  bytes.resize(static_cast<std::size_t>(static_cast<int>(bytes.size()) + surplus));
+  return bytes;
+}
+
+struct RequestRow {
+  const char* name;
+  std::optional<std::uint32_t> sizeOf;  // the size of this current set is asked for first
+  DWORD code;
+  Bytes input;
+  std::size_t outputLength;
+  bool accepted;
+};
+
+std::vector<RequestRow> RequestRows() {
+  constexpr auto none = std::nullopt;
+  constexpr auto port = kPortSet;
+  constexpr auto bus = kBusSet;
+  return {
+      {"size of the port's set", none, kGetCurrentSize, Header(port), 4, true},
+      {"size of the bus's defaults", none, kGetDefaultSize, Header(bus), 4, true},
+      {"port's set", port, kGetCurrent, Header(port), 132, true},
+      {"bus's set", bus, kGetCurrent, Header(bus), 151, true},
+      {"write of the port's set", none, kSetCurrent, Write(port), 0, true},
+      {"write of the bus's set", none, kSetCurrent, Write(bus), 0, true},
+      {"unused code", none, 0x8001E00C, Header(port), 4, false},
+      {"code beyond the last", none, 0x8001E018, Header(port), 4, false},
+      {"no input", none, kGetCurrentSize, {}, 4, false},
+      {"a byte less than a header", none, kGetCurrentSize, Write(port, -133), 4, false},
+      {"a byte more than a header", none, kGetDefaultSize, Write(port, -131), 4, false},
+      {"third set", none, kGetCurrentSize, Header(2), 4, false},
+      {"wrong mark", none, kGetCurrentSize, Header(port, 0xFFFFFFFE), 4, false},
+      {"size into 3 bytes", none, kGetCurrentSize, Header(port), 3, false},
+      {"size into 8 bytes", none, kGetCurrentSize, Header(port), 8, false},
+      {"size into nothing", none, kGetCurrentSize, Header(port), 0, false},
+      {"read without size", none, kGetCurrent, Header(port), 132, false},
+      {"read of the other set", port, kGetCurrent, Header(bus), 151, false},
+      {"defaults after the current size", port, kGetDefault, Header(port), 132, false},
+      {"read into too much", port, kGetCurrent, Header(port), 133, false},
+      {"read into too little", port, kGetCurrent, Header(port), 131, false},
+      {"write of a header", none, kSetCurrent, Header(port), 0, false},
+      {"write a byte short", none, kSetCurrent, Write(port, -1), 0, false},
+      {"write a byte long", none, kSetCurrent, Write(bus, 1), 0, false},
+      {"write with an output buffer", none, kSetCurrent, Write(port), 4, false},
+      {"text one shorter than it is", none, kSetCurrent, Write(bus, 0, 24, 2), 0, false},
+      {"text one longer than it is", none, kSetCurrent, Write(bus, 0, 24, 4), 0, false},
+      {"text longer than the set", none, kSetCurrent, Write(bus, 0, 27, 0x7F), 0, false},
+      {"text without its zero", none, kSetCurrent, Write(bus, 0, 31, 'x'), 0, false},
+      {"a zero inside a text", none, kSetCurrent, Write(bus, 0, 29, 0), 0, false},
+      {"not a 7-bit character", none, kSetCurrent, Write(bus, 0, 28, 0xE4), 0, false},
+  };
+}
 
 std::uint32_t NumberAt(const Bytes& bytes, std::size_t offset) {
   std::uint32_t number = 0;
@@ -80,21 +152,6 @@ TEST_F(PortDriverTest, GivesBothSetsByteByByte) {
   EXPECT_THAT(driver_.Violations(), IsEmpty());
 }
 
-TEST_F(PortDriverTest, KeepsCurrentAndDefaultApartAndTakesWrites) {
-  driver_.Default(kPortSet).SetNumber("Baudrate", 1200);
-  ParameterValues wanted = driver_.Current(kPortSet);
-  wanted.SetNumber("Baudrate", 57600);
-  Bytes input = Header(kPortSet);
-  const Bytes stream = wanted.Encode();
-  input.insert(input.end(), stream.begin(), stream.end());
-  EXPECT_EQ(Send(kSetCurrent, input).error, DWORD{ERROR_SUCCESS});
-  EXPECT_EQ(NumberAt(Read(kGetCurrentSize, kPortSet), 16), 57600u);
-  EXPECT_EQ(NumberAt(Read(kGetDefaultSize, kPortSet), 16), 1200u);
-  ASSERT_THAT(driver_.Writes(), SizeIs(1));
-  EXPECT_THAT(Differences(driver_.Writes()[0], driver_.Default(kPortSet)),
-              ElementsAre("Baudrate 57600 -> 1200"));
-}
-
 TEST_F(PortDriverTest, RefusesAnOpenThatIsNotAsAgreed) {
   const struct {
     const char* name;
@@ -160,41 +217,40 @@ TEST_F(PortDriverTest, DecodesNothingButAWholeSet) {
   }
 }
 
-TEST_F(PortDriverTest, MisbehavesAsTold) {
-  DriverAnswer answer;
-  driver_.Inject({.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 0});
-  EXPECT_THAT(Read(kGetCurrentSize, kPortSet, answer), IsEmpty());
-  EXPECT_EQ(answer.returned, 0u);
-
-  driver_.ClearFaults();
-  driver_.Inject({.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 140});
-  EXPECT_EQ(NumberAt(Read(kGetCurrentSize, kPortSet), 136), 0xEEEEEEEEu) << "a long answer";
-
-  driver_.ClearFaults();
-  driver_.Inject({.misbehaviour = Misbehaviour::GrowAfterSize});
-  (void)Read(kGetCurrentSize, kPortSet, answer);
-  EXPECT_EQ(answer.error, DWORD{ERROR_INSUFFICIENT_BUFFER});
-
-  driver_.ClearFaults();
-  driver_.Inject({.misbehaviour = Misbehaviour::ShortAnswer, .value = 5});
-  (void)Read(kGetCurrentSize, kPortSet, answer);
-  EXPECT_EQ(answer.returned, 127u);
-
-  driver_.ClearFaults();
-  driver_.Inject({.misbehaviour = Misbehaviour::LieAboutCount, .value = 9999});
-  (void)Read(kGetCurrentSize, kPortSet, answer);
-  EXPECT_EQ(answer.returned, 9999u);
-
-  driver_.ClearFaults();
-  driver_.Inject({.misbehaviour = Misbehaviour::TextLength, .value = 0xFFFFFFFF, .selector = kBusSet});
-  EXPECT_EQ(NumberAt(Read(kGetCurrentSize, kBusSet), 24), 0xFFFFFFFFu);
-  EXPECT_EQ(Read(kGetCurrentSize, kPortSet), driver_.Current(kPortSet).Encode()) << "the other set";
-
-  driver_.ClearFaults();
-  driver_.Inject({.misbehaviour = Misbehaviour::Garbage, .value = 3});
-  EXPECT_NE(Read(kGetCurrentSize, kPortSet), driver_.Current(kPortSet).Encode());
-  EXPECT_THAT(driver_.Violations(), IsEmpty());
-  EXPECT_THROW(driver_.Inject({.operation = Operation::Write, .misbehaviour = Misbehaviour::Garbage}),
+TEST_F(PortDriverTest, MisbehavesAsItIsTold) {
+  const struct {
+    DriverFault fault;
+    std::size_t length;  // of the set that is read, what the driver says it gave, and a number in it
+    DWORD error, returned;
+    std::size_t at;
+    std::uint32_t number;
+  } rows[] = {
+      {{.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 0}, 0, 0, 0, 0, 0},
+      {{.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 140},
+       140,
+       0,
+       140,
+       136,
+       0xEEEEEEEE},
+      {{.misbehaviour = Misbehaviour::GrowAfterSize}, 132, ERROR_INSUFFICIENT_BUFFER, 0, 0, 0},
+      {{.misbehaviour = Misbehaviour::LieAboutCount, .value = 9999}, 132, 0, 9999, 4, 921600},
+      {{.misbehaviour = Misbehaviour::TextLength, .value = 0xFFFFFFFF}, 132, 0, 132, 4, 921600},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(static_cast<int>(row.fault.misbehaviour));
+    driver_.ClearFaults();
+    driver_.Inject(row.fault);
+    DriverAnswer answer;
+    const Bytes set = Read(kGetCurrentSize, kPortSet, answer);
+    EXPECT_EQ(set.size(), row.length);
+    EXPECT_EQ(answer.error, row.error);
+    EXPECT_EQ(answer.returned, row.returned);
+    if (row.at != 0) {
+      EXPECT_EQ(NumberAt(set, row.at), row.number);
+    }
+  }
+  EXPECT_EQ(NumberAt(Read(kGetCurrentSize, kBusSet), 24), 0xFFFFFFFFu) << "the length of its first text";
+  EXPECT_THROW(driver_.Inject({.operation = Operation::Write, .misbehaviour = Misbehaviour::TextLength}),
                std::invalid_argument);
 }
 

@@ -48,30 +48,15 @@ PROBE BOOL ControlFile(HANDLE file, DWORD code, void* in, DWORD inSize, void* ou
 PROBE BOOL CloseFile(HANDLE file) {
   return CloseHandle(file);
 }
-PROBE int Ask(const wchar_t* text) {
-  return MessageBoxW(nullptr, text, L"Probe", MB_YESNO);
-}
 PROBE void* Allocate(std::size_t size) {
   return std::malloc(size);
 }
 PROBE void Free(void* memory) {
   std::free(memory);
 }
-PROBE BOOL Start(const wchar_t* program, PROCESS_INFORMATION* result) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  return CreateProcessW(program, nullptr, nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS, nullptr, nullptr,
-                        &startup, result);
-}
 
 PROBE CONFIGRET Child(DEVINST* child, DEVINST node) {
   return CM_Get_Child(child, node, 0);
-}
-PROBE CONFIGRET Sibling(DEVINST* sibling, DEVINST node) {
-  return CM_Get_Sibling(sibling, node, 0);
-}
-PROBE CONFIGRET Parent(DEVINST* parent, DEVINST node) {
-  return CM_Get_Parent(parent, node, 0);
 }
 PROBE HDEVINFO AllDevices(const GUID* classGuid, DWORD flags) {
   return SetupDiGetClassDevsW(classGuid, nullptr, nullptr, flags);
@@ -82,17 +67,6 @@ PROBE BOOL Destroy(HDEVINFO set) {
 PROBE BOOL Enumerate(HDEVINFO set, DWORD index, SP_DEVINFO_DATA* data) {
   return SetupDiEnumDeviceInfo(set, index, data);
 }
-PROBE BOOL OpenDevice(HDEVINFO set, const wchar_t* id, SP_DEVINFO_DATA* data) {
-  return SetupDiOpenDeviceInfoW(set, id, nullptr, 0, data);
-}
-PROBE BOOL EnumerateInterfaces(HDEVINFO set, const GUID* classGuid, DWORD index,
-                               SP_DEVICE_INTERFACE_DATA* data) {
-  return SetupDiEnumDeviceInterfaces(set, nullptr, classGuid, index, data);
-}
-PROBE BOOL InterfaceDetail(HDEVINFO set, SP_DEVICE_INTERFACE_DATA* data,
-                           SP_DEVICE_INTERFACE_DETAIL_DATA_W* detail, DWORD size, DWORD* required) {
-  return SetupDiGetDeviceInterfaceDetailW(set, data, detail, size, required, nullptr);
-}
 PROBE HKEY DeviceKey(HDEVINFO set, SP_DEVINFO_DATA* data, REGSAM access) {
   return SetupDiOpenDevRegKey(set, data, DICS_FLAG_GLOBAL, 0, DIREG_DEV, access);
 }
@@ -101,8 +75,5 @@ PROBE BOOL ClassParams(HDEVINFO set, SP_DEVINFO_DATA* data, SP_CLASSINSTALL_HEAD
 }
 PROBE BOOL ClassInstaller(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* data) {
   return SetupDiCallClassInstaller(function, set, data);
-}
-PROBE BOOL DefineName(DWORD flags, const wchar_t* name, const wchar_t* target) {
-  return DefineDosDeviceW(flags, name, target);
 }
 }
