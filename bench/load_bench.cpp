@@ -13,7 +13,7 @@
 namespace {
 
 constexpr double kMostLoad = 1.5;
-constexpr double kMostBytes = 300 * 1024;
+constexpr double kMostBytes = 300'000;
 
 std::filesystem::path Beside(const wchar_t* name) {
   wchar_t path[MAX_PATH];
@@ -22,9 +22,12 @@ std::filesystem::path Beside(const wchar_t* name) {
 }
 
 bench::Work LoadAndFree(const std::filesystem::path& dll) {
-  return {.run = [path = dll.wstring()] {
+  return {.run = [path = dll] {
     const HMODULE module = LoadLibraryW(path.c_str());
-    if (module == nullptr) throw std::runtime_error("a DLL cannot be loaded");
+    if (module == nullptr) {
+      throw std::runtime_error(path.filename().string() + " cannot be loaded, error " +
+                               std::to_string(GetLastError()));
+    }
     FreeLibrary(module);
   }};
 }
@@ -43,7 +46,7 @@ void PrintSize() {
   const auto bytes = static_cast<double>(std::filesystem::file_size(Beside(L"KdUUI10.DLL")));
   char text[32];
   std::snprintf(text, sizeof text, "%.0f bytes", bytes);
-  bench::PrintRow("Size of the DLL", text, "300 KB", bytes / kMostBytes, 1.0);
+  bench::PrintRow("Size of the DLL", text, "300000 bytes", bytes / kMostBytes, 1.0);
 }
 
 }  // namespace
