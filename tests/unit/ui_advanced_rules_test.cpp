@@ -26,9 +26,9 @@ TEST(UiTcpIpRules, EachFieldIsAChangeOfItsOwn) {
   for (const auto& [field, parameter] : fields) {
     Bus set;
     TcpIpFields shown = FieldsOf(set);
-    EXPECT_FALSE(AdoptFields(set, shown));
+    EXPECT_FALSE(ApplyFields(set, shown));
     shown.*field = 20;
-    EXPECT_TRUE(AdoptFields(set, shown));
+    EXPECT_TRUE(ApplyFields(set, shown));
     EXPECT_EQ(set.*parameter, 20u);
   }
 }
