@@ -12,11 +12,12 @@ std::int32_t ParseDecimal(std::wstring_view text) noexcept {
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   std::int64_t value = 0;
   for (; peek() >= L'0' && peek() <= L'9'; ++at) {
-    // Held just past the limit, so that any number of digits stays far from overflow.
+    // Digits past the limit are dropped, so that any number of them stays far from overflow.
     if (value <= kMost) value = value * 10 + (peek() - L'0');
   }
-  if (negative)
+  if (negative) {
     return value > kMost ? std::numeric_limits<std::int32_t>::min() : static_cast<std::int32_t>(-value);
+  }
   return value > kMost ? std::numeric_limits<std::int32_t>::max() : static_cast<std::int32_t>(value);
 }
 

@@ -1,4 +1,7 @@
 // Handles of SetupAPI that close themselves. Windows only.
+//
+// SetupAPI reports failure by INVALID_HANDLE_VALUE where the registry and the kernel use null, so its keys
+// have a holder type of their own. An empty holder closes nothing.
 #pragma once
 
 #include <windows.h>
@@ -7,7 +10,7 @@
 
 #include "base/unique_handle.h"
 
-// SetupDiOpenDevRegKey: INVALID_HANDLE_VALUE when it fails, unlike the registry's own calls.
+// A device's hardware or software key, from SetupDiOpenDevRegKey.
 struct DeviceKeyTraits {
   using Handle = HKEY;
   static Handle Invalid() noexcept { return static_cast<HKEY>(INVALID_HANDLE_VALUE); }
@@ -15,7 +18,8 @@ struct DeviceKeyTraits {
 };
 using CDeviceKey = CUniqueHandle<DeviceKeyTraits>;
 
-// SetupDiGetClassDevsW, SetupDiCreateDeviceInfoList: INVALID_HANDLE_VALUE when they fail.
+// A device information set, from SetupDiGetClassDevsW or SetupDiCreateDeviceInfoList. Its information
+// elements are valid for as long as the set is.
 struct DeviceInfoListTraits {
   using Handle = HDEVINFO;
   static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }

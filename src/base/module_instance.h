@@ -3,7 +3,8 @@
 
 #include <windows.h>
 
-// Called once, by DllMain.
+// Called once, by DllMain, before any other function of the module runs.
 void SetModuleInstance(HINSTANCE instance) noexcept;
 
+// Null until it has been set. Not to be freed. Any thread.
 [[nodiscard]] HINSTANCE ModuleInstance() noexcept;

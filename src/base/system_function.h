@@ -1,18 +1,21 @@
-// A function that is looked for once.
+// A function that is looked for once. Portable.
 #pragma once
 
 #include <atomic>
 
-// Keeps what the first look-up found, null included, for the life of the process. Any thread may ask; two
-// that ask first at the same time may both look, and find the same.
+// Keeps what the first look-up found, null included, for as long as the module is loaded. To be declared
+// `static constinit`. Any thread may call Get; two threads that call it first at the same time may both look,
+// and find the same.
 //
-// Not a function-local static: the compiler's guard around one uses the thread library's objects, which take
-// handles for every thread that passes and end the process when there is no memory for them.
+// A function-local static that is initialised at run time would not do: the compiler's guard around it uses
+// the thread library's objects, which take handles for every thread that passes and end the process when
+// there is no memory for them.
 template <class Function>
 class CSystemFunction {
  public:
   constexpr CSystemFunction() noexcept = default;
 
+  // The function, or null when it does not exist. `find` is called without arguments and returns a Function.
   template <class Find>
   [[nodiscard]] Function Get(Find&& find) noexcept {
     if (!looked_.load(std::memory_order_acquire)) {

@@ -7,8 +7,11 @@
 
 #include "base/last_error.h"
 
-// Owns one handle. Traits say what the handle is: a type Handle, Invalid() and Close(handle).
-// Closing keeps the thread's last error, so that a failure can be reported after clean-up.
+// Owns one handle, or none, and closes it at destruction. Can be moved and not copied; a holder that was
+// moved from is empty. Traits say what the handle is: a type Handle, Invalid() and Close(handle).
+//
+// Closing keeps the thread's last error, so that a failure can be reported after clean-up. One object serves
+// one thread; the handle itself may be closed on any thread that Windows allows.
 template <class Traits>
 class CUniqueHandle {
  public:
@@ -25,7 +28,9 @@ class CUniqueHandle {
   CUniqueHandle& operator=(const CUniqueHandle&) = delete;
   ~CUniqueHandle() { Reset(); }
 
+  // The handle, which stays the object's; the invalid value when it is empty.
   [[nodiscard]] Handle Get() const noexcept { return handle_; }
+  // Whether a handle is held.
   [[nodiscard]] explicit operator bool() const noexcept { return handle_ != Traits::Invalid(); }
 
   // Closes what is held and takes `handle` over.
@@ -71,6 +76,8 @@ struct RegistryKeyTraits {
 };
 using CRegistryKey = CUniqueHandle<RegistryKeyTraits>;
 
+// CreateSolidBrush, CreateFontIndirectW and the like: null when they fail. An object must not be selected
+// into a device context when its holder closes it.
 template <class HandleType>
 struct GdiHandleTraits {
   using Handle = HandleType;

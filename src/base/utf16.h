@@ -1,4 +1,7 @@
-// UTF-16 code units and wchar_t text: the same thing on Windows, a conversion elsewhere.
+// UTF-16 code units and wchar_t text: the same thing on Windows, a conversion elsewhere. Portable.
+//
+// The drivers' streams hold UTF-16 code units. Where wchar_t has 32 bits, a pair of surrogates becomes one
+// character and back. Neither function rejects any text; both throw std::bad_alloc when memory runs out.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The system's text type.
+// The system's text type. Portable, except for LoadFromTable.
 #pragma once
 
 #include <cstddef>
@@ -9,17 +9,20 @@
 #include <string_view>
 #include <type_traits>
 
-// Which kind of value a conversion of CWideString::Format takes.
+// Which kind of value a conversion of CWideString::Format takes; for the check at compile time only.
 enum class FormatKind { Signed, Unsigned, Text, Character };
 
-// A format whose conversions are checked against the argument types while compiling.
+// A format whose conversions are checked against the argument types while compiling. It holds the literal's
+// address and is made where CWideString::Format is called.
+//
 // Conversions: %d (signed integer), %u and %x and %X (unsigned integer, with an optional 0 flag and a
-// width of one digit: %02X), %c (wchar_t), %s (text) and %%. Anything else does not compile.
+// width of one digit: %02X), %c (wchar_t), %s (text) and %%. Anything else does not compile. A signed integer
+// for %x or %u does not compile either, so that no negative number is shown as a large one by accident.
 template <class... Args>
-class FormatText {
+class CFormatText {
  public:
   // NOLINTNEXTLINE(google-explicit-constructor): a literal is written where a format is expected.
-  consteval FormatText(const wchar_t* format) : format_(format) {
+  consteval CFormatText(const wchar_t* format) : format_(format) {
     constexpr FormatKind kinds[] = {KindOf<Args>()..., FormatKind::Signed};
     std::size_t next = 0;
     for (const wchar_t* at = format; *at != 0; ++at) {
@@ -35,6 +38,7 @@ class FormatText {
     if (next != sizeof...(Args)) throw "more arguments than conversions";
   }
 
+  // The literal, zero-terminated.
   [[nodiscard]] const wchar_t* Get() const { return format_; }
 
  private:
@@ -64,10 +68,10 @@ class FormatText {
 
 // Wide text, shared by reference counting and copied on write, with an error state beside it.
 //
-// Lengths and positions count wchar_t elements (UTF-16 code units on Windows). Operations throw
-// std::bad_alloc when memory runs out, but for the Assign* conversions, which set the error state
-// instead: the stream code asks for it after every assignment. One object must not be used by two
-// threads at once; copies may be.
+// Lengths and positions count wchar_t elements (UTF-16 code units on Windows), terminators excluded.
+// Operations throw std::bad_alloc when memory runs out, except the Assign* conversions, which set the error
+// state instead: the stream code reads it after every assignment. Copies are cheap. One object must not be
+// used by two threads at once; copies may be.
 class CWideString {
  public:
   static constexpr int kGood = 0;
@@ -80,44 +84,48 @@ class CWideString {
   CWideString(std::wstring_view text);  // NOLINT(google-explicit-constructor): text is text
   CWideString(const std::wstring& text) : CWideString(std::wstring_view(text)) {}  // NOLINT: as above
 
+  // The text without its terminator; valid until the object is changed or destroyed.
   [[nodiscard]] std::wstring_view View() const noexcept;
   // Zero-terminated and never null; valid until the object is changed or destroyed.
   [[nodiscard]] const wchar_t* Text() const noexcept;
   [[nodiscard]] std::size_t Length() const noexcept { return View().size(); }
   [[nodiscard]] bool IsEmpty() const noexcept { return View().empty(); }
 
-  // kGood, or kFailed after a conversion or allocation that failed; copied with the text. A successful
-  // Assign* clears it.
+  // kGood, or kFailed after a conversion or allocation that failed; copied with the text. The text itself
+  // stays usable. A successful Assign* clears it.
   [[nodiscard]] int ErrorState() const noexcept { return error_; }
   void MarkFailed() noexcept { error_ = kFailed; }
 
   // Takes over UTF-16 code units. On failure the old text stays, the error state is set and false returned.
   bool AssignUtf16(std::u16string_view text) noexcept;
-  // Takes over narrow text of 7-bit characters; a byte above 127 is a failed conversion. The process's
-  // locale is left out of it on purpose: the host's setlocale must not change what a driver is told.
+  // Takes over narrow text of 7-bit characters; a byte above 127 is a failed conversion. The process's locale
+  // has no influence: the host's setlocale must not change what a driver receives.
   bool AssignNarrow(std::string_view text) noexcept;
   // The first `count` UTF-16 units as narrow text; nothing when one of them is not 7-bit. count must not
   // exceed the length in units.
   [[nodiscard]] std::optional<std::string> ToNarrow(std::size_t count) const;
 
+  // Appends; `more` may be a view into this object.
   CWideString& operator+=(std::wstring_view more);
   // First position of `what` at or after `from`, or kNotFound.
   [[nodiscard]] std::size_t Find(std::wstring_view what, std::size_t from = 0) const noexcept;
   // The text from `from`, at most `count` elements; positions past the end give the empty text.
   [[nodiscard]] CWideString Mid(std::size_t from, std::size_t count = kNotFound) const;
   [[nodiscard]] CWideString Left(std::size_t count) const { return Mid(0, count); }
-  // Replaces every occurrence of a non-empty `what`; returns how many there were.
+  // Replaces every occurrence of `what`, from the front and without looking at replaced text again; returns
+  // how many there were. An empty `what` replaces nothing.
   std::size_t Replace(std::wstring_view what, std::wstring_view with);
   void MakeLower();  // as CharLowerW folds
   void MakeUpper();  // as CharUpperW folds
 
-  // The string with this id of the module's string table; a missing one gives the empty text and false.
-  // Windows only.
+  // Takes the string with this id from the module's string table; a missing one gives the empty text and
+  // false. Windows only.
   bool LoadFromTable(std::uint32_t id);
 
-  // Builds a text from a format (see FormatText). Text arguments: CWideString, wide views and pointers.
+  // Builds a text from a format (see CFormatText). Text arguments are CWideString, wide views and pointers to
+  // zero-terminated text, which must not be null.
   template <class... Args>
-  [[nodiscard]] static CWideString Format(FormatText<std::type_identity_t<Args>...> format,
+  [[nodiscard]] static CWideString Format(CFormatText<std::type_identity_t<Args>...> format,
                                           const Args&... args) {
     const FormatArgument list[] = {FormatArgument(args)..., FormatArgument(0)};
     return FormatList(format.Get(), list);

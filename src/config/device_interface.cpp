@@ -21,8 +21,9 @@ bool ReadDetail(HDEVINFO deviceInfoSet, SP_DEVICE_INTERFACE_DATA& instance, DWOR
   if (!buffer) return false;
   auto* detail = reinterpret_cast<Detail*>(buffer.get());
   detail->cbSize = sizeof(Detail);
-  if (!SetupDiGetDeviceInterfaceDetailW(deviceInfoSet, &instance, detail, size, nullptr, nullptr))
+  if (!SetupDiGetDeviceInterfaceDetailW(deviceInfoSet, &instance, detail, size, nullptr, nullptr)) {
     return false;
+  }
   const std::size_t room = (size - offsetof(Detail, DevicePath)) / sizeof(wchar_t);
   path = std::wstring_view(detail->DevicePath, wcsnlen(detail->DevicePath, room));
   return true;

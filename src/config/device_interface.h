@@ -8,12 +8,13 @@
 #include "base/device_handles.h"
 #include "base/wide_string.h"
 
-// The one trace line of the system, on the standard output, with the last error: without the list of devices
-// nothing can be configured, and an administrator who runs a management program in a console sees why.
-// Always false.
+// Writes the thread's last error as a line on the standard output, the only line that the system ever writes
+// there: without the list of devices nothing can be configured, and in a console the reason shows. To be
+// called directly after the failing call. Always false, so that it can be returned.
 bool ReportClassDevsFailure();
 
-// A device interface class and the set of its instances that a search has opened; destroys the set.
+// A device interface class and the device information set of its instances that a search has opened. The
+// class id is copied; the set is owned and destroyed with the object. One object serves one thread.
 class CKdSetupDi_DeviceInterface {
  public:
   explicit CKdSetupDi_DeviceInterface(const GUID& interfaceClass) noexcept
@@ -24,9 +25,11 @@ class CKdSetupDi_DeviceInterface {
 
  protected:
   [[nodiscard]] const GUID& InterfaceClass() const noexcept { return interfaceClass_; }
-  // Opens the set of the interfaces that are there now. Failure is reported on the standard output.
+  // Opens the set of the interfaces that are active now, of all devices. Failure is reported on the standard
+  // output.
   [[nodiscard]] bool OpenInterfaces();
-  // The path of the interface with this index; false at the end of the set and when SetupAPI fails.
+  // The path of the interface with this index, from 0, as CreateFileW takes it. False at the end of the set
+  // and when SetupAPI fails; `path` then stays as it was.
   [[nodiscard]] bool ReadPath(DWORD index, CWideString& path) const;
 
  private:

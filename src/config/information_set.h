@@ -1,8 +1,9 @@
 // Information sets: ordered lists of named parameters, bound to the members of the object that owns them.
+// Portable.
 //
-// A set turns its members into the byte stream that the kernel drivers understand, and pours a stream from
-// a driver back into them. The stream holds no names: both sides register the same parameters in the same
-// order, so that order is the wire format. All integers on the wire are little-endian.
+// A set turns its members into the byte stream that the kernel drivers understand, and stores a stream from a
+// driver into them. The stream holds no names: both sides register the same parameters in the same order, so
+// that order is the wire format. All integers on the wire are little-endian.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +15,7 @@
 
 #include "base/wide_string.h"
 
-// The options of a stream.
+// The options of a stream: five flags, and the tag of its header.
 class CSsSerialisationBase {
  public:
   // Strings carry a terminator: one zero byte after narrow text, two after wide text.
@@ -23,14 +24,15 @@ class CSsSerialisationBase {
   static constexpr std::uint32_t kLengthPrefix = 0x02;
   // Strings are UTF-16 code units; without it, narrow text.
   static constexpr std::uint32_t kWideStrings = 0x04;
-  // Every element is preceded by one byte that tells its kind.
+  // Every element is preceded by one byte that says which kind it is (ElementTag).
   static constexpr std::uint32_t kTypeTags = 0x08;
   // The stream begins with the set's tag, 32 bits.
   static constexpr std::uint32_t kHeader = 0x10;
 
   CSsSerialisationBase(std::uint32_t flags, std::uint32_t tag) noexcept : flags_(flags), tag_(tag) {}
 
-  // Only the five options, and a reader must be able to find the end of a string.
+  // Whether a stream can have these flags: none but the five, and at least one of terminator and length
+  // prefix, without which a reader could not find the end of a string.
   [[nodiscard]] static constexpr bool IsValid(std::uint32_t flags) noexcept {
     return flags < 0x20 && (flags & (kTerminator | kLengthPrefix)) != 0;
   }
@@ -44,7 +46,7 @@ class CSsSerialisationBase {
   std::uint32_t tag_;
 };
 
-// The options as a member of a set.
+// The options as a member of a set, which reports them through Options().
 class CSsSerialisation : public CSsSerialisationBase {
  public:
   using CSsSerialisationBase::CSsSerialisationBase;
@@ -59,10 +61,10 @@ struct CSsInformationItem {
   static constexpr std::uint32_t kDword = 1;   // value points to a std::uint32_t
   static constexpr std::uint32_t kString = 2;  // value points to a CWideString
 
-  std::uint8_t marker = 0;
-  CWideString name;
-  void* value = nullptr;  // the bound member; never owned
-  std::unique_ptr<CSsDefaultValue> defaultValue;
+  std::uint8_t marker = 0;  // the caller's, as is `extra`; neither is in the stream
+  CWideString name;         // the parameter's name on the drivers' side; not in the stream
+  void* value = nullptr;    // the bound member; never owned
+  std::unique_ptr<CSsDefaultValue> defaultValue;  // kept for its readers; no operation of the set applies it
   std::uint32_t type = 0;  // kDword or kString; any other value makes every stream operation fail
   std::uint64_t extra = 0;
 };
@@ -83,18 +85,18 @@ class CSsInformationSet {
   CSsInformationSet& operator=(const CSsInformationSet&) = delete;
   virtual ~CSsInformationSet();
 
-  // Appends a parameter. `value` is the bound member, of the type that `type` says; a null pointer is
-  // refused, as is a null name. `defaultValue` passes to the item, and is empty afterwards, when the item
-  // was created; otherwise it stays with the caller. False when memory runs out: the set then lacks the
-  // parameter. A name that cannot be copied is such a failure too, but takes the default with the item.
+  // Appends a parameter. `value` is the bound member, of the type that `type` says. A null name or value is
+  // refused. False also when memory runs out; the set then lacks the parameter.
+  //
+  // `defaultValue` passes to the item as soon as the item exists, and is empty afterwards; this also holds
+  // when the name then cannot be copied and the item is dropped. Otherwise it stays with the caller.
   [[nodiscard]] bool AddItem(std::uint8_t marker, const wchar_t* name, void* value, std::uint32_t type,
                              std::uint64_t extra, std::unique_ptr<CSsDefaultValue>& defaultValue) noexcept;
-  // Appends a string parameter whose default is the empty text; `narrowDefault` is dropped.
-  // Kept on purpose: default texts
+  // Appends a string parameter whose default is the empty text; `narrowDefault` is not used and may be null.
+  // Fails as AddItem does. Kept on purpose: default texts
   [[nodiscard]] bool AddStringItem(const wchar_t* name, CWideString* value, const char* narrowDefault,
                                    std::uint64_t extra) noexcept;
-  // Destroys every item with its name and default; the bound members keep their values. Harmless when
-  // repeated.
+  // Destroys every item with its name and default; the bound members keep their values. May be repeated.
   void RemoveAll() noexcept;
 
   // The stream operations. `flagsOverride` 0 means the set's own flags. Another value must be valid, or the
@@ -114,6 +116,7 @@ class CSsInformationSet {
   [[nodiscard]] bool Deserialise(const std::uint8_t* buffer, std::uint32_t& remaining,
                                  std::uint32_t flagsOverride = 0) noexcept;
 
+  // The items in the order of registration; valid until the next change of the list. None is null.
   [[nodiscard]] std::span<const std::unique_ptr<CSsInformationItem>> Items() const noexcept { return items_; }
   [[nodiscard]] const CSsSerialisation& Options() const noexcept { return options_; }
 

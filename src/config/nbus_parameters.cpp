@@ -5,7 +5,7 @@
 namespace {
 
 using Bus = CKdNBusUserModeInterface;
-using Row = CSsParameter<Bus>;
+using Row = ParameterRow<Bus>;
 
 // The order is the wire format.
 constexpr Row kRows[] = {

@@ -1,4 +1,6 @@
-// The parameters of an information set as a table.
+// The parameters of an information set as a table. Portable.
+//
+// The constructor of a parameter class registers its rows once; the order of the rows is the wire format.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +11,16 @@
 
 #include "config/information_set.h"
 
-// One row: a parameter's name on the drivers' side, the member of Owner it is bound to, and its default.
+// One row: a parameter's name on the drivers' side, the member of Owner that it is bound to, and its default.
+// Exactly one of `number` and `text` is set. Names and default texts are literals.
 template <class Owner>
-struct CSsParameter {
+struct ParameterRow {
   using Number = std::uint32_t Owner::*;
   using Text = CWideString Owner::*;
 
-  constexpr CSsParameter(const wchar_t* rowName, Number member, std::uint32_t rowDefault)
+  constexpr ParameterRow(const wchar_t* rowName, Number member, std::uint32_t rowDefault)
       : name(rowName), number(member), numberDefault(rowDefault) {}
-  constexpr CSsParameter(const wchar_t* rowName, Text member, const char* rowDefault)
+  constexpr ParameterRow(const wchar_t* rowName, Text member, const char* rowDefault)
       : name(rowName), text(member), textDefault(rowDefault) {}
 
   const wchar_t* name;
@@ -27,10 +30,11 @@ struct CSsParameter {
   const char* textDefault = nullptr;
 };
 
-// Registers one row; false when memory runs out.
+// Registers one row of `owner`, which must live as long as `set`; usually both are the same object. False
+// when memory runs out.
 template <class Owner>
 [[nodiscard]] bool RegisterParameter(CSsInformationSet& set, Owner& owner,
-                                     const CSsParameter<Owner>& row) noexcept {
+                                     const ParameterRow<Owner>& row) noexcept {
   if (row.text != nullptr) return set.AddStringItem(row.name, &(owner.*row.text), row.textDefault, 0);
   std::unique_ptr<CSsDefaultValue> value(new (std::nothrow) CSsDefaultValue(row.numberDefault));
   if (!value) return false;
@@ -41,6 +45,6 @@ template <class Owner>
 // afterwards. Kept on purpose: shorter set
 template <class Owner>
 void RegisterParameters(CSsInformationSet& set, Owner& owner,
-                        std::span<const CSsParameter<Owner>> rows) noexcept {
-  for (const CSsParameter<Owner>& row : rows) static_cast<void>(RegisterParameter(set, owner, row));
+                        std::span<const ParameterRow<Owner>> rows) noexcept {
+  for (const ParameterRow<Owner>& row : rows) static_cast<void>(RegisterParameter(set, owner, row));
 }

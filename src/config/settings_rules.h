@@ -1,4 +1,7 @@
-// Which parameters a management program's settings change.
+// Which parameters a management program's settings change. Portable.
+//
+// The values come from other programs unchecked; what each function does with a value out of range is said
+// below. The functions change the sets in memory only. Writing them is the caller's step (settings_update.h).
 #pragma once
 
 #include <cstdint>
@@ -6,24 +9,24 @@
 #include "config/nbus_parameters.h"
 #include "config/vcp_parameters.h"
 
-// Stores a value that is in range; another one leaves the setting as it is.
+// Stores a value from 0 to `most`; a larger one leaves the setting as it is.
 constexpr void StoreUpTo(std::uint32_t& setting, std::uint32_t value, std::uint32_t most) noexcept {
   if (value <= most) setting = value;
 }
 
 // Where and how a port reaches its device server, and what kind of port it is.
 struct NetworkInfo {
-  std::uint32_t address = 0;  // IPv4
-  std::uint32_t dataPort = 0;
+  std::uint32_t address = 0;   // IPv4, most significant byte first: 192.168.0.10 is 0xC0A8000A
+  std::uint32_t dataPort = 0;  // TCP ports of the device server
   std::uint32_t configPort = 0;
   std::uint32_t webPort = 0;
-  std::uint32_t mac1 = 0;
+  std::uint32_t mac1 = 0;  // hardware address, three bytes in each half
   std::uint32_t mac2 = 0;
-  std::uint32_t duplexMode = 0;
-  std::uint32_t portType = 0;
+  std::uint32_t duplexMode = 0;  // 0 none, kDuplexRs422, kDuplexRs485
+  std::uint32_t portType = 0;    // 0 RS-232, 1 RS-422/485; see below for others
 };
 
-// The line settings of a port, in the driver's codes.
+// The line settings of a port, in the driver's codes (see CVcpParameters).
 struct LineSettings {
   std::uint32_t baudRate = 0;  // bits per second
   std::uint32_t dataBits = 0;

@@ -8,7 +8,10 @@
 //
 // They return 1 when the drivers took the settings, whatever came of the restart, and otherwise 0: a null or
 // unknown id, a port without a COM name or without a configuration interface, a driver that refuses. They
-// throw std::bad_alloc when memory runs out.
+// throw std::bad_alloc when memory runs out before that.
+//
+// Both read the sets, change them and write them back, which is not one step: of two calls for one port at
+// the same time one may be lost. Any thread.
 
 // Writes the network bus set, then the port set; when the second write fails, the first one stays.
 [[nodiscard]] int UpdateNetworkInfo(const wchar_t* deviceInstanceId, const NetworkInfo& info);

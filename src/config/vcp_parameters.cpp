@@ -5,7 +5,7 @@
 namespace {
 
 using Port = CKdUVcpUserModeInterface;
-using Row = CSsParameter<Port>;
+using Row = ParameterRow<Port>;
 
 // The order is the wire format; it is not the order of the members.
 constexpr Row kRows[] = {

@@ -1,4 +1,7 @@
 // The one exception type of the HTTP client. Windows only.
+//
+// It leaves src/inet only through DownloadStatusDocument (status/status_download.h) and is caught in the same
+// room: pages see a document or none.
 #pragma once
 
 #include <windows.h>
@@ -17,9 +20,10 @@ namespace KdINet {
 class CInternetException {
  public:
   // To be made in the statement after the failing call: the thread's last error and WinINet's last response
-  // are read here. `handle` is what the step worked on, or null; the format is that of CWideString::Format.
+  // are read here. `failed` is what the step worked on, or null, and is only kept for comparison: it may be
+  // closed by the time the exception is caught. The format is that of CWideString::Format.
   template <class... Args>
-  CInternetException(HINTERNET failed, FormatText<std::type_identity_t<Args>...> format, const Args&... args)
+  CInternetException(HINTERNET failed, CFormatText<std::type_identity_t<Args>...> format, const Args&... args)
       : CInternetException(failed) {
     message = CWideString::Format(format, args...);
   }
@@ -30,8 +34,8 @@ class CInternetException {
   HINTERNET handle;
   std::uint32_t lastError;          // Windows error code
   std::uint32_t responseError = 0;  // what InternetGetLastResponseInfoW reports
-  CWideString message;
-  CWideString responseText;  // the server's last response, or "Unknown error"
+  CWideString message;              // which step failed, and on what
+  CWideString responseText;         // the server's last response, or "Unknown error"
 
  private:
   explicit CInternetException(HINTERNET failed);

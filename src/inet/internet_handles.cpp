@@ -43,8 +43,9 @@ CHttpFile::CHttpFile(const CHttpConnection& connection, const CWideString& objec
   const wchar_t* acceptTypes[] = {L"*/*", nullptr};
   const HINTERNET handle = HttpOpenRequestW(connection, kVerb, object.Text(), nullptr, nullptr, acceptTypes,
                                             INTERNET_FLAG_KEEP_CONNECTION, Context());
-  if (handle == nullptr)
+  if (handle == nullptr) {
     throw CInternetException(handle, L"Failed to open http request (%s %s)", kVerb, object);
+  }
   Hold(handle);
 }
 
@@ -64,7 +65,7 @@ std::uint32_t CInternetFile::Read(std::span<char, kReadBytes> buffer) const {
 
 CWideString AgentName() {
   std::array<wchar_t, MAX_PATH> path{};
-  // A longer path is cut off by the call; its end is then part of no file name worth telling, but harmless.
+  // The call cuts a longer path off; the agent's name is then a part of a directory's, which does no harm.
   GetModuleFileNameW(nullptr, path.data(), MAX_PATH);
   path.back() = L'\0';
   PathRemoveExtensionW(path.data());

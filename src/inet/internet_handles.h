@@ -1,8 +1,11 @@
 // The WinINet handles of one HTTP GET. Windows only.
 //
-// Making an object makes the call, and throws CInternetException when it fails. To be made and destroyed in
-// the order session, connection, file, and back. Everything is synchronous and blocks the calling thread with
-// WinINet's own time-outs; the HTTP status of an answer is not looked at.
+// Making an object makes the call, and throws CInternetException when it fails. Objects are made in the order
+// session, connection, file and destroyed in the reverse order: WinINet's handles are a tree, and closing a
+// parent would close its children under their owners.
+//
+// Everything is synchronous and blocks the calling thread with WinINet's own time-outs. All objects of one
+// GET belong to one thread. The HTTP status of an answer is not looked at: its body is read whatever it says.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +19,7 @@
 
 namespace KdINet {
 
-// Owns one WinINet handle, null when closed.
+// Owns one WinINet handle and closes it at destruction; null when none is held.
 class CInternetHandle {
  public:
   CInternetHandle(const CInternetHandle&) = delete;
@@ -41,39 +44,43 @@ class CInternetSession : public CInternetHandle {
   explicit CInternetSession(const CWideString& agent);
 };
 
+// A connection to one port of a host, for a service that the derived class names (INTERNET_SERVICE_*).
 class CInternetConnection : public CInternetHandle {
  protected:
   CInternetConnection(const CInternetSession& session, const CWideString& host, std::uint16_t port,
                       DWORD service);
 };
 
-// A connection to an HTTP server. WinINet connects when the first request is sent.
+// A connection to an HTTP server. `host` is a name or an address as text. WinINet connects when the first
+// request is sent, so a server that is out of reach shows only then.
 class CHttpConnection : public CInternetConnection {
  public:
   CHttpConnection(const CInternetSession& session, const CWideString& host, std::uint16_t port)
       : CInternetConnection(session, host, port, INTERNET_SERVICE_HTTP) {}
 };
 
+// An answer that can be read.
 class CInternetFile : public CInternetHandle {
  public:
   static constexpr std::uint32_t kReadBytes = 4096;
 
-  // Reads the next bytes of the answer into the buffer; returns how many, 0 at the end.
+  // Reads the next bytes of the answer into the buffer and returns how many were read; 0 at the end. The
+  // buffer is not terminated.
   [[nodiscard]] std::uint32_t Read(std::span<char, kReadBytes> buffer) const;
 
  protected:
   CInternetFile() noexcept = default;
 };
 
-// A GET of one object, any type accepted.
+// A GET of one object, any type accepted. `object` is the path on the server, from its first slash.
 class CHttpFile : public CInternetFile {
  public:
   CHttpFile(const CHttpConnection& connection, const CWideString& object);
-  // Sends the request; the answer is there to be read afterwards.
+  // Sends the request, once; the answer can be read afterwards.
   void Send() const;
 };
 
-// The name that the session goes by: the host process's file name without directory and extension.
+// The name of the session's user agent: the host process's file name without directory and extension.
 [[nodiscard]] CWideString AgentName();
 
 }  // namespace KdINet
