@@ -5,39 +5,46 @@
 
 using workbench::ComPlaces;
 using workbench::DeviceEvent;
+using workbench::Fault;
 using workbench::HandleKind;
+using workbench::ParametersKeyOf;
 
-class InstallTest : public RigTest {
- protected:
-  InstallTest() : RigTest({.comNumbers = {}, .web = false}) {}
+// Whatever is installed on it: in the end nothing is open, and no interface was misused.
+class InstallHost : public Rig {
+ public:
+  InstallHost() : Rig({.comNumbers = {}, .web = false}) {}
+  ~InstallHost() {
+    EXPECT_THAT(LeftOpen(), testing::IsEmpty());
+    EXPECT_THAT(Misuse(), testing::IsEmpty()) << machine.Calls().LogText();
+  }
 
   // Every port of the server in turn.
   void InstallAll() {
     for (Device* port : server.ports) EXPECT_EQ(installer.Install(*port), static_cast<DWORD>(NO_ERROR));
   }
-  [[nodiscard]] std::wstring Parameters(const Device& device) const {
-    return workbench::ParametersKeyOf(device.instanceId);
+  // One pass of the co-installer.
+  DWORD Call(Device& device, DI_FUNCTION function, bool post, DWORD result = NO_ERROR) {
+    COINSTALLER_CONTEXT_DATA context{};
+    context.PostProcessing = post ? TRUE : FALSE;
+    context.InstallResult = result;
+    return installer.Call(device, function, context);
   }
-  [[nodiscard]] std::wstring PortName(const Device& device) { return NameOf(device); }
+  [[nodiscard]] std::wstring Parameters(const Device& device) const {
+    return ParametersKeyOf(device.instanceId);
+  }
   [[nodiscard]] std::vector<std::wstring> PortNames() {
     std::vector<std::wstring> names;
-    for (const Device* port : server.ports) names.push_back(PortName(*port));
+    for (const Device* port : server.ports) names.push_back(NameOf(*port));
     return names;
   }
   // Every place of every name says the same.
   void ExpectAgreement() {
-    for (const ComPlaces& places : AllComPlaces(machine)) EXPECT_TRUE(places.Agree()) << Table();
-  }
-  [[nodiscard]] std::string Table() {
     const std::wstring table = FormatPlaces(AllComPlaces(machine));
-    return {table.begin(), table.end()};
+    for (const ComPlaces& places : AllComPlaces(machine))
+      EXPECT_TRUE(places.Agree()) << std::string(table.begin(), table.end());
   }
   [[nodiscard]] std::vector<std::wstring> Restarts() {
     return machine.Devices().EventsOf(DeviceEvent::Enabled);
-  }
-  void SetRaw(const Device& device, const wchar_t* name, DWORD type, const std::wstring& text) {
-    machine.Registry().SetRaw(Parameters(device), name, type, text.data(),
-                              static_cast<DWORD>(text.size() * sizeof(wchar_t)));
   }
   // The message boxes' texts so far.
   [[nodiscard]] std::vector<std::wstring> Questions() {
@@ -48,6 +55,8 @@ class InstallTest : public RigTest {
 
   workbench::DeviceInstaller installer = Installer();
 };
+
+class InstallTest : public testing::Test, public InstallHost {};
 
 inline constexpr wchar_t kNameTaken[] =
     L"This COM name is being used by another device (such as another com port or modem).  Using duplicate "

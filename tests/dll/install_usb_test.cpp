@@ -1,112 +1,61 @@
 // USB models whose port sits on a fixed COM number.
+#include <numeric>
+
 #include "install_test.h"
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class InstallUsb : public InstallTest {};
-
-TEST_F(InstallUsb, PortsTakeTheirModelsNumber) {
+TEST(InstallUsb, PortTakesItsModelsNumberAndItsHolderMovesAway) {
+  std::vector<DWORD> all(254);
+  std::iota(all.begin(), all.end(), 1);
   const struct {
+    const char* what;
     const wchar_t* hardwareId;
-    unsigned from;
+    unsigned from;  // its number so far
     const wchar_t* name;
-    bool restarts;
+    bool restarts = true;             // the device, not the port
+    std::vector<DWORD> claimed{};     // in the database alone
+    int answer = 0;                   // to the one question; 0: there is none
+    unsigned holder = 0;              // the number of another device; 0: there is none
+    const wchar_t* holderName = L"";  // in the end
+    GUID holderClass = workbench::kPortsClass;
   } cases[] = {
-      {L"USB\\VID_3A7E&PID_1015", 9, L"COM2", true},
-      {L"usb\\vid_3a7e&pid_5002&mi_00", 9, L"COM2", true},
-      {L"USB\\VID_3A7E&PID_5002&MI_01", 9, L"COM4", true},
-      {L"USB\\VID_3A7E&PID_1089", 9, L"COM89", true},
-      {L"USB\\VID_3A7E&PID_1015", 2, L"COM2", false},
-      {L"USB\\VID_3A7E&PID_2000", 9, L"COM9", false},
+      {"a model with a number", L"USB\\VID_3A7E&PID_1015", 9, L"COM2"},
+      {"an id in lower case", L"usb\\vid_3a7e&pid_5002&mi_00", 9, L"COM2"},
+      {"a port on its number", L"USB\\VID_3A7E&PID_1015", 2, L"COM2", false},
+      {"a model without a number", L"USB\\VID_3A7E&PID_2000", 9, L"COM9", false},
+      {"only the database holds it", L"USB\\VID_3A7E&PID_1015", 9, L"COM2", true, {2}},
+      {"and the model has to ask", L"USB\\VID_3A7E&PID_1089", 9, L"COM9", true, {89}, IDNO},
+      {"a port holds it", L"USB\\VID_3A7E&PID_5002&MI_01", 9, L"COM4", true, {5}, 0, 4, L"COM6"},
+      {"a device of another class holds it",
+       L"USB\\VID_3A7E&PID_1015",
+       9,
+       L"COM2",
+       true,
+       {},
+       0,
+       2,
+       L"COM5",
+       workbench::kUsbClass},
+      {"no number is free for its holder", L"USB\\VID_3A7E&PID_5002&MI_01", 9, L"COM4", true, all, IDYES, 4,
+       L"COM10"},
   };
   for (const auto& row : cases) {
-    const auto made = AddUsbDevice(machine, {.hardwareId = row.hardwareId, .comNumber = row.from});
-    machine.Devices().ClearEvents();
-    EXPECT_EQ(installer.Install(*made.port), static_cast<DWORD>(NO_ERROR));
-    EXPECT_EQ(PortName(*made.port), row.name) << row.hardwareId;
-    ExpectAgreement();
-    if (row.restarts) {
-      EXPECT_THAT(Restarts(), ElementsAre(made.usb->instanceId)) << "the device, not the port";
-    } else {
-      EXPECT_THAT(Restarts(), IsEmpty()) << row.hardwareId;
-    }
-    installer.Remove(*made.port);
-    machine.Devices().Remove(*made.usb);
+    SCOPED_TRACE(row.what);
+    InstallHost host;
+    Device* holder = row.holder != 0 ? &AddForeignPort(host.machine, row.holder) : nullptr;
+    if (holder != nullptr) holder->classGuid = row.holderClass;
+    for (const DWORD number : row.claimed) host.machine.ComNames().Claim(number);
+    const auto made = AddUsbDevice(host.machine, {.hardwareId = row.hardwareId, .comNumber = row.from});
+    if (row.answer != 0) host.machine.Screen().Answer(row.answer);
+    EXPECT_EQ(host.installer.Install(*made.port), static_cast<DWORD>(NO_ERROR));
+    EXPECT_EQ(host.NameOf(*made.port), row.name);
+    EXPECT_EQ(holder != nullptr ? host.NameOf(*holder) : L"", row.holderName);
+    host.ExpectAgreement();
+    using Texts = std::vector<std::wstring>;
+    EXPECT_EQ(host.Questions(), row.answer != 0 ? Texts{kNameTaken} : Texts{});
+    EXPECT_EQ(host.Restarts(), row.restarts ? Texts{made.usb->instanceId} : Texts{});
   }
-  EXPECT_THAT(Questions(), IsEmpty());
-}
-
-TEST_F(InstallUsb, AnotherDeviceOnTheNumberMovesAway) {
-  Device& modem = AddForeignPort(machine, 4);
-  AddForeignPort(machine, 5);
-  const auto made = AddUsbDevice(machine, {.hardwareId = L"USB\\VID_3A7E&PID_5002&MI_01", .comNumber = 9});
-  installer.Install(*made.port);
-  EXPECT_EQ(PortName(modem), L"COM6");
-  EXPECT_EQ(PortName(*made.port), L"COM4");
-  ExpectAgreement();
-  EXPECT_THAT(Questions(), IsEmpty());
-  EXPECT_THAT(Restarts(), ElementsAre(made.usb->instanceId));
-  const auto scan = machine.Calls().CallsOf("SetupDiGetClassDevsW").at(0);
-  EXPECT_EQ(scan.Number(3), 4u) << "every class";
-}
-
-// The holder's class does not matter, and of two holders the first one moves.
-TEST_F(InstallUsb, HoldersOfEveryClassAreFound) {
-  Device& odd = machine.Devices().Add({.instanceId = L"MODEMS\\ODD\\1",
-                                       .classGuid = workbench::kUsbClass,
-                                       .className = L"USB",
-                                       .description = L"Modem",
-                                       .friendlyName = L"Modem (COM2)",
-                                       .started = false});
-  odd.port = workbench::SerialPort{.kernelDevice = L"\\Device\\Modem0"};
-  machine.Registry().SetText(Parameters(odd), L"PortName", L"COM2");
-  machine.Devices().Start(odd);
-  machine.ComNames().Claim(2);
-  const auto made = AddUsbDevice(machine, {.hardwareId = L"USB\\VID_3A7E&PID_1015", .comNumber = 9});
-  installer.Install(*made.port);
-  EXPECT_EQ(PortName(odd), L"COM5");
-  EXPECT_EQ(PortName(*made.port), L"COM2");
-  ExpectAgreement();
-}
-
-TEST_F(InstallUsb, ANumberThatNobodyHoldsButTheDatabaseIsTakenOver) {
-  machine.ComNames().Claim(2);
-  const auto made = AddUsbDevice(machine, {.hardwareId = L"USB\\VID_3A7E&PID_1015", .comNumber = 9});
-  installer.Install(*made.port);
-  EXPECT_EQ(PortName(*made.port), L"COM2");
-  EXPECT_THAT(Questions(), IsEmpty());
-  ExpectAgreement();
-}
-
-// The one model that has to ask: its number is not taken from another without a question.
-TEST_F(InstallUsb, TheFourthModelAsksForANumberThatOnlyTheDatabaseHolds) {
-  machine.ComNames().Claim(89);
-  const auto made = AddUsbDevice(machine, {.hardwareId = L"USB\\VID_3A7E&PID_1089", .comNumber = 9});
-  machine.Screen().Answer(IDNO);
-  installer.Install(*made.port);
-  EXPECT_THAT(Questions(), ElementsAre(kNameTaken));
-  EXPECT_EQ(PortName(*made.port), L"COM9");
-}
-
-TEST_F(InstallUsb, WithEveryNumberTakenTheHolderGoesToTheSizeOfItsName) {
-  Device& modem = AddForeignPort(machine, 4);
-  for (DWORD number = 1; number <= 254; ++number) machine.ComNames().Claim(number);
-  machine.Screen().Answer(IDYES);  // COM10 is taken too
-  const auto made = AddUsbDevice(machine, {.hardwareId = L"USB\\VID_3A7E&PID_5002&MI_01", .comNumber = 9});
-  installer.Install(*made.port);
-  EXPECT_EQ(PortName(modem), L"COM10");
-  EXPECT_EQ(PortName(*made.port), L"COM4");
-}
-
-TEST_F(InstallUsb, AnUnreadableParentEndsTheRule) {
-  const auto made = AddUsbDevice(machine, {.hardwareId = L"USB\\VID_3A7E&PID_1015", .comNumber = 9});
-  machine.Calls().Inject({.function = "CM_Get_Parent", .count = workbench::Fault::kEveryLater});
-  EXPECT_EQ(installer.Install(*made.port), static_cast<DWORD>(NO_ERROR));
-  EXPECT_EQ(PortName(*made.port), L"COM9");
-  EXPECT_THAT(Restarts(), IsEmpty());
 }
 
 }  // namespace
