@@ -1,165 +1,163 @@
 // What the port page shows and writes when it opens: live values, fall-backs, and the rows and boxes of each
 // kind of port.
-#include "rig_test.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-
-#include "base/resource_ids.h"
+#include "page_test.h"
 
 namespace {
 
-using workbench::ParameterValues;
 using workbench::PortState;
 
-constexpr wchar_t kOffline[] = L"Cannot load device information data from the device. Device may be offline.";
+class PortPageStatus : public PageTest {};
 
-struct ShownRow {
+struct Shown {
+  const wchar_t* state = L"Idle";
+  const wchar_t* mode = L"RS232";
+  const wchar_t* baudRate = L"9600";
+  const wchar_t* dataBits = L"8";
+  const wchar_t* parity = L"None";
+  const wchar_t* stopBits = L"1";
+  const wchar_t* flowControl = L"None";
+  const wchar_t* duplex = nullptr;  // null: the row is hidden
+  const char* ctsBox = "clear";
+  const char* dsrBox = "clear";
+};
+constexpr char kLocked[] = "checked, disabled, label disabled";
+
+struct Row {
   const char* name;
-  std::function<void(Rig&)> setUp;
-  const wchar_t *state, *mode, *baudRate, *dataBits, *parity, *stopBits, *flowControl;
-  const wchar_t* duplex;  // null: the row is hidden
-  const char *ctsBox, *dsrBox;
+  std::optional<PortState> device;  // nothing: the device server is off, in this row and those behind it
+  std::vector<std::pair<const char*, std::uint32_t>> port;
+  std::uint32_t portTypeOfBus;
+  Shown shown;
 };
 
-void SetDevice(Rig& rig, const PortState& state) {
-  rig.web.SetPort(1, state);
-}
-
-const ShownRow kRows[] = {
-    {"RS-232, idle", [](Rig& rig) { SetDevice(rig, {}); }, L"Idle", L"RS232", L"9600", L"8", L"None", L"1",
-     L"None", nullptr, "clear", "clear"},
-    {"RS-232, connected, everything different from the driver",
-     [](Rig& rig) {
-       SetDevice(rig, {.baudRate = 115200,
-                       .dataBits = 7,
-                       .parity = 3,
-                       .stopBits = 3,
-                       .flowControl = 4,
-                       .state = 1,
-                       .portMode = 2});
-       rig.PortSet().SetNumber("EmulateCTSTrue", 1);
-       rig.PortSet().SetNumber("EmulateDSRTrue", 7);
-     },
-     L"Connected", L"RS232/422/485", L"115200", L"7", L"Even", L"1.5", L"Xon/Xoff", nullptr, "checked",
-     "checked"},
-    {"the device server is off: the driver's values",
-     [](Rig& rig) {
-       rig.web.Stop();
-       rig.PortSet().SetNumber("Baudrate", 19200);
-       rig.PortSet().SetNumber("Databits", 2);
-       rig.PortSet().SetNumber("Parity", 1);
-       rig.PortSet().SetNumber("Stopbits", 2);
-       rig.PortSet().SetNumber("FlowControl", 2);
-     },
-     L"Offline", L"RS232", L"19200", L"7", L"Odd", L"2", L"DTR/DSR", nullptr, "clear", "clear"},
+const Row kRows[] = {
+    {"RS-232, idle", PortState{}, {}, 0, {}},
+    {"everything different from the driver",
+     PortState{.baudRate = 115200,
+               .dataBits = 7,
+               .parity = 3,
+               .stopBits = 3,
+               .flowControl = 4,
+               .state = 1,
+               .portMode = 2},
+     {{"EmulateCTSTrue", 1}, {"EmulateDSRTrue", 7}},
+     0,
+     {.state = L"Connected",
+      .mode = L"RS232/422/485",
+      .baudRate = L"115200",
+      .dataBits = L"7",
+      .parity = L"Even",
+      .stopBits = L"1.5",
+      .flowControl = L"Xon/Xoff",
+      .ctsBox = "checked",
+      .dsrBox = "checked"}},
     {"RS-422: no DSR, CTS as set",
-     [](Rig& rig) {
-       SetDevice(rig, {.duplex = 1, .state = 2, .portMode = 1});
-       rig.PortSet().SetNumber("PortType", 1);
-       rig.BusSet().SetNumber("PortType", 1);
-       rig.PortSet().SetNumber("EmulateCTSTrue", 1);
-     },
-     L"Tunneling", L"RS422/485", L"9600", L"8", L"None", L"1", L"None", L"RS422 full-duplex mode", "checked",
-     "checked, disabled, label disabled"},
+     PortState{.duplex = 1, .state = 2, .portMode = 1},
+     {{"PortType", 1}, {"EmulateCTSTrue", 1}},
+     1,
+     {.state = L"Tunneling",
+      .mode = L"RS422/485",
+      .duplex = L"RS422 full-duplex mode",
+      .ctsBox = "checked",
+      .dsrBox = kLocked}},
     {"RS-485: neither DSR nor CTS",
-     [](Rig& rig) {
-       SetDevice(rig, {.duplex = 2, .portMode = 1});
-       rig.PortSet().SetNumber("PortType", 1);
-       rig.BusSet().SetNumber("PortType", 1);
-     },
-     L"Idle", L"RS422/485", L"9600", L"8", L"None", L"1", L"None", L"RS485 half-duplex autogating mode",
-     "checked, disabled, label disabled", "checked, disabled, label disabled"},
-    {"RS-232 without a CTS line", [](Rig& rig) { SetDevice(rig, {.ctsLine = 0}); }, L"Idle", L"RS232",
-     L"9600", L"8", L"None", L"1", L"None", nullptr, "checked, disabled, label disabled", "clear"},
-    {"RS-232 without a DSR line", [](Rig& rig) { SetDevice(rig, {.dsrLine = 0}); }, L"Idle", L"RS232",
-     L"9600", L"8", L"None", L"1", L"None", nullptr, "clear", "checked, disabled, label disabled"},
+     PortState{.duplex = 2, .portMode = 1},
+     {{"PortType", 1}},
+     1,
+     {.mode = L"RS422/485",
+      .duplex = L"RS485 half-duplex autogating mode",
+      .ctsBox = kLocked,
+      .dsrBox = kLocked}},
+    {"the device server is off: the driver's values",
+     std::nullopt,
+     {{"Baudrate", 19200}, {"Databits", 2}, {"Parity", 1}, {"Stopbits", 2}, {"FlowControl", 2}},
+     0,
+     {.state = L"Offline",
+      .baudRate = L"19200",
+      .dataBits = L"7",
+      .parity = L"Odd",
+      .stopBits = L"2",
+      .flowControl = L"DTR/DSR"}},
     {"only the bus knew that the port is RS-422/485: the port learns it after its duplex mode was shown",
-     [](Rig& rig) {
-       rig.web.Stop();
-       rig.BusSet().SetNumber("PortType", 1);
-     },
-     L"Offline", L"RS422/485", L"9600", L"8", L"None", L"1", L"None", L"None", "clear",
-     "checked, disabled, label disabled"},
+     std::nullopt,
+     {},
+     1,
+     {.state = L"Offline", .mode = L"RS422/485", .duplex = L"None", .dsrBox = kLocked}},
 };
 
-TEST(PortPageStatus, ShowsWhatTheDeviceSays) {
-  for (const ShownRow& row : kRows) {
+TEST_F(PortPageStatus, APageShowsTheDeviceAndWhereItIsSilentTheDriver) {
+  const workbench::ParameterValues port = PortSet();
+  const workbench::ParameterValues bus = BusSet();
+  for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);
-    Rig rig;
-    row.setUp(rig);
-    const PageSheet sheet(rig);
-    EXPECT_EQ(sheet.Text(IDC_PORT_STATE), row.state);
-    EXPECT_EQ(sheet.Text(IDC_PORT_MODE), row.mode);
-    EXPECT_EQ(sheet.Text(IDC_PORT_BAUD_RATE), row.baudRate);
-    EXPECT_EQ(sheet.Text(IDC_PORT_DATA_BITS), row.dataBits);
-    EXPECT_EQ(sheet.Text(IDC_PORT_PARITY), row.parity);
-    EXPECT_EQ(sheet.Text(IDC_PORT_STOP_BITS), row.stopBits);
-    EXPECT_EQ(sheet.Text(IDC_PORT_FLOW_CONTROL), row.flowControl);
-    EXPECT_EQ(sheet.IsShown(IDC_PORT_DUPLEX), row.duplex != nullptr);
-    EXPECT_EQ(sheet.IsShown(IDC_PORT_DUPLEX_LABEL), row.duplex != nullptr);
-    if (row.duplex != nullptr) {
-      EXPECT_EQ(sheet.Text(IDC_PORT_DUPLEX), row.duplex);
+    PortSet() = port;
+    BusSet() = bus;
+    for (const auto& [name, value] : row.port) PortSet().SetNumber(name, value);
+    BusSet().SetNumber("PortType", row.portTypeOfBus);
+    if (row.device) web.SetPort(1, *row.device);
+    if (!row.device) web.Stop();
+    const PageSheet sheet(*this);
+    const std::pair<int, const wchar_t*> texts[] = {{IDC_PORT_STATE, row.shown.state},
+                                                    {IDC_PORT_MODE, row.shown.mode},
+                                                    {IDC_PORT_BAUD_RATE, row.shown.baudRate},
+                                                    {IDC_PORT_DATA_BITS, row.shown.dataBits},
+                                                    {IDC_PORT_PARITY, row.shown.parity},
+                                                    {IDC_PORT_STOP_BITS, row.shown.stopBits},
+                                                    {IDC_PORT_FLOW_CONTROL, row.shown.flowControl}};
+    for (const auto& [control, text] : texts) EXPECT_EQ(sheet.Text(control), text);
+    for (const int control : {IDC_PORT_DUPLEX, IDC_PORT_DUPLEX_LABEL}) {
+      EXPECT_EQ(sheet.IsShown(control), row.shown.duplex != nullptr);
     }
-    EXPECT_EQ(sheet.Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), row.ctsBox);
-    EXPECT_EQ(sheet.Box(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL), row.dsrBox);
-    EXPECT_THAT(rig.Misuse(), testing::IsEmpty());
+    if (row.shown.duplex != nullptr) {
+      EXPECT_EQ(sheet.Text(IDC_PORT_DUPLEX), row.shown.duplex);
+    }
+    EXPECT_EQ(sheet.Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), row.shown.ctsBox);
+    EXPECT_EQ(sheet.Box(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL), row.shown.dsrBox);
   }
 }
 
-TEST(PortPageStatus, LabelsComeFromTheStringTable) {
-  Rig rig;
-  const PageSheet sheet(rig);
-  EXPECT_EQ(sheet.Text(IDC_PORT_STATE_LABEL), L"Serial Port Status:");
-  EXPECT_EQ(sheet.Text(IDC_PORT_STOP_BITS_LABEL), L"Stop Bits:");
-  EXPECT_EQ(sheet.Text(IDC_PORT_CTS_LABEL), L"&CTS Always True - hardware state ignored:");
-  EXPECT_EQ(sheet.Text(IDC_PORT_RESTORE_DEFAULTS), L"Restore &Default");
-  EXPECT_EQ(sheet.Text(IDC_PORT_CONFIGURE), L"&Configure Settings...");
+TEST_F(PortPageStatus, LabelsComeFromTheStringTable) {
+  const std::pair<int, const wchar_t*> labels[] = {
+      {IDC_PORT_STATE_LABEL, L"Serial Port Status:"},
+      {IDC_PORT_STOP_BITS_LABEL, L"Stop Bits:"},
+      {IDC_PORT_CTS_LABEL, L"&CTS Always True - hardware state ignored:"},
+      {IDC_PORT_RESTORE_DEFAULTS, L"Restore &Default"},
+      {IDC_PORT_CONFIGURE, L"&Configure Settings..."},
+      {IDC_PORT_HELP_LINK, L"Need More &Help? Click:"}};
+  for (const auto& [control, text] : labels) EXPECT_EQ(PageOf().Text(control), text);
 }
 
-TEST(PortPageStatus, OpeningReadsTwiceAndWritesBothSetsOnce) {
-  Rig rig;
-  rig.PortSet().SetNumber("Databits", 0);
-  SetDevice(rig, {.baudRate = 57600, .parity = 4});
-  const ParameterValues portBefore = rig.PortSet();
-  const ParameterValues busBefore = rig.BusSet();
-  const PageSheet sheet(rig);
-  const std::vector<ParameterValues> writes = rig.Driver().Writes();
-  ASSERT_EQ(writes.size(), 2u);
+TEST_F(PortPageStatus, OpeningReadsTheDeviceOnceAndWritesBothSets) {
+  PortSet().SetNumber("Databits", 0);
+  web.SetPort(1, {.baudRate = 57600, .parity = 4});
+  NoteSets();
+  const PageSheet sheet(*this);
   // Kept on purpose: parity into data bits
-  EXPECT_THAT(workbench::Differences(portBefore, writes[0]),
-              testing::UnorderedElementsAre("Baudrate 9600 -> 57600", "Databits 0 -> 3"));
-  EXPECT_THAT(workbench::Differences(busBefore, writes[1]), testing::IsEmpty());
-  EXPECT_EQ(rig.Driver().OpenSessions(), 0u);
-  EXPECT_EQ(rig.web.Requests().size(), 1u);
+  EXPECT_THAT(Written(), ElementsAre("Baudrate 9600 -> 57600, Databits 0 -> 3", ""));
+  EXPECT_EQ(Driver().Writes().back().Selector(), kBusSet);
+  EXPECT_EQ(web.Requests().size(), 1u);
 }
 
-TEST(PortPageStatus, OfflineIsToldOnceWhenThePageOpens) {
-  Rig rig;
-  rig.web.Stop();
-  const PageSheet sheet(rig);
-  ASSERT_EQ(rig.Boxes().size(), 1u);
-  EXPECT_EQ(rig.Boxes()[0].text, kOffline);
-  EXPECT_EQ(rig.Boxes()[0].caption, L"Warning");
-  EXPECT_EQ(rig.Boxes()[0].style, static_cast<UINT>(MB_ICONEXCLAMATION));
-  EXPECT_EQ(rig.Boxes()[0].owner, sheet.Page());
+TEST_F(PortPageStatus, AnOfflineDeviceIsReportedWhenThePageOpens) {
+  web.Stop();
+  const PageSheet sheet(*this);
+  EXPECT_THAT(BoxTexts(), ElementsAre(L"Cannot load device information data from the device. Device may be "
+                                      L"offline.|Warning|48"));
+  EXPECT_EQ(Boxes().at(0).owner, sheet.Page());
 }
 
-TEST(PortPageStatus, BackgroundIsTheProductsOwn) {
-  Rig rig;
-  const PageSheet sheet(rig);
+TEST_F(PortPageStatus, PageAndLabelsHaveTheProductsBackground) {
+  const HWND page = PageOf().Page();
   for (const UINT message : {WM_CTLCOLORDLG, WM_CTLCOLORSTATIC}) {
-    const HDC context = GetDC(sheet.Page());
+    const HDC context = GetDC(page);
     SetBkMode(context, OPAQUE);
-    const LRESULT brush = SendMessageW(sheet.Page(), message, reinterpret_cast<WPARAM>(context),
-                                       reinterpret_cast<LPARAM>(sheet.Control(IDC_PORT_STATE)));
+    const LRESULT brush = SendMessageW(page, message, reinterpret_cast<WPARAM>(context),
+                                       reinterpret_cast<LPARAM>(PageOf().Control(IDC_PORT_STATE)));
     LOGBRUSH properties{};
     ASSERT_NE(GetObjectW(reinterpret_cast<HGDIOBJ>(brush), sizeof(properties), &properties), 0);
     EXPECT_EQ(properties.lbColor, 0xF6F7F8u);
     EXPECT_EQ(GetBkMode(context), TRANSPARENT);
-    ReleaseDC(sheet.Page(), context);
+    ReleaseDC(page, context);
   }
 }
 

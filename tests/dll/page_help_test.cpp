@@ -1,0 +1,283 @@
+// Help, tips and links of the port page and of the advanced sheet's pages.
+#include "page_test.h"
+
+#include <cwchar>
+
+namespace {
+
+constexpr UINT kDisplayTopic = 0x0000;
+constexpr UINT kPopUp = 0x0011;
+constexpr int kPortPage = -1;  // in the place of a tab of the advanced sheet
+
+class PageHelp : public PageTest {
+ protected:
+  // Calls `visit` with the port page or with a page of its advanced sheet.
+  void On(int tab, const std::function<void(HWND)>& visit) {
+    if (tab == kPortPage) return visit(PageOf().Page());
+    Run([&](const OpenSheet& sheet) { visit(sheet.Turn(tab)); });
+  }
+  void ClickHelpOf(std::initializer_list<int> tabs) {
+    for (const int tab : tabs) On(tab, [](HWND page) { Click(page, IDC_PORT_HELP_LINK); });
+  }
+  [[nodiscard]] std::vector<workbench::HelpRecord>& HelpCalls() { return machine.Screen().helpCalls; }
+  [[nodiscard]] std::vector<std::wstring> Topics() {
+    std::vector<std::wstring> topics;
+    for (const workbench::HelpRecord& record : HelpCalls()) topics.push_back(record.topic);
+    return topics;
+  }
+};
+
+// The device page goes by the bus's PortType, the port page and the TCP/IP page by the port's.
+TEST_F(PageHelp, EachTopicGoesByItsOwnPortType) {
+  struct Row {
+    std::uint32_t port, bus;
+    const wchar_t *portPage, *device, *tcpIp;
+  };
+  const Row rows[] = {{2, 0, L"StdPage485", L"AdvDevice", L"TcpIpPage485"},
+                      {0, 2, L"StdPage", L"AdvDevice485", L"TcpIpPage"}};
+  BusSet().SetNumber("SerialPortIndex", 2);
+  for (const Row& row : rows) {
+    PortSet().SetNumber("PortType", row.port);
+    BusSet().SetNumber("PortType", row.bus);
+    Tick();
+    HelpCalls().clear();
+    ClickHelpOf({kPortPage, OpenSheet::kDevice, OpenSheet::kTcpIp});
+    const auto topic = [](const wchar_t* name) {
+      return L"KdNUI41.chm::/" + std::wstring(name) + L".htm>mainwin";
+    };
+    EXPECT_THAT(Topics(), ElementsAre(topic(row.portPage), topic(row.device), topic(row.tcpIp)));
+    for (const workbench::HelpRecord& record : HelpCalls()) {
+      EXPECT_EQ(record.command, kDisplayTopic);
+      EXPECT_NE(record.owner, nullptr);
+    }
+  }
+}
+
+TEST_F(PageHelp, OnlyControlsOfThePagesTableHaveAPopUp) {
+  struct Row {
+    int tab, control, without;
+    std::vector<DWORD> ids;
+  };
+  const Row rows[] = {{kPortPage,
+                       IDC_PORT_CTS_LABEL,
+                       IDC_PORT_BAUD_RATE,
+                       {211, 0x806B00D3, 227, 0x806B00D3, 205, 0x806B00CD, 228, 0x806B00CD, 892, 0x806B037C,
+                        840, 0x806B0348, 841, 0x806B035E, 0, 0}},
+                      {OpenSheet::kDevice,
+                       IDC_DEVICE_CONNECT_OFFLINE,
+                       IDC_DEVICE_COM_NUMBER_LABEL,
+                       {200, 0x807300CA, 290, 0x806B035C, 9000, 0x806B035F, 0, 0}},
+                      {OpenSheet::kTcpIp,
+                       IDC_TCPIP_VERIFICATION,
+                       IDC_TCPIP_HELP_LINK,
+                       {289, 0x806B0357, 283, 0x806B0358, 237, 0x806B0359, 239, 0x806B035A, 240, 0x806B035B,
+                        892, 0x806B037C, 288, 0x806B035D, 0, 0}}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.tab);
+    HelpCalls().clear();
+    On(row.tab, [&](HWND page) {
+      AskForHelp(page, row.without);
+      AskForHelp(page, row.control, HELPINFO_MENUITEM);
+      EXPECT_THAT(HelpCalls(), IsEmpty());
+      AskForHelp(page, row.control);
+      ASSERT_EQ(HelpCalls().size(), 1u);
+      EXPECT_EQ(HelpCalls()[0].owner, GetDlgItem(page, row.control));
+      EXPECT_EQ(HelpCalls()[0].command, kPopUp);
+      EXPECT_EQ(HelpCalls()[0].topic, L"KdNUI41.chm::/KdUUI.txt");
+      EXPECT_EQ(HelpCalls()[0].ids, row.ids);
+    });
+  }
+}
+
+TEST_F(PageHelp, WithoutHtmlHelpClicksDoNothingAndItIsLookedForOnce) {
+  machine.Screen().htmlHelpInstalled = false;
+  ClickHelpOf({OpenSheet::kDevice});
+  const auto attempts = [&] {
+    std::size_t count = machine.Calls().CountOf("LoadLibraryExA");
+    for (const Call& load : machine.Calls().CallsOf("LoadLibraryExW"))
+      count += load.Text(0).ends_with(L"hhctrl.ocx");
+    return count;
+  };
+  EXPECT_EQ(attempts(), 2u) << "the registered control, then the one of the system directory";
+  machine.Screen().htmlHelpInstalled = true;
+  ClickHelpOf({kPortPage, OpenSheet::kDevice});
+  EXPECT_EQ(attempts(), 2u);
+  EXPECT_THAT(HelpCalls(), IsEmpty());
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(PageHelp, AnUnregisteredControlIsFoundByItsName) {
+  RegDeleteTreeW(HKEY_CLASSES_ROOT, L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}");
+  ClickHelpOf({OpenSheet::kDevice});
+  EXPECT_EQ(HelpCalls().size(), 1u);
+}
+
+// "": no tip. The TCP/IP page asks for tips of two controls, and the string table has none for them.
+TEST_F(PageHelp, TipsFollowTheTableOfThePage) {
+  struct Row {
+    int tab, control;
+    const wchar_t* tip;  // its beginning
+  };
+  const Row rows[] = {
+      {kPortPage, IDC_PORT_BAUD_RATE_LABEL, L""},
+      {kPortPage, IDC_PORT_BAUD_RATE, L""},
+      {kPortPage, IDC_PORT_DATA_BITS_LABEL, L"The number of data bits"},
+      {kPortPage, IDC_PORT_DATA_BITS, L"The number of data bits"},
+      {kPortPage, IDC_PORT_PARITY_LABEL, L"The parity"},
+      {kPortPage, IDC_PORT_PARITY, L"The parity"},
+      {kPortPage, IDC_PORT_STOP_BITS_LABEL, L"The number of stop bits"},
+      {kPortPage, IDC_PORT_STOP_BITS, L"The number of stop bits"},
+      {kPortPage, IDC_PORT_FLOW_CONTROL_LABEL, L"The flow control"},
+      {kPortPage, IDC_PORT_FLOW_CONTROL, L"The flow control"},
+      {kPortPage, IDC_PORT_ADVANCED, L"Opens the advanced settings"},
+      {kPortPage, IDC_PORT_RESTORE_DEFAULTS, L"Reloads the settings"},
+      {kPortPage, IDC_PORT_CONFIGURE, L""},
+      {kPortPage, IDC_PORT_CTS_ALWAYS_TRUE, L""},
+      {OpenSheet::kDevice, IDC_DEVICE_COM_NUMBER, L"Change selection to use a different COM number"},
+      {OpenSheet::kDevice, IDC_DEVICE_COM_NUMBER_LABEL, L""},
+      {OpenSheet::kTcpIp, IDC_TCPIP_ADDRESS, L""},
+      {OpenSheet::kTcpIp, IDC_TCPIP_PORT_NUMBER, L""},
+  };
+  for (const Row& row : rows) {
+    On(row.tab, [&](HWND page) {
+      const std::wstring tip = TipOf(page, GetDlgItem(page, row.control));
+      EXPECT_TRUE(tip.starts_with(row.tip)) << row.control;
+      EXPECT_EQ(tip.empty(), *row.tip == L'\0') << row.control;
+    });
+  }
+}
+
+// The corners of the help picture show what each page has behind its labels; its middle shows the picture.
+TEST_F(PageHelp, ThePictureStandsOnThePagesOwnBackground) {
+  for (const int tab : {kPortPage, +OpenSheet::kDevice, +OpenSheet::kTcpIp}) {
+    SCOPED_TRACE(tab);
+    On(tab, [](HWND page) {
+      const HWND picture = GetDlgItem(page, IDC_PORT_HELP_LINK);
+      RECT area;
+      GetClientRect(picture, &area);
+      const HDC context = GetDC(picture);
+      const auto wParam = reinterpret_cast<WPARAM>(context);
+      const LRESULT brush = SendMessageW(page, WM_CTLCOLORSTATIC, wParam, reinterpret_cast<LPARAM>(picture));
+      FillRect(context, &area, reinterpret_cast<HBRUSH>(brush));
+      const COLORREF background = GetPixel(context, 0, 0);
+      FillRect(context, &area, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+      SendMessageW(picture, WM_PRINTCLIENT, wParam, PRF_CLIENT);
+      EXPECT_EQ(GetPixel(context, 0, 0), background);
+      EXPECT_EQ(GetPixel(context, area.right - 1, area.bottom - 1), background);
+      EXPECT_EQ(GetPixel(context, area.right / 4, area.bottom / 2), RGB(0x2F, 0x7C, 0xC0));
+      ReleaseDC(picture, context);
+    });
+  }
+}
+
+// What a click does, Enter and Space do; Enter does not press OK, and Escape stays the sheet's.
+TEST_F(PageHelp, LinksFollowTheKeyboard) {
+  for (const auto& [tab, control] :
+       {std::pair{kPortPage, IDC_PORT_HELP_LINK}, {+OpenSheet::kAbout, IDC_ABOUT_WEBSITE}}) {
+    SCOPED_TRACE(tab);
+    On(tab, [&](HWND page) {
+      const HWND link = GetDlgItem(page, control);
+      EXPECT_TRUE(GetWindowLongW(link, GWL_STYLE) & WS_TABSTOP);
+      for (const wchar_t key : {L'\r', L' ', L'x'}) SendMessageW(link, WM_CHAR, key, 0);
+      MSG message{link, WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+      const auto wants = [&](WPARAM key) {
+        message.wParam = key;
+        return (SendMessageW(link, WM_GETDLGCODE, key, reinterpret_cast<LPARAM>(&message)) &
+                DLGC_WANTMESSAGE) != 0;
+      };
+      EXPECT_TRUE(wants(VK_RETURN));
+      EXPECT_FALSE(wants(VK_ESCAPE));
+    });
+  }
+  EXPECT_EQ(HelpCalls().size(), 2u);
+  EXPECT_EQ(machine.Screen().shellCalls.size(), 2u);
+}
+
+// What a control draws, as the colours of its pixels, row by row.
+std::vector<COLORREF> PixelsOf(HWND control) {
+  RECT area;
+  GetClientRect(control, &area);
+  const HDC screen = GetDC(nullptr);
+  const HDC context = CreateCompatibleDC(screen);
+  const HBITMAP picture = CreateCompatibleBitmap(screen, area.right, area.bottom);
+  const HGDIOBJ before = SelectObject(context, picture);
+  SendMessageW(control, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(context), PRF_CLIENT);
+  std::vector<COLORREF> pixels;
+  for (int y = 0; y < area.bottom; ++y) {
+    for (int x = 0; x < area.right; ++x) pixels.push_back(GetPixel(context, x, y));
+  }
+  SelectObject(context, before);
+  DeleteObject(picture);
+  DeleteDC(context);
+  ReleaseDC(nullptr, screen);
+  return pixels;
+}
+
+TEST_F(PageHelp, TheHelpPictureShowsTheFocus) {
+  const HWND link = PageOf().Control(IDC_PORT_HELP_LINK);
+  const std::vector<COLORREF> without = PixelsOf(link);
+  SetFocus(link);
+  EXPECT_NE(PixelsOf(link), without);
+  SetFocus(PageOf().Control(IDC_PORT_ADVANCED));
+  EXPECT_EQ(PixelsOf(link), without);
+}
+
+class AboutLink : public PageHelp {
+ protected:
+  void SetColour(const wchar_t* name, const wchar_t* text) {
+    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Microsoft\\Internet Explorer\\Settings", name, REG_SZ,
+                    text, static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t)));
+  }
+  // The link is of the first colour, and of the second after a click.
+  static void ExpectColours(HWND page, COLORREF before, COLORREF after) {
+    EXPECT_THAT(PixelsOf(GetDlgItem(page, IDC_ABOUT_WEBSITE)), testing::Contains(before));
+    Click(page, IDC_ABOUT_WEBSITE);
+    EXPECT_THAT(PixelsOf(GetDlgItem(page, IDC_ABOUT_WEBSITE)), testing::Contains(after));
+  }
+  [[nodiscard]] static bool HasHandAt(HWND control, int x) {
+    POINT point{x, 2};
+    ClientToScreen(control, &point);
+    SetCursorPos(point.x, point.y);
+    SetCursor(nullptr);
+    SendMessageW(control, WM_SETCURSOR, reinterpret_cast<WPARAM>(control),
+                 MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    return GetCursor() == LoadCursorW(nullptr, IDC_HAND);
+  }
+};
+
+TEST_F(AboutLink, AClickOnItsTextOpensTheMakersSite) {
+  On(OpenSheet::kAbout, [](HWND page) {
+    const HWND link = GetDlgItem(page, IDC_ABOUT_WEBSITE);
+    const auto press = [&](int x, int releasedAtX) {
+      SendMessageW(link, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 2));
+      SendMessageW(link, WM_LBUTTONUP, 0, MAKELPARAM(releasedAtX, 2));
+    };
+    EXPECT_TRUE(GetWindowLongW(link, GWL_STYLE) & SS_NOTIFY);
+    ExpectColours(page, RGB(0, 0, 255), RGB(128, 0, 128));
+    press(2, 5000);  // released elsewhere
+    EXPECT_TRUE(HasHandAt(link, 2));
+    SetWindowTextW(link, L"i");
+    press(40, 40);  // beyond the shorter text
+    EXPECT_FALSE(HasHandAt(link, 40));
+  });
+  for (const Call& call : machine.Calls().CallsOf("DestroyWindow")) {
+    EXPECT_TRUE(call.succeeded) << "a tip goes with its sheet, and its number may be another window's then";
+  }
+  ASSERT_EQ(machine.Screen().shellCalls.size(), 1u);
+  const workbench::ShellRecord& call = machine.Screen().shellCalls[0];
+  EXPECT_EQ(call.owner, nullptr);
+  EXPECT_EQ(call.operation, L"open");
+  EXPECT_EQ(call.file, L"https://www.keldrin.example/");
+  EXPECT_EQ(call.show, SW_SHOWNORMAL);
+}
+
+TEST_F(AboutLink, TheUsersColoursCountWhereTheyCanBeRead) {
+  SetColour(L"Anchor Color", L"0,128,0");
+  SetColour(L"Anchor Color Visited", L"128,64,0");
+  On(OpenSheet::kAbout, [](HWND page) { ExpectColours(page, RGB(0, 128, 0), RGB(128, 64, 0)); });
+  SetColour(L"Anchor Color", L"green");
+  SetColour(L"Anchor Color Visited", L"1,2");
+  On(OpenSheet::kAbout, [](HWND page) { ExpectColours(page, RGB(0, 0, 255), RGB(128, 0, 128)); });
+}
+
+}  // namespace
