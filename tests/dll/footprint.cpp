@@ -2,17 +2,14 @@
 
 #include <windows.h>
 
-#include <malloc.h>
 #include <winternl.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <vector>
 
 namespace {
 
-// Wine 8 answers GetGuiResources and GetProcessHandleCount with 0, always. What they would count is taken
-// from where Wine has it; on Windows the functions are asked.
+// Wine 8 answers GetProcessHandleCount with 0, always. What it would count is taken from where Wine has it.
 
 constexpr int kHandleInformation = 64;                     // SystemExtendedHandleInformation
 constexpr LONG kTooShort = static_cast<LONG>(0xC0000004);  // STATUS_INFO_LENGTH_MISMATCH
@@ -25,8 +22,8 @@ struct HandleEntry {
 static_assert(sizeof(HandleEntry) == 40);
 
 std::size_t CountKernelHandles() {
-  DWORD told = 0;
-  if (GetProcessHandleCount(GetCurrentProcess(), &told) && told != 0) return told;
+  DWORD count = 0;
+  if (GetProcessHandleCount(GetCurrentProcess(), &count) && count != 0) return count;
   // Looked up, because its declaration does not know this number.
   const FARPROC query = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation");
   auto* const ask =
@@ -41,45 +38,6 @@ std::size_t CountKernelHandles() {
   return static_cast<std::size_t>(std::count_if(first, first + buffer[0], [](const HandleEntry& entry) {
     return entry.processId == GetCurrentProcessId();
   }));
-}
-
-// An entry of the table that the process environment block points at.
-struct GdiEntry {
-  std::uint64_t object;
-  ULONG owner;
-  USHORT unique;
-  UCHAR type;  // 0: free
-  UCHAR flags;
-  std::uint64_t user;
-};
-constexpr std::size_t kGdiTable = 0xF8;  // offset in the block
-constexpr std::size_t kGdiEntries = 65536;
-
-std::size_t CountGdiObjects() {
-  if (const DWORD told = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS)) return told;
-  const auto* const block = reinterpret_cast<const char*>(NtCurrentTeb()->ProcessEnvironmentBlock);
-  const GdiEntry* const first = *reinterpret_cast<const GdiEntry* const*>(block + kGdiTable);
-  if (first == nullptr) return 0;
-  return static_cast<std::size_t>(
-      std::count_if(first, first + kGdiEntries, [](const GdiEntry& entry) { return entry.type != 0; }));
-}
-
-// Windows have one numbering for all programs, menus have not.
-bool IsOwnWindow(HWND window) {
-  DWORD process = 0;
-  return GetWindowThreadProcessId(window, &process) != 0 && process == GetCurrentProcessId();
-}
-
-// The lower word of a handle is enough to name its object, and lower words are given out in order.
-std::size_t CountUserObjects() {
-  if (const DWORD told = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS)) return told;
-  constexpr ULONG_PTR kFirst = 0x20;
-  constexpr ULONG_PTR kBehindLast = 0x4000;
-  std::size_t count = 0;
-  for (ULONG_PTR word = kFirst; word < kBehindLast; word += 2) {
-    if (IsOwnWindow(reinterpret_cast<HWND>(word)) || IsMenu(reinterpret_cast<HMENU>(word))) ++count;
-  }
-  return count;
 }
 
 std::size_t CountBytesOf(HANDLE heap) {
@@ -104,9 +62,5 @@ std::size_t CountBytesOfAllHeaps() {
 }  // namespace
 
 Footprint Footprint::Take() {
-  return {.kernelHandles = CountKernelHandles(),
-          .gdiObjects = CountGdiObjects(),
-          .userObjects = CountUserObjects(),
-          .heapBytes = CountBytesOf(reinterpret_cast<HANDLE>(_get_heap_handle())),
-          .allHeapBytes = CountBytesOfAllHeaps()};
+  return {.kernelHandles = CountKernelHandles(), .heapBytes = CountBytesOfAllHeaps()};
 }

@@ -56,7 +56,7 @@ TEST(ModuleExceptions, LoadsLeaveNothingOfTheProcess) {
   EXPECT_EQ(after.threadSlots, before.threadSlots);
   EXPECT_EQ(after.fiberSlots, before.fiberSlots);
   EXPECT_EQ(after.footprint.kernelHandles, before.footprint.kernelHandles);
-  EXPECT_EQ(after.footprint.allHeapBytes, before.footprint.allHeapBytes);
+  EXPECT_EQ(after.footprint.heapBytes, before.footprint.heapBytes);
 }
 
 }  // namespace

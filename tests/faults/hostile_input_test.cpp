@@ -97,21 +97,16 @@ class HostileInput : public testing::Test, protected DriverOfThePort, protected 
   }
 
   // What is held, and how much more it may be after all inputs: the page's texts, which the last input
-  // decides, and what WinINet has under way on other threads. The heap is the page's, the test's and the
-  // server's.
+  // decides, and what WinINet has under way on other threads.
   struct Held {
     const char* what;
     std::size_t is;
     long long mostMore;
   };
   std::vector<Held> Holds() {
-    const Footprint process = Footprint::Take();
     return {{"blocks of the DLL", static_cast<std::size_t>(machine.Calls().LiveAllocations()), 20},
             {"its handles", machine.Calls().OpenHandles().size(), 0},
-            {"handles of the process", process.kernelHandles, 20},
-            {"GDI objects", process.gdiObjects, 0},
-            {"USER objects", process.userObjects, 0},
-            {"bytes of the heap", process.heapBytes, 32 * 1024}};
+            {"handles of the process", Footprint::Take().kernelHandles, 20}};
   }
 
   // Prepares and shows one input after the other; the page refreshes itself by its timer.
