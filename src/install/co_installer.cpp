@@ -83,7 +83,7 @@ bool WindowsSortsPortNames() {
 DWORD InstallDeviceServer(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& server,
                           const COINSTALLER_CONTEXT_DATA& context) {
   if (context.PostProcessing != FALSE) {
-    // Again, because the class installer may have started the server, and with it its ports, in between.
+    // Again: the class installer may have started the server, and with it its ports, between the passes.
     // Kept on purpose: one backup
     BestEffort([&] { RemoveChildPorts(server); });
     return context.InstallResult;
@@ -95,8 +95,8 @@ DWORD InstallDeviceServer(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& server,
   return ERROR_DI_POSTPROCESSING_REQUIRED;
 }
 
-// A port whose name is not defined yet is left alone: its driver is not running, and nothing that could be
-// done to its name would reach it.
+// A port whose name is not defined yet is left alone: its driver is not running, and a rename needs the
+// kernel device that the name leads to.
 bool HasDefinedName(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& port) {
   return GuardBoundary(false, [&] {
     CWideString name;

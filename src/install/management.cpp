@@ -15,7 +15,7 @@ BOOL ChangeComNumber(const wchar_t* instanceId, const wchar_t* newName) {
   }
   CCOMPortUtil port(devices.Get(), element);
   // Kept on purpose: result of a rename
-  RenameComPort(port, CWideString(newName), nullptr, true, true);
+  RenamePortForUser(port, CWideString(newName), nullptr);
   return 1;
 }
 

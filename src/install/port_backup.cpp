@@ -13,13 +13,13 @@
 
 namespace {
 
-constexpr wchar_t kPagesKey[] = L"UI1";
+constexpr wchar_t kPagesKey[] = L"UI1";  // the property pages' own values, below the port's
 
 CWideString DeviceParametersPath(const CWideString& instanceId) {
   return CWideString::Format(L"System\\CurrentControlSet\\Enum\\%s\\Device Parameters", instanceId);
 }
 
-void BackUpValues(HKEY backup, const CWideString& portId) {
+void BackupPortValues(HKEY backup, const CWideString& portId) {
   const CRegistryKey port = OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(portId), KEY_READ);
   if (!port) return;
   ForEachValue(port.Get(), [&](const CWideString& name, DWORD type) {
@@ -28,7 +28,7 @@ void BackUpValues(HKEY backup, const CWideString& portId) {
   });
 }
 
-void BackUpPageValues(HKEY backup, const CWideString& portId) {
+void BackupPagesKey(HKEY backup, const CWideString& portId) {
   const CRegistryKey from =
       OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(portId) + L"\\" + kPagesKey, KEY_READ);
   if (!from) return;
@@ -38,7 +38,7 @@ void BackUpPageValues(HKEY backup, const CWideString& portId) {
 
 // Writes the saved settings to the port's key; returns the saved name, which is not a setting: a name is
 // only ever given by a rename.
-std::optional<CWideString> RestoreValues(HKEY backup, HKEY port) {
+std::optional<CWideString> RestorePortValues(HKEY backup, HKEY port) {
   std::optional<CWideString> savedName;
   ForEachValue(backup, [&](const CWideString& name, DWORD type) {
     if (type == REG_DWORD && !IsCapabilityValue(name)) CopyDword(backup, port, name);
@@ -62,10 +62,10 @@ void RestoreName(CCOMPortUtil& port, const CWideString& savedName) {
   // Usually the port itself still holds the number; the rename is to claim it without a question.
   // Kept on purpose: swapped numbers
   ReleaseIfTaken(port, static_cast<DWORD>(ComNumberOf(savedName.View())));
-  RenameComPort(port, savedName, nullptr, false, false);
+  RenamePortAsInstaller(port, savedName);
 }
 
-void RestorePageValues(HKEY backup, HKEY port) {
+void RestorePagesKey(HKEY backup, HKEY port) {
   const CRegistryKey from = OpenKey(backup, kPagesKey, KEY_READ);
   if (!from) return;
   const CRegistryKey to = CreateKey(port, kPagesKey);
@@ -90,16 +90,16 @@ void BackupChildPortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& serv
     if (!GetInstanceId(child, portId)) continue;
     const CRegistryKey backup = CreateKey(serverKey.Get(), BackupKeyName(portId));
     if (!backup) continue;
-    BackUpValues(backup.Get(), portId);
-    BackUpPageValues(backup.Get(), portId);
+    BackupPortValues(backup.Get(), portId);
+    BackupPagesKey(backup.Get(), portId);
   }
 }
 
-bool RestorePortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element) {
-  const CDeviceKey portKey = OpenDeviceKey(deviceInfoSet, element, GENERIC_WRITE);
+bool RestorePortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& port) {
+  const CDeviceKey portKey = OpenDeviceKey(deviceInfoSet, port, GENERIC_WRITE);
   CWideString serverId;
   CWideString portId;
-  if (!portKey || !GetParentInstanceId(element, serverId) || !GetInstanceId(element.DevInst, portId)) {
+  if (!portKey || !GetParentInstanceId(port, serverId) || !GetInstanceId(port.DevInst, portId)) {
     return false;
   }
   const CWideString backupName = BackupKeyName(portId);
@@ -107,11 +107,11 @@ bool RestorePortSettings(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element)
       OpenKey(HKEY_LOCAL_MACHINE, DeviceParametersPath(serverId) + L"\\" + backupName.View(), KEY_READ);
   if (!backup) return false;
 
-  if (const auto savedName = RestoreValues(backup.Get(), portKey.Get())) {
-    CCOMPortUtil port(deviceInfoSet, element);
-    RestoreName(port, *savedName);
+  if (const auto savedName = RestorePortValues(backup.Get(), portKey.Get())) {
+    CCOMPortUtil namedPort(deviceInfoSet, port);
+    RestoreName(namedPort, *savedName);
   }
-  RestorePageValues(backup.Get(), portKey.Get());
+  RestorePagesKey(backup.Get(), portKey.Get());
   backup.Reset();
   DeleteBackup(serverId, backupName);
   return true;

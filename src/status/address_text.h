@@ -1,4 +1,4 @@
-// Network addresses as the pages show them. Portable.
+// Network addresses as the pages show them. Portable. Every value has a text.
 #pragma once
 
 #include <cstdint>

@@ -6,6 +6,7 @@
 #include "base/wide_string.h"
 #include "install/naming/com_names.h"
 
-// The names of numbers 1 to 255 in order, with " (in use)" behind those that the usage map has as taken, but
-// for `currentName` (compared exactly), which is taken by the port itself.
+// The names of the numbers 1 to 255 in order, with " (in use)" behind the taken ones. `currentName`, compared
+// exactly, is left plain: its number is taken by the port itself. ChosenComName (ui/device_rules.h) reads an
+// entry back.
 [[nodiscard]] std::vector<CWideString> ComNameList(const ComUsage& usage, const CWideString& currentName);

@@ -1,4 +1,7 @@
 // What the check boxes for the handshake lines show. Portable.
+//
+// The boxes are "CTS always true" and "DSR always true" of the port page. The rules give changes, and
+// ui/port_status_view.h makes them.
 #pragma once
 
 #include <cstdint>
@@ -17,9 +20,11 @@ struct HandshakeChange {
   BoxChange dsr;
 };
 
+// The box of a line that applications always see asserted.
 inline constexpr BoxChange kCheckedAndDisabled{.checked = true, .boxEnabled = false, .labelEnabled = false};
 
 // What the boxes show after a refresh. An RS-422/485 port has no DSR and, in RS-485 mode, no CTS, and a port
-// without one of the lines has it always true: their boxes then show a fact that the user cannot change.
+// without one of the lines has it always true: such a box is checked and the user cannot change it. The
+// others show the port's settings. `portIndex` is the port's SerialPortIndex, from 1.
 [[nodiscard]] HandshakeChange HandshakeAfterRefresh(const CVcpParameters& port,
                                                     std::uint32_t portIndex) noexcept;

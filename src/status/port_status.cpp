@@ -54,7 +54,7 @@ class CStatusReader {
     status.mode = Mode();
     ReadLine(L"<ctsline>", L"</ctsline>", port_.CtsSupported);
     ReadLine(L"<dsrline>", L"</dsrline>", port_.DsrSupported);
-    Decide(status);
+    DecideVisibility(status);
     return status;
   }
 
@@ -130,7 +130,7 @@ class CStatusReader {
     }
   }
 
-  void Decide(PortStatus& status) const {
+  void DecideVisibility(PortStatus& status) const {
     const std::uint32_t index = bus_.SerialPortIndex;
     const bool isRs422485 = IsRs422485Port(port_.PortType, index);
     status.showDuplex = isRs422485 || IsRs422485Port(bus_.PortType, index) || status.mode == kModeRs422485;

@@ -1,4 +1,7 @@
 // What a device server's status document says about a port. Portable.
+//
+// A document is a flat text with one pair of tags for each value: <baud>9600</baud>. It comes from the
+// network and is not trusted: any text is accepted, and nothing in it can fail but memory (std::bad_alloc).
 #pragma once
 
 #include <optional>
@@ -9,13 +12,13 @@
 #include "config/vcp_parameters.h"
 #include "status/port_boxes.h"
 
-// The value between a tag pair, or nothing when the pair is not there: no opening tag, or no closing tag, or
-// the first closing tag of the whole text stands before the first opening one. The value is taken as it is,
-// with nothing trimmed and nothing unescaped, up to the closing tag.
+// The value between a tag pair, from the first opening tag to the first closing tag of the whole text, with
+// nothing trimmed and nothing unescaped. Nothing when one of the two is missing or the closing tag is the
+// first.
 [[nodiscard]] std::optional<CWideString> ExtractTagValue(const CWideString& text, std::wstring_view openTag,
                                                          std::wstring_view closeTag);
 
-// What the port page shows of a port.
+// What the port page shows of a port. The texts are words for the user, or the document's own text.
 struct PortStatus {
   CWideString baudRate;
   CWideString dataBits;
@@ -30,9 +33,10 @@ struct PortStatus {
   HandshakeChange boxes;
 };
 
-// Reads a status document, which has been folded to lower case, and adopts what it says into both parameter
-// sets. What it does not say is shown as the sets have it, and an empty document is that of a device server
-// that cannot be reached. Numbers are checked before they are stored; the texts may be as long as the
-// document.
+// Reads a status document, which has been folded to lower case, and stores its values in both parameter sets,
+// in memory only. A value that is missing is shown as the sets have it. An empty document stands for a device
+// server that cannot be reached: the state is "Offline". Data, stop and parity values out of range are not
+// stored; the texts may be as long as the document.
+// Kept on purpose: parity into data bits, text for a number, whole mask
 [[nodiscard]] PortStatus ApplyStatusDocument(const CWideString& document, CVcpParameters& port,
                                              CKdNBusUserModeInterface& bus);

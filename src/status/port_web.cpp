@@ -7,10 +7,10 @@ PortWebAddress WebAddressOf(const CKdNBusUserModeInterface& bus) {
 }
 
 CWideString StatusDocumentPath(const PortWebAddress& web) {
-  return CWideString::Format(L"/p%d", static_cast<std::int32_t>(web.portNumber));
+  return CWideString::Format(L"/p%d", static_cast<std::int32_t>(web.portIndex));
 }
 
 CWideString PortWebPage(const PortWebAddress& web) {
   return CWideString::Format(L"http://%s:%d/serialport%d.html", web.host, static_cast<int>(web.webPort),
-                             static_cast<std::int32_t>(web.portNumber));
+                             static_cast<std::int32_t>(web.portIndex));
 }

@@ -13,7 +13,7 @@ namespace {
 
 static_assert(CDocumentBuffer::kPieceBytes == KdINet::CInternetFile::kReadBytes);
 
-// Device servers write their documents in the ANSI code page of their market.
+// The document does not say how it is encoded; the host's ANSI code page is assumed.
 CWideString FromAnsi(std::string_view text) {
   if (text.empty()) return {};
   const int length = static_cast<int>(text.size());  // one piece at most

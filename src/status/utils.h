@@ -14,6 +14,10 @@
 #include "status/choice_list.h"
 
 // Made on the stack, used once or twice and dropped; any thread, combo boxes on their own thread.
+//
+// The words are a kept interface: the pages and the status document go directly to status/serial_words.h, and
+// nothing here may differ from it. Functions that make texts or lists throw std::bad_alloc when memory runs
+// out.
 class CUtils {
  public:
   virtual ~CUtils() = default;
@@ -37,11 +41,13 @@ class CUtils {
   // is an empty text.
   [[nodiscard]] ChoiceList LoadChoiceList(UINT resourceId, std::uint32_t mask) const;
 
-  // Fills a combo box and selects the entry for `value`, see FindChoice. A value that the list does not
-  // offer is added as its bare number and selected, so that it is shown instead of lost.
+  // Fills a combo box anew and selects the entry for `value`, see FindChoice. A value that the list does not
+  // offer is added as its bare number and selected, so that it is shown instead of lost. The combo box
+  // belongs to the calling thread, here and below.
   void FillChoiceCombo(const HWND& combo, ChoiceList list, std::int32_t value, bool matchBits) const;
 
-  // Fills a combo box and selects the last entry that equals `selectedText` exactly; none, if none does.
+  // Fills a combo box anew and selects the last entry that equals `selectedText` exactly; without one,
+  // nothing is selected.
   void FillStringCombo(const HWND& combo, std::vector<CWideString> list, CWideString selectedText) const;
 
   // The value kept with the selected item: CB_ERR without a selection, -1 for a null reference.

@@ -122,7 +122,7 @@ CWideString CDeviceAdvSettingPage::SelectedComName() const {
 
 bool CDeviceAdvSettingPage::Rename(const CWideString& newName) {
   CCOMPortUtil port(DeviceSet(), DeviceElement());
-  if (RenameComPort(port, newName, Window(), true, true) != 0) return true;
+  if (RenamePortForUser(port, newName, Window()) != 0) return true;
   static_cast<void>(ShowMessage(IDS_RENAME_FAILED, L"Error", MB_ICONHAND));
   static_cast<void>(ReadBusSet());
   return false;

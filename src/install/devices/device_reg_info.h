@@ -2,8 +2,8 @@
 // Windows only.
 //
 // A device's own values live in its hardware key ("Device Parameters"). Strings there are read into a
-// buffer of 300 bytes: 149 characters and a terminator fit, a longer value counts as not read. All
-// operations are best effort: they report success and carry no error code.
+// buffer of 300 bytes: 149 characters and a terminator fit, a longer value counts as not read. All operations
+// are best effort: they report success or failure, without an error code. Writing needs administrator rights.
 #pragma once
 
 #include <windows.h>
@@ -16,15 +16,16 @@
 #include "base/device_handles.h"
 #include "base/wide_string.h"
 
-// Opens the device's hardware key with `access`; an empty holder when that fails.
+// Opens the device's hardware key with `access`; an empty holder when that fails. A device without such a key
+// gets none.
 [[nodiscard]] CDeviceKey OpenDeviceKey(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element, REGSAM access);
 
-// Reads a string value. The type that the value was stored with is not looked at. On failure `value` stays
-// as it was.
+// Reads a string value. The type that the value was stored with has no influence, and its terminator may be
+// missing. On failure `value` stays as it was.
 [[nodiscard]] bool ReadDevRegString(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element,
                                     const wchar_t* name, CWideString& value);
 
-// Reads a value of at most four bytes; on failure `value` stays as it was.
+// Reads a value of at most four bytes; missing high bytes are 0. On failure `value` stays as it was.
 [[nodiscard]] bool ReadDevRegDword(HDEVINFO deviceInfoSet, const SP_DEVINFO_DATA& element,
                                    const wchar_t* name, std::uint32_t& value);
 
@@ -47,14 +48,16 @@ class CKDDeviceRegInfo {
   [[nodiscard]] bool GetDeviceRegistryString(DWORD property, CWideString& value) const;
   // "{setup class}\nnnn", the device's software key below the Class key.
   [[nodiscard]] bool GetDriverKeyName(CWideString& value) const;
+  // The name that Device Manager shows: "Port name (COM7)".
   [[nodiscard]] bool GetFriendlyName(CWideString& value) const;
   [[nodiscard]] bool SetFriendlyName(const CWideString& value) const;
 
   // ReadDevRegString on this device.
   [[nodiscard]] bool GetRegString(const wchar_t* name, CWideString& value) const;
-  // Writes a REG_SZ without its terminator.
+  // Writes a REG_SZ without its terminator. Kept on purpose: no terminator
   [[nodiscard]] bool SetRegString(const wchar_t* name, const CWideString& value) const;
 
+  // What the constructor was given: the set itself, and the copy of the element.
   [[nodiscard]] HDEVINFO Set() const noexcept { return set_; }
   [[nodiscard]] const SP_DEVINFO_DATA& Element() const noexcept { return element_; }
   // The same element for the calls that want a pointer to write through. Never null.

@@ -1,4 +1,4 @@
-// Reads of unknown length. Windows only.
+// Reads of unknown length: calls of Windows that say how large a buffer they want. Windows only.
 #pragma once
 
 #include <windows.h>
@@ -14,9 +14,13 @@ struct LocalMemoryTraits {
 using CLocalMemory = CUniqueHandle<LocalMemoryTraits>;
 
 // Calls read(buffer, size, required), first without a buffer, and each time that it fails with
-// ERROR_INSUFFICIENT_BUFFER again with a zeroed buffer of the `required` bytes that it asked for.
-// Returns whether it succeeded; `buffer` and `size` then hold what was read. What is read may grow between
-// two calls; after a few rounds of that the read counts as failed, so that nothing hangs here.
+// ERROR_INSUFFICIENT_BUFFER again with a zeroed buffer of the `required` bytes that it asked for. `read`
+// returns bool and leaves its error as the thread's last one.
+//
+// Returns whether it succeeded. `buffer` then holds what was read, and is empty when the first call
+// succeeded; `size` is its size in bytes, not that of the value. What is read may grow between two calls;
+// after eight calls the read counts as failed, so that nothing hangs here. Memory that runs out is a failure
+// too.
 template <class Read>
 [[nodiscard]] bool GrowAndRetry(CLocalMemory& buffer, DWORD& size, Read&& read) {
   constexpr int kMostCalls = 8;

@@ -24,7 +24,7 @@ bool ReadBytes(HKEY key, const CWideString& name, ValueBytes& value) {
     *required = given;
     const LSTATUS result = RegQueryValueExW(key, name.Text(), nullptr, nullptr, bytes, required);
     value.size = *required;
-    // Asked without a buffer, the registry tells the size and calls that a success.
+    // Without a buffer the registry reports the size and counts that as a success.
     const bool sizeOnly = result == ERROR_SUCCESS && bytes == nullptr && *required > 0;
     if (result == ERROR_SUCCESS && !sizeOnly) return true;
     SetLastError(sizeOnly || result == ERROR_MORE_DATA ? ERROR_INSUFFICIENT_BUFFER : ERROR_INVALID_DATA);

@@ -16,8 +16,8 @@
 namespace {
 
 constexpr wchar_t kSortedFlag[] = L"ChildPortNameSorted";
-// Where a port stands aside for a moment: not on COM1 and COM2, which are the computer's own ports' and which
-// programs open by habit, whether the database has them as taken or not.
+// The range of numbers that a port takes while another one gets its own. COM1 and COM2 are usually the
+// computer's own ports, whether the database has them as taken or not.
 constexpr std::uint32_t kFirstAside = 3;
 constexpr std::uint32_t kLastAside = 255;
 
@@ -41,7 +41,7 @@ class CChildPorts : public CSortSteps {
     return number ? std::optional(static_cast<std::int32_t>(*number)) : std::nullopt;
   }
   [[nodiscard]] bool Rename(std::size_t child, const CWideString& newName) override {
-    return RenameComPort(*ports_[child], newName, nullptr, false, false) != 0;
+    return RenamePortAsInstaller(*ports_[child], newName) != 0;
   }
   void ReadName(std::size_t child, CWideString& name) override {
     static_cast<void>(ports_[child]->GetRegString(kPortName, name));
@@ -78,7 +78,7 @@ void MarkSorted(CParentDevice& server) {
   WriteDevRegDword(server.Set(), server.Element(), kSortedFlag, 1);
 }
 
-void Sort(const SP_DEVINFO_DATA& port) {
+void SortPortsOfServerOf(const SP_DEVINFO_DATA& port) {
   CParentDevice server;
   if (!server.Open(port) || IsSorted(server)) return;
   CChildPorts ports;
@@ -97,7 +97,7 @@ void Sort(const SP_DEVINFO_DATA& port) {
 }  // namespace
 
 int SortChildPortNames(HDEVINFO /*deviceInfoSet*/, const SP_DEVINFO_DATA& port) {
-  Sort(port);
+  SortPortsOfServerOf(port);
   return 1;
 }
 

@@ -23,8 +23,8 @@ constexpr std::wstring_view kUnaskedModels[] = {
     L"USB\\Vid_3A7E&PID_1089",
 };
 
-// One less than the last number that ports stand aside on while they are sorted: a holder that moves for good
-// does not take the last of these away.
+// One less than the last number that sorting uses for a swap, so that a holder, which moves for good, leaves
+// it one number.
 constexpr std::uint32_t kLastForMovedHolder = 254;
 
 }  // namespace

@@ -12,8 +12,9 @@ bool CCOMPortUtil::CloseComDb() {
 bool CCOMPortUtil::ClaimComNumber(DWORD number, bool force, BOOL* forced) {
   if (!database_) return false;
   BOOL wasForced = FALSE;
-  if (ComDBClaimPort(database_.Get(), number, force ? TRUE : FALSE, &wasForced) != ERROR_SUCCESS)
+  if (ComDBClaimPort(database_.Get(), number, force ? TRUE : FALSE, &wasForced) != ERROR_SUCCESS) {
     return false;
+  }
   if (forced != nullptr) *forced = wasForced;
   return true;
 }

@@ -26,7 +26,7 @@ bool IsFree(CCOMPortUtil& port, std::int32_t number) {
 void TakeFixedName(CCOMPortUtil& port, std::int32_t number) {
   const CWideString name = ComNameOf(number);
   if (!IsFree(port, number)) MoveComNameHolder(port, name, kFirstForMovedHolder);
-  RenameComPort(port, name, nullptr, false, false);
+  RenamePortAsInstaller(port, name);
 }
 
 }  // namespace
@@ -57,7 +57,7 @@ int MoveComNameHolder(CCOMPortUtil& port, const CWideString& name, std::uint32_t
     if (!ReadDevRegString(devices.Get(), element, kPortName, holderName) || holderName != name) continue;
     CCOMPortUtil holder(devices.Get(), element);
     const std::uint32_t number = NumberForHolder(port, name, firstCandidate);
-    RenameComPort(holder, ComNameOf(static_cast<std::int32_t>(number)), nullptr, false, false);
+    RenamePortAsInstaller(holder, ComNameOf(static_cast<std::int32_t>(number)));
     return 1;
   }
   return 0;
