@@ -20,10 +20,13 @@ configure() {
   if [ -e "build/$1/build.ninja" ]; then cmake --build --preset "$1" --target build.ninja; else cmake --preset "$1"; fi
 }
 
-# needed PRESET: the programs that the entries run, as names of the preset's build files.
+# needed PRESET: the programs that the entries run, as names of the preset's build files. An entry has no command as long
+# as its program was never built; then everything is needed.
 needed() {
-  ctest --preset "$1" --show-only=json-v1 "${only[@]}" | grep -oE "\"$PWD/build/$1/bin/[^\"]+\"" |
-    sed "s|^\"$PWD/build/$1/||; s|\"\$||" | sort -u
+  local json
+  json=$(ctest --preset "$1" --show-only=json-v1 "${only[@]}")
+  [ "$(grep -cE '"command" : *$' <<<"$json")" -eq "$(grep -c '"properties"' <<<"$json")" ] || { echo all; return; }
+  grep -oE "\"$PWD/build/$1/bin/[^\"]+\"" <<<"$json" | sed "s|^\"$PWD/build/$1/||; s|\"\$||" | sort -u
 }
 
 # run PRESET [COMMAND...]: runs the preset's tests with CTest, under COMMAND, and adds up what CTest wrote down.
