@@ -1,15 +1,81 @@
-// The two exports that push settings into a port, through the built DLL.
-#include <gtest/gtest.h>
+// The two exports that push settings into a port, through the built DLL, and drivers that refuse or lie. How
+// a request has to look in detail is the simulated driver's to see: it refuses any other, and the rig asks
+// it.
+#include <kdui10.h>
 
-#include "update_test.h"
+#include <cstdint>
+#include <cwctype>
+
+#include "rig_test.h"
 
 namespace {
 
+using testing::ElementsAre;
 using testing::UnorderedElementsAre;
+using workbench::DriverFault;
+using workbench::Misbehaviour;
 using workbench::ParameterValues;
 using Operation = DriverFault::Operation;
 
-class SettingsUpdateTest : public UpdateTest {};
+// Three ports, of which the second is pushed into.
+class SettingsUpdateTest : public RigTest {
+ protected:
+  // Numbers that tell each parameter apart.
+  SettingsUpdateTest() : RigTest({.comNumbers = {5, 6, 7}, .web = false}) {
+    for (const std::uint32_t selector : {kPortSet, kBusSet}) {
+      std::uint32_t number = selector == kPortSet ? 0x10 : 0x100;
+      for (const workbench::Parameter& parameter : workbench::SetLayout(selector)) {
+        if (!parameter.isText) driver.Current(selector).SetNumber(parameter.name, number++);
+      }
+    }
+  }
+  ~SettingsUpdateTest() override {
+    for (const unsigned other : {0u, 2u})
+      EXPECT_THAT(Driver(other).Records(), testing::IsEmpty()) << "another port's driver was opened";
+    EXPECT_TRUE(Boxes().empty());
+  }
+
+  [[nodiscard]] Device& Port() { return *server.ports[1]; }
+  [[nodiscard]] const wchar_t* Id() { return Port().instanceId.c_str(); }
+  // Line settings: one read and one write of the port set. Network settings: both sets are read, then
+  // written.
+  std::uint64_t PushLine() { return settings_(Id(), nullptr, 9600, 3, 0, 0, 0); }
+  std::uint64_t PushNetwork() { return networkInfo_(Id(), nullptr, 1, 2, 0, 3, 4, 5, 6, 1, 1); }
+  // "size 0, read 0, write 1": what the drivers were asked, with the selectors, since the records were
+  // cleared.
+  [[nodiscard]] std::string Story() const {
+    std::string story;
+    for (const workbench::DriverRecord& record : driver.Records()) {
+      if (record.code == 0) continue;  // an open
+      constexpr const char* kWords[] = {"size ", "read ", "write "};
+      story +=
+          (story.empty() ? "" : ", ") + std::string(kWords[(record.code - workbench::kGetCurrentSize) / 4]);
+      story += std::to_string(record.selector.value_or(9));
+    }
+    return story;
+  }
+  // The disables and enables of the port, in order: "-+" is a restart.
+  [[nodiscard]] std::string Restarts() {
+    std::string events;
+    for (const auto& record : machine.Devices().Events()) {
+      if (record.instanceId != Port().instanceId) continue;
+      if (record.event == workbench::DeviceEvent::Disabled) events += '-';
+      if (record.event == workbench::DeviceEvent::Enabled) events += '+';
+    }
+    return events;
+  }
+
+  workbench::PortDriver& driver = Driver(1);
+  KdNPortNetworkInfoUpdateFn networkInfo_ = Export<KdNPortNetworkInfoUpdateFn>("KdNPortNetworkInfoUpdate");
+  KdNPortSettingsUpdateFn settings_ = Export<KdNPortSettingsUpdateFn>("KdNPortSettingsUpdate");
+
+ private:
+  // As a management program looks them up.
+  template <class Function>
+  Function Export(const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(dll->Module(), name)));
+  }
+};
 
 TEST_F(SettingsUpdateTest, LineSettingsChangeFiveParametersOfThePort) {
   const ParameterValues before = driver.Current(kPortSet);
@@ -99,35 +165,135 @@ TEST_F(SettingsUpdateTest, PortWithoutNameOrInterfaceIsAFailure) {
   EXPECT_EQ(machine.Calls().CountOf("CreateFileW"), 0u) << "without an interface nothing is opened";
 }
 
-TEST_F(SettingsUpdateTest, DriverThatRefusesIsAFailureWithoutRestart) {
+// A short, lying or refused answer ends the exchange: nothing is written behind it, and nothing restarted.
+TEST_F(SettingsUpdateTest, DriverThatRefusesOrLiesIsAFailureWithoutRestart) {
   Port().port->openElsewhere = true;
   const ParameterValues port = driver.Current(kPortSet);
   const ParameterValues bus = driver.Current(kBusSet);
-  struct Case {
-    Operation operation;
-    std::uint32_t selector;
-    const char* story;
+  const auto refuse = [](Operation operation, std::uint32_t selector) {
+    return DriverFault{.operation = operation, .selector = selector};
   };
-  for (const Case& row :
-       {Case{Operation::Size, kBusSet, "size 1"}, Case{Operation::Read, kBusSet, "size 1, read 1"},
-        Case{Operation::Size, kPortSet, "size 1, read 1, size 0"},
-        Case{Operation::Read, kPortSet, "size 1, read 1, size 0, read 0"},
-        Case{Operation::Write, kBusSet, "size 1, read 1, size 0, read 0, write 1"},
-        Case{Operation::Write, kPortSet, "size 1, read 1, size 0, read 0, write 1, write 0"}}) {
-    SCOPED_TRACE(row.story);
+  const auto lie = [](Operation operation, Misbehaviour misbehaviour, std::uint32_t value) {
+    return DriverFault{
+        .operation = operation, .misbehaviour = misbehaviour, .value = value, .selector = kPortSet};
+  };
+  const auto size = [&](Misbehaviour how, std::uint32_t value) { return lie(Operation::Size, how, value); };
+  const auto count = [&](std::uint32_t value) {
+    return lie(Operation::Read, Misbehaviour::LieAboutCount, value);
+  };
+  const auto textLength = [](std::uint32_t value) {
+    return DriverFault{.misbehaviour = Misbehaviour::TextLength, .value = value};
+  };
+  const struct {
+    const char* what;
+    DriverFault fault;
+    const char* story;
+  } cases[] = {
+      {"no open", {.operation = Operation::Open, .value = ERROR_ACCESS_DENIED}, ""},
+      {"no size of the bus", refuse(Operation::Size, kBusSet), "size 1"},
+      {"no bus set", refuse(Operation::Read, kBusSet), "size 1, read 1"},
+      {"a text that ends too early", textLength(1), "size 1, read 1"},
+      {"a text of four gigabytes", textLength(0xFFFFFFFF), "size 1, read 1"},
+      {"no size of the port", refuse(Operation::Size, kPortSet), "size 1, read 1, size 0"},
+      {"nothing for a size", size(Misbehaviour::LieAboutCount, 0), "size 1, read 1, size 0"},
+      {"half a size", size(Misbehaviour::LieAboutCount, 2), "size 1, read 1, size 0"},
+      {"no port set", refuse(Operation::Read, kPortSet), "size 1, read 1, size 0, read 0"},
+      {"size 0", size(Misbehaviour::ReportSize, 0), "size 1, read 1, size 0, read 0"},
+      {"a byte less than the set has", size(Misbehaviour::ReportSize, 131), "size 1, read 1, size 0, read 0"},
+      {"nothing", count(0), "size 1, read 1, size 0, read 0"},
+      {"less than a number", count(3), "size 1, read 1, size 0, read 0"},
+      {"one number", count(4), "size 1, read 1, size 0, read 0"},
+      {"all but a byte", count(131), "size 1, read 1, size 0, read 0"},
+      {"more than was announced", lie(Operation::Read, Misbehaviour::GrowAfterSize, 0),
+       "size 1, read 1, size 0, read 0"},
+      {"no write of the bus", refuse(Operation::Write, kBusSet), "size 1, read 1, size 0, read 0, write 1"},
+      {"no write of the port", refuse(Operation::Write, kPortSet),
+       "size 1, read 1, size 0, read 0, write 1, write 0"},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.what);
     driver.ClearRecords();
-    driver.Inject({.operation = row.operation, .selector = row.selector});
+    driver.Inject(row.fault);
     EXPECT_EQ(PushNetwork(), 0u);
     EXPECT_EQ(Story(), row.story);
     EXPECT_EQ(driver.Current(kPortSet), port);
-    const bool busIsWritten = row.operation == Operation::Write && row.selector == kPortSet;
-    EXPECT_EQ(driver.Current(kBusSet) != bus, busIsWritten);
-    if (row.selector == kPortSet) {
+    EXPECT_EQ(driver.Current(kBusSet) != bus, std::string_view(row.story).ends_with("write 0"));
+    if (row.fault.selector == kPortSet) {
       EXPECT_EQ(PushLine(), 0u);
     }
     driver.ClearFaults();
   }
   EXPECT_EQ(Restarts(), "");
+}
+
+TEST_F(SettingsUpdateTest, TextThatIsNotSevenBitOrHasAnEndInsideEndsTheRead) {
+  for (const std::string& text : {std::string("QX\xE9"), std::string("Q\0X", 3)}) {
+    driver.ClearRecords();
+    driver.Current(kBusSet).SetText("Model", text);
+    EXPECT_EQ(PushNetwork(), 0u);
+    EXPECT_EQ(Story(), "size 1, read 1");
+  }
+}
+
+TEST_F(SettingsUpdateTest, OneHandleForEachOperation) {
+  ASSERT_EQ(PushLine(), 1u);
+  std::vector<std::size_t> lengths;
+  std::vector<std::uint64_t> sessions;
+  for (const workbench::DriverRecord& record : driver.Records()) {
+    sessions.push_back(record.session);
+    lengths.insert(lengths.end(), {record.inputLength, record.outputLength});
+  }
+  EXPECT_THAT(lengths, ElementsAre(0, 0, 8, 4, 8, 132, 0, 0, 8 + 132, 0)) << "open, size, read, open, write";
+  ASSERT_EQ(sessions.size(), 5u);
+  EXPECT_THAT(sessions, ElementsAre(sessions[0], sessions[0], sessions[0], sessions[3], sessions[3]));
+  EXPECT_NE(sessions[0], sessions[3]);
+  EXPECT_EQ(machine.Calls().CallsOf("CreateFileW").at(0).Text(0), Port().interfaces.front()->path);
+}
+
+TEST_F(SettingsUpdateTest, LargestSizeIsAFailure) {
+  driver.Inject(
+      {.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 0xFFFFFFFF});
+  driver.Inject({.operation = Operation::Read});
+  EXPECT_EQ(PushLine(), 0u);
+  // Whether four gigabytes are available is the host's business.
+  EXPECT_THAT(Story(), testing::AnyOf("size 0", "size 0, read 0"));
+}
+
+TEST_F(SettingsUpdateTest, ListThatIsNotAvailableIsReportedOnTheStandardOutput) {
+  // The first list is that of the devices, the second that of the interfaces.
+  machine.Calls().Inject({.function = "SetupDiGetClassDevsW", .from = 2, .error = ERROR_NOT_ENOUGH_MEMORY});
+  testing::internal::CaptureStdout();
+  const auto result = PushLine();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "SetupDiGetClassDevs failed: 8\n");
+  EXPECT_EQ(result, 0u);
+  EXPECT_THAT(driver.Records(), testing::IsEmpty());
+}
+
+TEST_F(SettingsUpdateTest, SurplusIsLeftUnread) {
+  driver.Inject({.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 140});
+  EXPECT_EQ(PushLine(), 1u);
+  EXPECT_EQ(driver.Records().back().inputLength, 8u + 132);
+}
+
+TEST_F(SettingsUpdateTest, InterfaceIsFoundByItsReferenceWhateverItsCase) {
+  workbench::DeviceInterface& instance = *Port().interfaces.front();
+  for (wchar_t& c : instance.path) c = static_cast<wchar_t>(std::towupper(c));
+  EXPECT_EQ(PushLine(), 1u);
+  EXPECT_EQ(machine.Calls().CallsOf("CreateFileW").at(0).Text(0), instance.path);
+
+  const std::wstring reference = instance.path.substr(instance.path.rfind(L'\\') + 1);
+  instance.path = reference;
+  machine.Calls().ClearLog();
+  EXPECT_EQ(PushLine(), 0u) << "the whole path was compared, found, and cannot be opened";
+  const auto opens = machine.Calls().CallsOf("CreateFileW");
+  ASSERT_EQ(opens.size(), 1u);
+  EXPECT_EQ(opens[0].Text(0), reference);
+}
+
+TEST_F(SettingsUpdateTest, InterfaceOfAnotherDeviceIsNotTaken) {
+  Port().interfaces.front()->path += L"0";  // the reference of another driver key
+  EXPECT_EQ(PushLine(), 0u);
+  EXPECT_EQ(machine.Calls().CountOf("CreateFileW"), 0u);
 }
 
 }  // namespace
