@@ -1,7 +1,7 @@
 /* kdui10.h - the functions that KdUUI10.DLL exports.
  *
  * For management programs that rename a port, push settings into a port or update a driver, and for
- * whoever registers the DLL with Windows. The header stands alone: it needs the Windows headers only and
+ * installers that register the DLL with Windows. The header needs nothing but the Windows headers and
  * compiles as C11 and as C++17.
  *
  * Two ways to call
@@ -48,7 +48,7 @@
 #error "KdUUI10.DLL is a 64-bit library"
 #endif
 
-/* The DLL itself, whose module-definition file says what is exported, is compiled with KDUI10_BUILDING. */
+/* Programs leave KDUI10_BUILDING undefined: it is for the build of the DLL itself. */
 #ifdef KDUI10_BUILDING
 #define KDUI10_API
 #else
@@ -165,7 +165,7 @@ typedef KdUpdateResult(WINAPI* KdNPortSettingsUpdateFn)(PCWSTR deviceInstanceId,
  *                     is 0 or 1 and not the type that the port has now, the port takes it over: 0 also
  *                     sets the duplex mode to 0, and 1 sets it to duplexMode, or to 1 if duplexMode is 0.
  *                     Otherwise the port keeps its type and its duplex mode becomes duplexMode.
- *   No value is checked: what is passed is what the drivers are told. Ports are 1 to 65535.
+ *   No value is checked: the drivers receive what is passed. TCP ports are 1 to 65535.
  *
  * When the port cannot be opened after the change, its device is restarted as in KdNPortSettingsUpdate.
  *
@@ -214,9 +214,9 @@ typedef BOOL(WINAPI* KdUpdateDriverFn)(PCWSTR hardwareId, PCWSTR infFullPath);
  *   Null pointers do nothing and return NO_ERROR.
  *
  * Return NO_ERROR; ERROR_DI_POSTPROCESSING_REQUIRED before an installation, to be called again after it;
- * after it, what the installation came to (NO_ERROR for a port whose COM name is not defined yet, because
- * its driver is not running); or ERROR_DI_DONT_INSTALL when the device's value NoUpgrade forbids the update
- * of its driver from Device Manager (the user is told in a message box).
+ * after it, the installation's own result, context->InstallResult (NO_ERROR for a port whose COM name is not
+ * defined yet, because its driver is not running); or ERROR_DI_DONT_INSTALL, after a message box, when the
+ * device's value NoUpgrade forbids the update of its driver from Device Manager.
  * The installation of a port waits, without a limit, for that of other ports in any process.
  */
 KDUI10_API DWORD CALLBACK KdUCoInstallCard(DI_FUNCTION installFunction, HDEVINFO deviceInfoSet,

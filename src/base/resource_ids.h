@@ -1,11 +1,13 @@
 // Ids of the module's resources: dialogs, controls, strings, pictures, scripts.
 //
 // Read by the resource compiler as well as by C++, so plain #defines only. Ids are grouped by dialog and
-// never given to something else: management programs, translations and screen readers' scripts know the
-// controls by number.
+// never given to something else: other programs, translations and screen readers' scripts can know the
+// controls by number. Below a page's id are its controls, in the order of their numbers; a label, a note or a
+// group that the code only fills has an id too. The help link (246), its label (247) and "Restore Default"
+// (892) have the same ids on every page that has them.
 #pragma once
 
-// Port page ------------------------------------------------------------------------------------------
+// Port page, "Port Settings": ui/port_page.h and ui/port_status_view.h -------------------------------------
 #define IDD_PORT_PAGE 107
 
 #define IDC_PORT_DSR_ALWAYS_TRUE 205
@@ -41,7 +43,7 @@
 #define IDC_PORT_CONFIGURE 841
 #define IDC_PORT_RESTORE_DEFAULTS 892
 
-// Device page of the advanced sheet ------------------------------------------------------------------
+// Device page of the advanced sheet: ui/device_page.h -----------------------------------------------------
 #define IDD_DEVICE_PAGE 115
 
 #define IDC_DEVICE_COM_NUMBER 200
@@ -64,7 +66,7 @@
 #define IDC_DEVICE_CONNECT_OFFLINE 290
 #define IDC_DEVICE_HIGH_PERFORMANCE 9000
 
-// RS422/485 page -------------------------------------------------------------------------------------
+// RS422/485 page: ui/rs422485_page.h ----------------------------------------------------------------------
 #define IDD_RS422485_PAGE 147
 
 #define IDC_RS422485_DUPLEX_LABEL 220
@@ -75,7 +77,7 @@
 #define IDC_RS422485_NOTE 271
 #define IDC_RS422485_RESTORE_DEFAULTS 892
 
-// TCP/IP page of the advanced sheet ------------------------------------------------------------------
+// TCP/IP page of the advanced sheet: ui/tcp_ip_page.h -----------------------------------------------------
 #define IDD_TCPIP_PAGE 150
 
 #define IDC_TCPIP_PORT_NUMBER 237
@@ -88,7 +90,7 @@
 #define IDC_TCPIP_MAC_ADDRESS 289
 #define IDC_TCPIP_RESTORE_DEFAULTS 892
 
-// About page of the advanced sheet -------------------------------------------------------------------
+// About page of the advanced sheet: ui/about_page.h -------------------------------------------------------
 #define IDD_ABOUT_PAGE 146
 
 #define IDC_ABOUT_WEBSITE 1035
@@ -98,7 +100,7 @@
 #define IDB_HELP 227
 #define IDB_BANNER 904
 
-// Registration ---------------------------------------------------------------------------------------
+// Registration: the type library and the two scripts, module/com_resources.rc -----------------------------
 #define IDR_TYPE_LIBRARY 1
 #define IDR_APPLICATION_SCRIPT 101
 #define IDR_PROPERTY_PAGE_SCRIPT 106
@@ -108,12 +110,14 @@
 // With number 2 Windows would look the assemblies up whenever the module is loaded.
 #define IDR_MANIFEST 3
 
-// Strings --------------------------------------------------------------------------------------------
+// Strings: module/strings.rc has the texts ----------------------------------------------------------------
+// Tips of the port page's settings.
 #define IDS_TIP_BAUD_RATE 5007
 #define IDS_TIP_DATA_BITS 5008
 #define IDS_TIP_PARITY 5009
 #define IDS_TIP_STOP_BITS 5010
 #define IDS_TIP_FLOW_CONTROL 5011
+// Labels of the port page and the device page, which are set again when a page opens.
 #define IDS_CTS_ALWAYS_TRUE 5020
 #define IDS_DSR_ALWAYS_TRUE 5021
 #define IDS_OVERRIDE_NOTE 5022
@@ -128,9 +132,11 @@
 #define IDS_ADVANCED 5038
 #define IDS_RESTORE_DEFAULT 5039
 #define IDS_TIP_COM_NUMBER 5043
+// Questions and messages, also those of the installation (install/naming/rename_com_port.h).
 #define IDS_COM_NAME_TAKEN 5047
 #define IDS_PORT_OPEN_RENAME 5048
 #define IDS_RENAME_FAILED 5049
+// The RS422/485 page and further tips.
 #define IDS_DUPLEX_CHOICES 5050
 #define IDS_TIP_DUPLEX 5051
 #define IDS_DUPLEX_NOTE 5052
@@ -141,9 +147,11 @@
 #define IDS_PORT_STATE 5063
 #define IDS_PORT_MODE 5064
 #define IDS_DUPLEX_MODE 5065
+// Lists of choices that nothing loads. Kept on purpose: unused lists
 #define IDS_PARITY_CHOICES 8001
 #define IDS_STOP_BITS_CHOICES 8002
 #define IDS_FLOW_CONTROL_CHOICES 8006
+// Labels of settings, and the titles of two pages.
 #define IDS_COM_PORT_NUMBER 8017
 #define IDS_BAUD_RATE 8018
 #define IDS_DATA_BITS 8019

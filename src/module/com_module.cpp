@@ -69,7 +69,7 @@ HRESULT CAtlModule::RegisterTypeLibrary() const {
   CTypeLibPointer library;
   const HRESULT result = LoadOwnTypeLibrary(*this, path, library);
   if (FAILED(result)) return result;
-  // Some headers' prototypes want writable text; neither function writes.
+  // The headers of some releases declare the parameters as writable text; neither function writes.
   std::wstring file(path.View());
   std::wstring help = FolderOf(path);
   return IsPerUserRegistration() ? RegisterTypeLibForUser(library.Get(), file.data(), help.data())

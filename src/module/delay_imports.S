@@ -1,6 +1,6 @@
 // DLLs that only some calls need, with every function that is used of them, and what a missing one answers. A
-// function that is not in this list becomes an ordinary import and makes each installation step load its DLL: the
-// test of the import table tells.
+// function that is not in this list becomes an ordinary import and makes each installation step load its DLL, which
+// the test of the import table reports.
 #include "module/runtime/delay_load.inc"
 
 delay_load wininet.dll, FailWithZero, HttpOpenRequestW, HttpSendRequestW, InternetCloseHandle, InternetConnectW, \

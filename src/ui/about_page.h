@@ -7,7 +7,8 @@
 #include "ui/framework/page_background.h"
 #include "ui/framework/property_page.h"
 
-// Shows the product and its maker, with a link to the maker's web site.
+// Shows the product and its maker, with a link to the maker's web site. It reads and writes nothing. The
+// object outlives the sheet; all of it belongs to the sheet's thread.
 class CAboutPage : public CPropertyPageImpl {
  public:
   CAboutPage() noexcept;

@@ -1,7 +1,9 @@
 // The product's help file, shown by HTML Help. Windows only.
 //
 // HTML Help is an optional part of Windows: it is looked for at the first request. When it is not there,
-// requests do nothing, that one and all later ones.
+// requests do nothing, that one and all later ones. It is never freed. Kept on purpose: open handles
+//
+// Both functions are called on the page's thread and return at once; failure is not reported.
 #pragma once
 
 #include <windows.h>

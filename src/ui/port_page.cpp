@@ -153,7 +153,7 @@ void CKdUIPropertyPage::RefreshSilently() {
   if (!applying_) RefreshPortStatus(false);
 }
 
-// A box that is disabled loses the focus to nobody, and the keyboard would be dead: the next control gets it.
+// Windows leaves the focus on a control that is disabled, where keys do nothing; the next control gets it.
 void CKdUIPropertyPage::KeepFocusUsable(HWND focusBefore) const {
   if (!IsChild(Window(), focusBefore) || IsWindowEnabled(focusBefore)) return;
   SetFocus(GetNextDlgTabItem(Window(), focusBefore, FALSE));
@@ -167,7 +167,7 @@ LRESULT CKdUIPropertyPage::OnApply() {
   const CWideString portName = PortName();
   if (!IsPortOpenable(portName) &&
       ShowMessage(IDS_PORT_OPEN_SETTINGS, L"Warning!", MB_YESNO | MB_ICONINFORMATION) == IDNO) {
-    // The boxes keep what the user chose: he may close the other application and try again.
+    // The boxes keep the choice: the user may close the other application and try again.
     static_cast<void>(ReadPortSet());
     return PSNRET_INVALID;
   }
@@ -179,7 +179,7 @@ LRESULT CKdUIPropertyPage::OnApply() {
   return PSNRET_NOERROR;
 }
 
-// Programs find here what the port is set to. Settings that cannot be said in such a string leave it alone.
+// For programs that read a port's settings there. Settings without a form in such a string are not written.
 // Kept on purpose: no PortName
 void CKdUIPropertyPage::WriteCurrentPortsSettings(const CWideString& portName) const {
   if (portName.IsEmpty()) return;
@@ -196,8 +196,8 @@ void CKdUIPropertyPage::OnAdvanced() {
   ShowHandshake(Window(), HandshakeAfterAdvanced(portSet_, busSet_.SerialPortIndex));
 }
 
-// Opens the device server's page for the port, and from then on looks every few seconds at what the user
-// changes there.
+// Opens the device server's page for the port. From then on the page is refreshed every few seconds, because
+// the user may change the port's settings there.
 void CKdUIPropertyPage::OpenPortWebPage() {
   const CWideString address = PortWebPage(web_);
   ShellExecuteW(Window(), L"open", address.Text(), nullptr, nullptr, SW_SHOWNORMAL);

@@ -26,7 +26,7 @@ struct ControlText {
 
 // What a page says, row by row.
 struct PageTables {
-  // In the order in which they are set; an id without a control is no error.
+  // In the order in which they are set; an id without a control is skipped. Kept on purpose: missing controls
   std::span<const ControlText> texts{};
   std::span<const ToolTipText> tips{};
   UINT otherTip = 0;                  // the tip of all other controls; 0: none
@@ -38,8 +38,12 @@ struct PageTables {
 //
 // Construction opens the channel, reads set 0, finds the device server and reads set 1, and stops at the
 // first step that fails. The page is usable when none did; one that is not keeps the members' initial values.
+//
+// Who owns a page, and its thread, is said at CPropertyPageImpl. What the page shows is its own copy of the
+// sets: other programs' changes are seen at the next read.
 class CPortPageBase : public CPropertyPageImpl, public CToolTipDialog, public CKdUserModeConfig {
  public:
+  // Whether construction could read the port's settings.
   [[nodiscard]] bool IsUsable() const noexcept { return usable_; }
 
  protected:
@@ -48,7 +52,8 @@ class CPortPageBase : public CPropertyPageImpl, public CToolTipDialog, public CK
   CPortPageBase(WORD dialogId, const wchar_t* title, const PageTables& tables, HDEVINFO deviceInfoSet,
                 const SP_DEVINFO_DATA& element);
 
-  // Exchanges with the drivers: set 0 is the port's, set 1 the network bus's.
+  // Exchanges with the drivers: set 0 is the port's, set 1 the network bus's. False when the driver refuses;
+  // a page that is not usable may have no channel, and then all of them fail.
   [[nodiscard]] bool ReadPortSet() { return GetParameterSet(portSet_, CKdUVcpUserModeInterface::kSelector); }
   [[nodiscard]] bool ReadBusSet() { return GetParameterSet(busSet_, CKdNBusUserModeInterface::kSelector); }
   [[nodiscard]] bool WritePortSet() { return SetParameterSet(portSet_, CKdUVcpUserModeInterface::kSelector); }
@@ -56,13 +61,15 @@ class CPortPageBase : public CPropertyPageImpl, public CToolTipDialog, public CK
 
   // The registry value "PortName"; the empty text when it cannot be read.
   [[nodiscard]] CWideString PortName() const;
+  // The device information set that the page was made with, borrowed.
   [[nodiscard]] HDEVINFO DeviceSet() const noexcept { return registry_.Set(); }
   // The page's own copy, for calls that want to write through it.
   [[nodiscard]] SP_DEVINFO_DATA& DeviceElement() noexcept { return element_; }
 
   // Puts the texts of the tables into their controls.
   void SetTexts() const;
-  // Shows a message box over the page, with a text of the string table.
+  // Shows a message box over the page, with a text of the string table, and returns the user's button (IDYES
+  // ...). Timers and other messages reach the page while it is up.
   [[nodiscard]] int ShowMessage(UINT stringId, const wchar_t* caption, UINT style) const;
   [[nodiscard]] bool IsChecked(int control) const noexcept;
 

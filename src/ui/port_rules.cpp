@@ -5,9 +5,9 @@
 namespace {
 
 // Stores a box into its setting; true when that changed it.
-bool Store(std::uint32_t& setting, std::uint32_t supported, bool wish) noexcept {
-  if (wish == (setting != 0) || supported == 0) return false;
-  setting = wish ? 1 : 0;
+bool Store(std::uint32_t& setting, std::uint32_t supported, bool checked) noexcept {
+  if (checked == (setting != 0) || supported == 0) return false;
+  setting = checked ? 1 : 0;
   return true;
 }
 

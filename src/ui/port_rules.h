@@ -6,18 +6,18 @@
 #include "config/vcp_parameters.h"
 #include "status/port_boxes.h"
 
-// The user's wishes in the two boxes of the port page.
+// The two boxes of the port page, as the user has set them.
 struct HandshakeBoxes {
   bool ctsAlwaysTrue = false;
   bool dsrAlwaysTrue = false;
 };
 
-// Takes the boxes over into the port's settings. True when something is to be written: a setting has changed,
-// or `settingsChanged` was set. A line that the port does not have is not emulated; RS-422/485 ports have no
-// DSR, and in RS-485 mode no CTS either: their boxes do not count.
+// Stores the boxes in the port's settings, in memory only. True when something is to be written: a setting
+// has changed, or `settingsChanged` was set. The box of a line that the port does not have does not count:
+// RS-422/485 ports have no DSR, and in RS-485 mode no CTS either. `portIndex` is the port's SerialPortIndex.
 [[nodiscard]] bool ApplyHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxes boxes,
                                   bool settingsChanged) noexcept;
 
-// How the boxes change when the advanced settings have been saved.
+// How the boxes change when the advanced settings have been saved. Kept on purpose: enabled DSR label
 [[nodiscard]] HandshakeChange HandshakeAfterAdvanced(const CVcpParameters& port,
                                                      std::uint32_t portIndex) noexcept;

@@ -23,7 +23,8 @@ constexpr ToolTipText kTips[] = {{IDC_RS422485_DUPLEX, IDS_TIP_DUPLEX}};
 constexpr PageTables kTables{
     .texts = kTexts, .tips = kTips, .otherTip = IDS_TIP_RESTORE_DEFAULTS, .helpIds = kHelpIds};
 
-// Tells every program that ports have changed; one that objects is not waited for.
+// Reports to all programs that ports have changed. With BSF_QUERY one that answers FALSE ends the round,
+// which does not count as a failure.
 void BroadcastPortChange() noexcept {
   DEV_BROADCAST_DEVICEINTERFACE_W change{};
   static_assert(sizeof(change) == 32);

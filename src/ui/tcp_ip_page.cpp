@@ -54,7 +54,7 @@ void CTcpIpSettingsPage::ShowVerification() const {
   CheckDlgButton(Window(), IDC_TCPIP_VERIFICATION, fields_.verification ? BST_CHECKED : BST_UNCHECKED);
 }
 
-// A number that its field refuses is pointed at, and the next one left alone: the focus stays with the first.
+// After a number that its field refuses the next one is not written, so that the focus stays with the first.
 void CTcpIpSettingsPage::ShowNumbers() const {
   if (!WriteUnsigned(Window(), IDC_TCPIP_PORT_NUMBER, fields_.tcpPort)) return;
   WriteUnsigned(Window(), IDC_TCPIP_ATTEMPT_TIMEOUT, fields_.attemptTimeout);
@@ -88,7 +88,7 @@ LRESULT CTcpIpSettingsPage::OnApply() {
   return PSNRET_INVALID;
 }
 
-// Reads what the user may have edited; the first field that is not accepted is pointed at.
+// Reads what the user may have edited; the first field that is not accepted gets the focus (RefuseValue).
 bool CTcpIpSettingsPage::ReadFields() {
   if (!ReadField(IDC_TCPIP_PORT_NUMBER, kMaximumTcpPort, fields_.tcpPort)) return false;
   if (!ReadField(IDC_TCPIP_ATTEMPT_TIMEOUT, kMaximumAttemptTimeout, fields_.attemptTimeout)) return false;

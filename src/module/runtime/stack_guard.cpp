@@ -19,7 +19,7 @@ std::uintptr_t __stack_chk_guard = 0;
 namespace {
 
 // Every bit of the value changes about half the bits of the result.
-std::uint64_t Stir(std::uint64_t value) noexcept {
+std::uint64_t MixBits(std::uint64_t value) noexcept {
   value = (value ^ value >> 30) * 0xBF58476D1CE4E5B9;
   value = (value ^ value >> 27) * 0x94D049BB133111EB;
   return value ^ value >> 31;
@@ -38,7 +38,7 @@ std::uint64_t Stir(std::uint64_t value) noexcept {
                                  reinterpret_cast<std::uintptr_t>(&now),
                                  reinterpret_cast<std::uintptr_t>(&__stack_chk_guard)};
   std::uint64_t value = 0;
-  for (const std::uint64_t part : parts) value = Stir(value + part);
+  for (const std::uint64_t part : parts) value = MixBits(value + part);
   // Its lowest byte is 0, so that text that runs over cannot repeat it.
   __stack_chk_guard = static_cast<std::uintptr_t>(value) & ~std::uintptr_t{0xFF};
 }

@@ -5,6 +5,7 @@
 
 #include "base/unique_handle.h"
 
+// CreateActCtxW: INVALID_HANDLE_VALUE when it fails.
 struct ActivationContextTraits {
   using Handle = HANDLE;
   static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
@@ -12,19 +13,21 @@ struct ActivationContextTraits {
 };
 
 // The context made from the module's own manifest (resource IDR_MANIFEST). The host may be a program without
-// a manifest, whose windows get the old controls: balloon tips with a close button are not among them.
+// a manifest, whose windows get version 5 of the controls, which has no balloon tips with a close button.
 // When the context cannot be made, Get() is INVALID_HANDLE_VALUE and windows get the host's controls.
 class CActivationContext {
  public:
   CActivationContext() noexcept;
+  // The context, which stays the object's.
   [[nodiscard]] HANDLE Get() const noexcept { return context_.Get(); }
 
  private:
   CUniqueHandle<ActivationContextTraits> context_;
 };
 
-// Makes a context the calling thread's for the lifetime of the object. Scopes end in reverse order of their
-// beginning, on the thread that began them; the context outlives the scope.
+// Makes a context the calling thread's for the lifetime of the object; does nothing with a context that could
+// not be made. Scopes end in reverse order of their beginning, on the thread that began them; the context
+// outlives the scope.
 class CActivationScope {
  public:
   explicit CActivationScope(const CActivationContext& context) noexcept;

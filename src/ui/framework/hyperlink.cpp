@@ -70,7 +70,7 @@ bool CHyperLink::Attach(HWND control, bool tags) {
   return true;
 }
 
-// The link has its place before it is painted for the first time: a click may come sooner.
+// A click may come before the first painting, so the link's area is found at once.
 void CHyperLink::FindLink() {
   const HDC context = GetDC(window_);
   if (context == nullptr) return;
@@ -78,12 +78,12 @@ void CHyperLink::FindLink() {
   ReleaseDC(window_, context);
 }
 
-// Another program may have let the window go while it was asked to open the target.
+// The window may have gone while another program was asked to open the target.
 void CHyperLink::Redraw() const noexcept {
   if (window_ != nullptr) InvalidateRect(window_, nullptr, TRUE);
 }
 
-// The tip is a pop-up of the sheet; when the whole sheet goes, it has gone before.
+// The tip is a pop-up of the sheet and has been destroyed before the page when the whole sheet goes.
 void CHyperLink::Detach() noexcept {
   const HWND toolTip = std::exchange(toolTip_, nullptr);
   if (IsWindow(toolTip)) DestroyWindow(toolTip);
@@ -214,7 +214,7 @@ LRESULT CHyperLink::OnCharacter(WPARAM character) {
   return 0;
 }
 
-// Another text or another font: the link has a new place.
+// The control has another text or another font, so the link's area changes.
 LRESULT CHyperLink::OnNewLook(UINT message, WPARAM wParam, LPARAM lParam) {
   const LRESULT result = CallControl(message, wParam, lParam);
   ReadText();

@@ -3,8 +3,8 @@
 
 #include <windows.h>
 
-// The answer to WM_GETDLGCODE, whose lParam is the message that is about to be handled, or null. Enter would
-// press the sheet's OK button if the link did not ask for it.
+// The answer to WM_GETDLGCODE, whose lParam is a pointer to the message that is about to be handled, or null.
+// Enter would press the sheet's OK button if the link did not ask for it.
 [[nodiscard]] inline LRESULT LinkDialogCode(LPARAM lParam) noexcept {
   const auto* const message = reinterpret_cast<const MSG*>(lParam);
   const bool enter = message != nullptr && message->message == WM_KEYDOWN && message->wParam == VK_RETURN;

@@ -12,8 +12,8 @@ struct LinkText {
   std::wstring_view after;
 };
 
-// The parts of a text, as views into it. Tags are looked for only when `tags` is set and compared without
-// regard to case; a text without a pair of them is all link.
+// The parts of a text, as views into it: they are valid for as long as the text is. Tags are looked for only
+// when `tags` is set, and compared without regard to case; a text without a pair of them is all link.
 [[nodiscard]] LinkText SplitLinkText(std::wstring_view text, bool tags) noexcept;
 
 // A colour (0x00BBGGRR) from "red,green,blue" in decimal, each from 0 to 255, with blanks allowed around the

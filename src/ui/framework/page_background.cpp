@@ -2,7 +2,7 @@
 
 namespace {
 
-// A colour scheme for weak eyes may have white text, which nobody could read on this background.
+// High-contrast colour schemes may have white text, which cannot be read on this background.
 bool IsLight(COLORREF colour) noexcept {
   return 299 * GetRValue(colour) + 587 * GetGValue(colour) + 114 * GetBValue(colour) > 128 * 1000;
 }

@@ -88,7 +88,7 @@ void MakePictureLink(HWND picture) noexcept {
   if (picture == nullptr) return;
   const LONG_PTR own = GetWindowLongPtrW(picture, GWLP_WNDPROC);
   SetWindowLongPtrW(picture, GWLP_USERDATA, own);
-  // A picture that cannot find its own procedure would answer nothing: then the mouse alone follows the link.
+  // Without its own procedure the picture would not work at all, so it stays as it is, for the mouse only.
   if (own == 0 || GetWindowLongPtrW(picture, GWLP_USERDATA) != own) return;
   SetWindowLongPtrW(picture, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&LinkProcedure));
 }

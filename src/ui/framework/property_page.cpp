@@ -60,8 +60,8 @@ HPROPSHEETPAGE CPropertyPageImpl::CreateOwned(std::shared_ptr<CPropertyPageImpl>
   return handle;
 }
 
-// Windows asks before it creates the dialog and tells when the sheet lets the page go; the second happens
-// also to a page that was never shown.
+// Windows calls this before it creates the dialog, and when the sheet releases the page, also one that was
+// never shown.
 UINT CALLBACK CPropertyPageImpl::PageCallback(HWND, UINT event, PROPSHEETPAGEW* descriptor) {
   if (event == PSPCB_RELEASE) {
     auto* page = reinterpret_cast<CPropertyPageImpl*>(descriptor->lParam);
@@ -153,7 +153,7 @@ void CPropertyPageImpl::Attach(HWND window) noexcept {
   SetWindowLongPtrW(window, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(&CPropertyPageImpl::DialogProcedure));
 }
 
-// From here on messages to a window that still exists find no object.
+// Messages that still come to the window find no object afterwards.
 void CPropertyPageImpl::Detach() noexcept {
   const HWND window = std::exchange(window_, nullptr);
   if (window != nullptr && PageOf(window) == this) SetWindowLongPtrW(window, DWLP_USER, 0);

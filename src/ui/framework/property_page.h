@@ -20,7 +20,7 @@
 // let the sheet close, is freed when the handler returns.
 //
 // All members belong to the sheet's thread. No exception leaves the window procedure: a handler that throws
-// leaves its message unhandled.
+// leaves its message unhandled. Handlers run under the module's activation context.
 class CPropertyPageImpl {
  public:
   virtual ~CPropertyPageImpl();
@@ -51,22 +51,26 @@ class CPropertyPageImpl {
   virtual void OnInitDialog() {}  // Windows then sets the default focus
   virtual bool OnTimer(UINT_PTR) { return false; }
   virtual bool OnClose() { return false; }
-  virtual bool OnHelp(const HELPINFO&) { return false; }
+  virtual bool OnHelp(const HELPINFO&) { return false; }     // F1, or the "?" of the caption
   virtual bool OnClicked(int /*control*/) { return false; }  // BN_CLICKED, STN_CLICKED
   virtual bool OnToolTipText(NMTTDISPINFOW&) { return false; }
   // The brush behind the dialog and its labels; null leaves the background to Windows.
   virtual HBRUSH OnControlColour(HDC) { return nullptr; }
-  // Returns a PSNRET_ value. Not asked when OnInitDialog threw.
+  // Writes what the user has set: OK or Apply was pressed. Returns a PSNRET_ value, of which PSNRET_INVALID
+  // keeps the sheet open on this page. Not called when OnInitDialog threw.
   virtual LRESULT OnApply() { return PSNRET_NOERROR; }
 
  private:
+  // The first message finds the object in the page's descriptor, and the later ones in the window.
   static INT_PTR CALLBACK StartDialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static INT_PTR CALLBACK DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static UINT CALLBACK PageCallback(HWND window, UINT event, PROPSHEETPAGEW* descriptor);
   [[nodiscard]] INT_PTR Dispatch(const MSG& message);
   [[nodiscard]] INT_PTR EraseBackground(HDC context);
   [[nodiscard]] INT_PTR DispatchNotify(NMHDR& header);
+  // Makes `result` the message's result, and returns that the message was handled.
   [[nodiscard]] INT_PTR Answer(LRESULT result) const noexcept;
+  // Connect the object with the dialog's window, and separate the two again, which may be repeated.
   void Attach(HWND window) noexcept;
   void Detach() noexcept;
 

@@ -38,7 +38,7 @@ PROPSHEETHEADERW CPropertySheetImpl::Header(HWND owner, std::vector<HPROPSHEETPA
   return header;
 }
 
-// Windows' own behaviour is what this system's sheets want: nothing is added to it.
+// Adds nothing to what Windows does.
 int CALLBACK CPropertySheetImpl::SheetCallback(HWND, UINT, LPARAM) {
   return 0;
 }

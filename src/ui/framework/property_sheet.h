@@ -11,7 +11,8 @@
 #include "ui/framework/property_page.h"
 
 // Shows pages under one caption, prefixed by Windows with "Properties for" in the user's language, without an
-// Apply button. The pages are the caller's and outlive the sheet; everything belongs to one thread.
+// Apply button. The pages are the derived class's and live as long as the sheet; everything belongs to the
+// thread that calls DoModal.
 class CPropertySheetImpl {
  public:
   // What PropertySheetW returns when the user pressed OK and something was saved.
@@ -28,7 +29,7 @@ class CPropertySheetImpl {
  protected:
   CPropertySheetImpl() noexcept = default;
   void SetCaption(CWideString caption) noexcept { caption_ = std::move(caption); }
-  // Appends a tab.
+  // Appends a tab; the first page is shown first.
   void AddPage(CPropertyPageImpl& page) { pages_.push_back(&page); }
 
  private:

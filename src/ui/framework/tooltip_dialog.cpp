@@ -68,8 +68,8 @@ void CToolTipDialog::CreateToolTip(HWND dialog) {
   SendMessageW(toolTip_, TTM_ACTIVATE, TRUE, 0);
 }
 
-// The control is a pop-up of the sheet, not a child of the page: it would outlive the page's window. When the
-// whole sheet goes, it has gone before.
+// The control is a pop-up of the sheet, not a child of the page, and would outlive the page's window. When
+// the whole sheet goes, it has been destroyed before the page.
 void CToolTipDialog::DestroyToolTip() noexcept {
   const HWND toolTip = std::exchange(toolTip_, nullptr);
   if (IsWindow(toolTip)) DestroyWindow(toolTip);

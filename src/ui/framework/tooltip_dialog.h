@@ -18,7 +18,10 @@ struct ToolTipText {
 
 // Mixed into a page: owns the tooltip control and the text of the tip that is shown. The dialog and each of
 // its child windows is a tool, labels and other static controls included (they need SS_NOTIFY to see the
-// mouse); the text is asked for when the tip is about to show.
+// mouse). The text is requested when the tip is about to show (TTN_GETDISPINFOW).
+//
+// A tooltip control that cannot be made is not reported: the page has no tips then. All members belong to the
+// dialog's thread.
 class CToolTipDialog {
  public:
   static constexpr DWORD kStyle = TTS_ALWAYSTIP | TTS_NOPREFIX | TTS_BALLOON | TTS_CLOSE;
@@ -30,18 +33,19 @@ class CToolTipDialog {
   CToolTipDialog& operator=(const CToolTipDialog&) = delete;
 
  protected:
-  // To be shown every message of the dialog: creates the control on WM_INITDIALOG, relays the mouse, destroys
-  // the control with the dialog.
+  // To be called with every message of the dialog: creates the control on WM_INITDIALOG, relays the mouse,
+  // destroys the control with the dialog.
   void ProcessToolTip(const MSG& message);
-  // What every settings page does at its initialisation: a wide balloon titled "Information:", slow to come
-  // and slow to go.
+  // What every settings page does at its initialisation: a wide balloon titled "Information:" that comes
+  // after a second and stays long.
   void SetUpBalloon() const;
-  // Makes a control a tool, once more if it is one already; a null control is left out.
+  // Makes a control a tool, also one that is a tool already; for null nothing happens.
   void AddTool(HWND control) const;
-  // Answers a request for the text of a tip from the page's table; controls without a row get the text
-  // `otherwise`, and 0 stands for the empty text, which shows no tip.
+  // Answers a request for the text of a tip from the page's table. Controls without a row get the string
+  // `otherwise`; with 0 they get the empty text, which shows no tip.
   void AnswerText(NMTTDISPINFOW& request, std::span<const ToolTipText> table, UINT otherwise = 0);
 
+  // The tooltip control; null while there is none.
   [[nodiscard]] HWND ToolTip() const noexcept { return toolTip_; }
 
  private:
