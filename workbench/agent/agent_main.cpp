@@ -7,6 +7,7 @@
 #include <string>
 
 #include "workbench/agent/agent.h"
+#include "workbench/machine/models/device_text.h"
 
 namespace {
 
@@ -19,26 +20,12 @@ void Write(DWORD stream, const std::string& text) {
   WriteFile(GetStdHandle(stream), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
-std::string Utf8(const std::wstring& text) {
-  std::string bytes(text.size() * 3, '\0');
-  const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
-                                         static_cast<int>(bytes.size()), nullptr, nullptr);
-  bytes.resize(static_cast<std::size_t>(length));
-  return bytes;
-}
-
-std::wstring OwnFolder() {
-  wchar_t path[MAX_PATH];
-  const std::wstring file(path, GetModuleFileNameW(instance, path, MAX_PATH));
-  return file.substr(0, file.rfind(L'\\') + 1);
-}
-
 }  // namespace
 
 // Answers 1 when the host stands, else 0.
 extern "C" __declspec(dllexport) DWORD WINAPI WorkbenchAttach(void*) {
   try {
-    agent = new workbench::Agent(OwnFolder());
+    agent = new workbench::Agent(workbench::FolderOf(instance));
     return 1;
   } catch (const std::exception& error) {
     Write(STD_ERROR_HANDLE, "workbench: " + std::string(error.what()) + "\n");
@@ -51,7 +38,7 @@ BOOL WINAPI DllMain(HINSTANCE self, DWORD reason, void*) {
   // The program has ended and no other thread is left. The agent is freed for its registry alone.
   if (reason == DLL_PROCESS_DETACH && agent != nullptr) {
     std::fflush(nullptr);  // what the program printed comes first; its run time is ours
-    Write(STD_OUTPUT_HANDLE, Utf8(agent->Report()));
+    Write(STD_OUTPUT_HANDLE, workbench::Narrow(agent->Report()));
     delete agent;
   }
   return TRUE;

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 
-#include "workbench/demo/text_table.h"
+#include "workbench/demo/report.h"
+#include "workbench/machine/text_table.h"
 #include "workbench/rig/page_controls.h"
 
 namespace workbench {

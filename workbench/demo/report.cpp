@@ -1,8 +1,9 @@
 #include "workbench/demo/report.h"
+#include "workbench/machine/models/device_text.h"
+#include "workbench/machine/text_table.h"
 
 #include <algorithm>
-
-#include "workbench/demo/text_table.h"
+#include <cstdio>
 
 namespace workbench {
 namespace {
@@ -43,19 +44,16 @@ std::vector<ListedDevice> ListDevices(Machine& machine) {
 }
 
 std::wstring FormatDevices(Machine& machine) {
-  const auto indented = [](const ListedDevice& one) {
-    return std::wstring(2 * (one.depth + 1), L' ') + one.name;
-  };
-  const std::vector<ListedDevice> devices = ListDevices(machine);
-  std::size_t width = 0;
-  for (const ListedDevice& one : devices) width = std::max(width, indented(one).size() + 2);
-  std::wstring text = std::wstring(kComputer) + L"\n";
-  for (const ListedDevice& one : devices) {
-    std::wstring name = indented(one);
-    name.resize(width, L' ');
-    text += name + one.device->instanceId + L"\n";
-  }
-  return text;
+  TextTable table({kComputer, L"Instance id"});
+  for (const ListedDevice& one : ListDevices(machine))
+    table.Add({std::wstring(2 * (one.depth + 1), L' ') + one.name, one.device->instanceId});
+  return table.Text();
+}
+
+void Print(const std::wstring& text) {
+  const std::string bytes = Narrow(text);
+  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+  std::fflush(stdout);
 }
 
 std::wstring CaptionOf(Machine& machine, const Device& device) {

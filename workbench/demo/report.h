@@ -25,6 +25,9 @@ struct ListedDevice {
 // The caption that Device Manager gives the device's sheet: its friendly name and "Properties".
 [[nodiscard]] std::wstring CaptionOf(Machine& machine, const Device& device);
 
+// Writes UTF-8 to the standard output.
+void Print(const std::wstring& text);
+
 // One line per message box: caption, icon, text, answer.
 [[nodiscard]] std::wstring FormatMessageBoxes(const std::vector<MessageBoxRecord>& boxes);
 

@@ -8,7 +8,7 @@
 
 #include "base/unique_handle.h"
 #include "workbench/demo/commands.h"
-#include "workbench/demo/text_table.h"
+#include "workbench/machine/models/device_text.h"
 
 namespace workbench {
 namespace {
@@ -17,12 +17,6 @@ constexpr wchar_t kAgent[] = L"workbench_agent.dll";
 
 [[noreturn]] void Fail(const char* what) {
   throw std::runtime_error(std::string(what) + " failed, error " + std::to_string(GetLastError()));
-}
-
-std::wstring OwnFolder() {
-  wchar_t path[MAX_PATH];
-  const std::wstring file(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
-  return file.substr(0, file.rfind(L'\\') + 1);
 }
 
 // One word of a command line, quoted as CommandLineToArgvW takes it apart again.
@@ -49,7 +43,7 @@ Started StartSuspended(const std::vector<std::string>& words) {
   for (const std::string& word : words) commandLine += Quoted(Widen(word)) + L' ';
   std::wstring path(32767, L'\0');
   path.resize(GetEnvironmentVariableW(L"PATH", path.data(), static_cast<DWORD>(path.size())));
-  SetEnvironmentVariableW(L"PATH", (OwnFolder() + L";" + path).c_str());
+  SetEnvironmentVariableW(L"PATH", (FolderOf(nullptr) + L";" + path).c_str());
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION made{};
@@ -97,7 +91,7 @@ const char* FindAgentInside(HANDLE process) {
 
 // The agent's start function is as far from the agent's beginning there as it is here.
 void AttachAgent(HANDLE process) {
-  const std::wstring agent = OwnFolder() + kAgent;
+  const std::wstring agent = FolderOf(nullptr) + kAgent;
   LoadAgentInside(process, agent);
   const HMODULE here = LoadLibraryW(agent.c_str());
   if (here == nullptr) Fail("loading the agent");

@@ -3,7 +3,7 @@
 #include "workbench/demo/control_check.h"
 #include "workbench/demo/picture.h"
 #include "workbench/demo/report.h"
-#include "workbench/demo/text_table.h"
+#include "workbench/machine/models/device_text.h"
 #include "workbench/rig/page_sheet.h"
 #include "workbench/rig/sample_rig.h"
 

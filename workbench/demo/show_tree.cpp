@@ -4,8 +4,8 @@
 #include "workbench/demo/commands.h"
 #include "workbench/demo/picture.h"
 #include "workbench/demo/report.h"
-#include "workbench/demo/text_table.h"
 #include "workbench/demo/tree_window.h"
+#include "workbench/machine/models/device_text.h"
 #include "workbench/rig/page_controls.h"
 #include "workbench/rig/sample_rig.h"
 

@@ -3,7 +3,6 @@
 
 #include "workbench/demo/commands.h"
 #include "workbench/demo/report.h"
-#include "workbench/demo/text_table.h"
 
 namespace workbench {
 namespace {

@@ -97,14 +97,13 @@ void HttpDeviceServer::Serve(SOCKET client) {
   if (!request) return;
   std::string document;
   const Answer answer = TakeAnswer(request->target, document);
-  std::string bytes = Render(answer, std::move(document));
-  if (answer.closeAfter) bytes.resize(std::min(bytes.size(), *answer.closeAfter));
+  const std::string bytes = Render(answer, std::move(document));
   {
     // Logged before the answer goes out: whoever has the answer finds the request in the log.
     const std::scoped_lock hold(lock_);
-    requests_.push_back({*request, answer.raw || answer.closeAfter == 0u ? 0 : answer.status});
+    requests_.push_back({*request, answer.raw ? 0 : answer.status});
   }
-  if (Send(client, answer, bytes) && !answer.closeAfter) CloseGracefully(client);
+  if (Send(client, answer, bytes)) CloseGracefully(client);
 }
 
 Answer HttpDeviceServer::TakeAnswer(const std::string& path, std::string& document) {

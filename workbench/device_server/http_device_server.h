@@ -20,7 +20,7 @@ namespace workbench {
 // One request that was answered, for tests and people.
 struct LoggedRequest {
   HttpRequest request;
-  int status = 0;  // of the answer; 0 for raw bytes and where nothing was answered
+  int status = 0;  // of the answer; 0 for raw bytes
 };
 
 // Serves "/pn", the status document of port n, to one client after the other, and closes the connection

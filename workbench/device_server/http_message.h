@@ -34,10 +34,9 @@ struct Answer {
   // Sent instead of a response, byte for byte; the connection is closed behind it.
   std::optional<std::string> raw{};
 
-  std::chrono::milliseconds delay{0};       // before the first byte
-  std::size_t pieceSize = 0;                // bytes per send; 0: everything at once
-  std::chrono::milliseconds pause{0};       // between pieces
-  std::optional<std::size_t> closeAfter{};  // the connection is closed after that many bytes of the response
+  std::chrono::milliseconds delay{0};  // before the first byte
+  std::size_t pieceSize = 0;           // bytes per send; 0: everything at once
+  std::chrono::milliseconds pause{0};  // between pieces
 };
 
 // The bytes of an answer. `document` is the body to use when the answer has none of its own.

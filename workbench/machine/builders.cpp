@@ -5,6 +5,7 @@
 
 #include "workbench/machine/machine.h"
 #include "workbench/machine/models/device_text.h"
+#include "workbench/machine/text_table.h"
 
 namespace workbench {
 namespace {
@@ -157,22 +158,17 @@ std::vector<ComPlaces> AllComPlaces(Machine& machine) {
 }
 
 std::wstring FormatPlaces(const std::vector<ComPlaces>& places) {
-  const auto column = [](const std::wstring& text, std::size_t width) {
-    return text + std::wstring(text.size() < width ? width - text.size() : 1, L' ');
-  };
-  std::wstring table = column(L"device", 38) + column(L"PortName", 10) + column(L"database", 10) +
-                       column(L"DOS device", 12) + column(L"SERIALCOMM", 12) + column(L"Ports value", 16) +
-                       L"friendly name\n";
+  const auto orDash = [](const std::wstring& text) { return text.empty() ? L"-" : text; };
+  TextTable table({L"Device", L"PortName", L"Database", L"DOS device", L"SERIALCOMM", L"Ports value",
+                   L"Friendly name", L""});
   for (const ComPlaces& one : places) {
     std::wstring dos;
     for (const std::wstring& name : one.dosDevices) dos += (dos.empty() ? L"" : L",") + name;
-    table += column(one.instanceId, 38) + column(one.portName.empty() ? L"-" : one.portName, 10) +
-             column(one.claimed ? L"taken" : L"free", 10) + column(dos.empty() ? L"-" : dos, 12) +
-             column(one.serialComm.empty() ? L"-" : one.serialComm, 12) +
-             column(one.portsValue.empty() ? L"-" : one.portsValue, 16) + one.friendlyName +
-             (one.Agree() ? L"\n" : L"  <-- disagree\n");
+    table.Add({one.instanceId, orDash(one.portName), one.claimed ? L"taken" : L"free", orDash(dos),
+               orDash(one.serialComm), orDash(one.portsValue), one.friendlyName,
+               one.Agree() ? L"" : L"<-- disagree"});
   }
-  return table;
+  return table.Text();
 }
 
 }  // namespace workbench

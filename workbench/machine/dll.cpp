@@ -25,12 +25,10 @@ void HoldSetupApi() {
   static_cast<void>(held);
 }
 
-// Imports of the simulated DLLs that have no row would reach the real host.
 void ReportUnsimulated(Machine& machine, const Redirection& redirection) {
   for (const std::string& import : redirection.Untouched()) {
-    const std::wstring wide(import.begin(), import.end());
-    const std::wstring_view dll = std::wstring_view(wide).substr(0, wide.find(L'!'));
-    for (const wchar_t* simulated : {L"setupapi.dll", L"cfgmgr32.dll", L"msports.dll", L"newdev.dll"}) {
+    const std::wstring dll = Widen(import.substr(0, import.find('!')));
+    for (const wchar_t* simulated : kSimulatedDlls) {
       if (EqualNoCase(dll, simulated)) machine.Calls().Violate("import " + import + " is not simulated");
     }
   }
@@ -39,16 +37,13 @@ void ReportUnsimulated(Machine& machine, const Redirection& redirection) {
 }  // namespace
 
 std::wstring Dll::DefaultPath() {
-  wchar_t path[MAX_PATH];
-  const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-  const std::wstring program(path, length);
-  return program.substr(0, program.rfind(L'\\') + 1) + L"KdUUI10.DLL";
+  return FolderOf(nullptr) + L"KdUUI10.DLL";
 }
 
 Dll::Dll(Machine& machine, const std::wstring& path) : module_(LoadLibraryW(path.c_str())) {
   HoldSetupApi();
   if (module_ == nullptr) {
-    throw std::runtime_error("cannot load " + NarrowText(path) + ", error " + std::to_string(GetLastError()));
+    throw std::runtime_error("cannot load " + Narrow(path) + ", error " + std::to_string(GetLastError()));
   }
   redirection_ = std::make_unique<Redirection>(module_, ChooseHook);
   ReportUnsimulated(machine, *redirection_);

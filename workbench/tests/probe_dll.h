@@ -9,16 +9,13 @@
 
 #include "workbench/machine/dll.h"
 #include "workbench/machine/machine.h"
+#include "workbench/machine/models/device_text.h"
 
 namespace workbench {
 
 class ProbeDll {
  public:
-  explicit ProbeDll(Machine& machine)
-      : path_(Dll::DefaultPath().substr(0, Dll::DefaultPath().rfind(L'\\') + 1) + L"redirect_probe.dll"),
-        dll_(machine, path_) {}
-
-  [[nodiscard]] HMODULE Module() const { return dll_.Module(); }
+  explicit ProbeDll(Machine& machine) : dll_(machine, FolderOf(nullptr) + L"redirect_probe.dll") {}
 
   // Calls an export; `Signature` is its function type.
   template <class Signature, class... A>
@@ -29,9 +26,6 @@ class ProbeDll {
     return function(arguments...);
   }
 
-  [[nodiscard]] DWORD Query(const wchar_t* name, wchar_t* target, DWORD length) const {
-    return Call<DWORD(const wchar_t*, wchar_t*, DWORD)>("QueryByImport", name, target, length);
-  }
   [[nodiscard]] HANDLE OpenFile(const std::wstring& path) const {
     return Call<HANDLE(const wchar_t*)>("OpenPath", path.c_str());
   }
@@ -45,7 +39,6 @@ class ProbeDll {
   }
 
  private:
-  std::wstring path_;
   Dll dll_;
 };
 

@@ -28,19 +28,12 @@ TEST(Redirection, CatchesWhatIsLookedUpAtRunTime) {
   wchar_t target[64] = {};
   EXPECT_NE(query(L"COM3", target, 64), 0u);
   EXPECT_STREQ(target, L"\\Device\\A");
+  EXPECT_EQ(probe.Find("gdi32.dll", "ComDBOpen"), nullptr);
   EXPECT_NE(probe.Find("setupapi.dll", "SetupDiSelectDevice"), nullptr);
   EXPECT_NE(probe.Find("mapi32.dll", "MAPILogon"), nullptr);
   EXPECT_THAT(machine.Calls().Violations(),
               testing::ElementsAre(testing::HasSubstr("SetupDiSelectDevice is not simulated"),
                                    testing::HasSubstr("loads mapi32.dll from where it is found first")));
-}
-
-TEST(Redirection, FindsAFunctionOnlyInADllThatHasIt) {
-  Machine machine;
-  const ProbeDll probe(machine);
-  EXPECT_EQ(probe.Find("gdi32.dll", "ComDBOpen"), nullptr);
-  EXPECT_EQ(probe.Call<FARPROC(const wchar_t*, const char*)>("FindLoaded", L"kernel32.dll", "NoSuchFunction"),
-            nullptr);
 }
 
 TEST(Redirection, PutsTheImportsBackWhenTheModuleStays) {

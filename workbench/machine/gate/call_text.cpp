@@ -43,11 +43,11 @@ std::string ToLine(const Call& call) {
     if (argument.text.empty()) {
       line.append(Hex(argument.value));
     } else {
-      line.append("\"").append(NarrowText(argument.text)).append("\"");
+      line.append("\"").append(Narrow(argument.text)).append("\"");
     }
   }
   line += ")";
-  if (!call.detail.empty()) line.append(" [").append(NarrowText(call.detail)).append("]");
+  if (!call.detail.empty()) line.append(" [").append(Narrow(call.detail)).append("]");
   if (!call.returned) return line + " ...";
   line += " -> " + Hex(call.result);
   if (!call.succeeded) line += " error " + std::to_string(call.lastError);

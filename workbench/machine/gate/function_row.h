@@ -108,6 +108,10 @@ struct FunctionRow {
   bool allocates = false;        // memory: counted and failed apart, see Gate::FailAllocation
 };
 
+// Simulated as a whole: a function of theirs that has no row would reach the real host.
+inline constexpr const wchar_t* kSimulatedDlls[] = {L"setupapi.dll", L"cfgmgr32.dll", L"msports.dll",
+                                                    L"newdev.dll"};
+
 // The row of a function, or null; names are unique over all DLLs.
 [[nodiscard]] const FunctionRow* FindRow(const char* name);
 

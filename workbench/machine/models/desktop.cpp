@@ -1,23 +1,6 @@
 #include "workbench/machine/models/desktop.h"
 
 namespace workbench {
-namespace {
-
-int DefaultAnswer(UINT style) {
-  switch (style & MB_TYPEMASK) {
-    case MB_OK:
-    case MB_OKCANCEL:
-      return IDOK;
-    case MB_YESNO:
-    case MB_YESNOCANCEL:
-      return IDNO;
-    default:
-      return IDCANCEL;
-  }
-}
-
-}  // namespace
-
 int Desktop::Show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style) {
   MessageBoxRecord box{.owner = owner,
                        .text = text == nullptr ? L"" : text,
@@ -31,7 +14,8 @@ int Desktop::Show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT 
     box.scripted = true;
     answers_.pop_front();
   } else {
-    box.answer = show_ ? MessageBoxW(owner, text, caption, style) : DefaultAnswer(style);
+    box.answer =
+        show_ ? MessageBoxW(owner, text, caption, style) : ((style & MB_TYPEMASK) == MB_OK ? IDOK : IDNO);
   }
   messageBoxes.push_back(box);
   return box.answer;

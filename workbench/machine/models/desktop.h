@@ -36,8 +36,8 @@ struct HelpRecord {
 // Filled in on the DLL's thread; read it when the DLL is back.
 class Desktop {
  public:
-  // Answers for the next message boxes, in order. A box beyond the script gets the default: IDOK where
-  // there is such a button, IDNO for a question.
+  // Answers for the next message boxes, in order. A box beyond the script gets IDOK where that is its only
+  // button, else IDNO.
   void Answer(int answer) { answers_.push_back(answer); }
   // Called while a box is up, in place of a script; its result is the answer.
   void AnswerBy(std::function<int(const MessageBoxRecord&)> answerer) { answerer_ = std::move(answerer); }

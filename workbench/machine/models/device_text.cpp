@@ -22,10 +22,26 @@ DWORD ComNumberOf(std::wstring_view name) {
   return static_cast<DWORD>(std::wcstoul(std::wstring(name.substr(3)).c_str(), nullptr, 10));
 }
 
-std::string NarrowText(std::wstring_view text) {
-  std::string narrow;
-  for (const wchar_t unit : text) narrow += unit < 0x80 ? static_cast<char>(unit) : '?';
-  return narrow;
+std::string Narrow(std::wstring_view text) {
+  const int length = static_cast<int>(text.size());
+  std::string bytes(text.size() * 3, '\0');
+  bytes.resize(static_cast<std::size_t>(
+      WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), 3 * length, nullptr, nullptr)));
+  return bytes;
+}
+
+std::wstring Widen(std::string_view text) {
+  const int length = static_cast<int>(text.size());
+  std::wstring wide(text.size(), L'\0');
+  wide.resize(
+      static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), length)));
+  return wide;
+}
+
+std::wstring FolderOf(HMODULE module) {
+  wchar_t path[MAX_PATH];
+  const std::wstring file(path, GetModuleFileNameW(module, path, MAX_PATH));
+  return file.substr(0, file.rfind(L'\\') + 1);
 }
 
 }  // namespace workbench

@@ -1,4 +1,4 @@
-// Small text helpers of the device simulation.
+// Texts: names as Windows compares and writes them, and their encodings.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,10 @@ namespace workbench {
 [[nodiscard]] std::wstring GuidText(const GUID& guid);
 // The decimal number behind the first three characters of a COM name, 0 when there is none.
 [[nodiscard]] DWORD ComNumberOf(std::wstring_view name);
-// Wide text as ASCII text, for messages.
-[[nodiscard]] std::string NarrowText(std::wstring_view text);
+// UTF-16 to UTF-8, and back.
+[[nodiscard]] std::string Narrow(std::wstring_view text);
+[[nodiscard]] std::wstring Widen(std::string_view text);
+// The folder of a module's file (null: the program's), with a backslash at its end.
+[[nodiscard]] std::wstring FolderOf(HMODULE module);
 
 }  // namespace workbench

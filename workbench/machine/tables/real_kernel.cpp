@@ -10,13 +10,20 @@ namespace {
 
 constexpr Failure kNoMemory = FailsWithZero(ERROR_NOT_ENOUGH_MEMORY);
 
+template <FunctionName Name, class Signature>
+FunctionRow Memory(const Failure& failure, const HandleUse& handles) {
+  return {.dll = "msvcrt.dll",
+          .name = Name.text,
+          .hook = reinterpret_cast<AnyFunction>(&RealThunk<Name, Signature>::Call),
+          .failure = failure,
+          .handles = handles,
+          .logged = false,
+          .allocates = true};
+}
+
 const FunctionRow kRows[] = {
     {"kernel32.dll", KD_REAL(CreateMutexW), FailsWithZero(ERROR_ACCESS_DENIED), Returns(HandleKind::Mutex)},
-    {.dll = "kernel32.dll",
-     .name = "ReleaseMutex",
-     .hook = reinterpret_cast<AnyFunction>(&RealThunk<"ReleaseMutex", decltype(::ReleaseMutex)>::Call),
-     .failure = FailsWithZero(ERROR_NOT_OWNER),
-     .runsAnyway = true},
+    {"kernel32.dll", KD_REAL(ReleaseMutex), FailsWithZero(ERROR_NOT_OWNER), NoHandle(), 0, false, true},
     {"kernel32.dll", KD_REAL(WaitForSingleObject), FailsWithMinusOne(ERROR_INVALID_HANDLE)},
     {"kernel32.dll", KD_REAL(CreateEventA), FailsWithZero(ERROR_ACCESS_DENIED), Returns(HandleKind::Event)},
     {"kernel32.dll", KD_REAL(GetSystemDirectoryW), FailsWithZero(ERROR_ACCESS_DENIED)},
@@ -30,32 +37,10 @@ const FunctionRow kRows[] = {
     {"kernel32.dll", KD_REAL(ActivateActCtx), FailsWithZero(ERROR_INVALID_PARAMETER)},
     {"kernel32.dll", KD_REAL(DeactivateActCtx), CannotFail()},
     {"kernel32.dll", KD_REAL(SetThreadLocale), FailsWithZero(ERROR_INVALID_PARAMETER)},
-    {.dll = "msvcrt.dll",
-     .name = "malloc",
-     .hook = reinterpret_cast<AnyFunction>(&RealThunk<"malloc", void*(std::size_t)>::Call),
-     .failure = kNoMemory,
-     .handles = Returns(HandleKind::Heap),
-     .logged = false,
-     .allocates = true},
-    {.dll = "msvcrt.dll",
-     .name = "calloc",
-     .hook = reinterpret_cast<AnyFunction>(&RealThunk<"calloc", void*(std::size_t, std::size_t)>::Call),
-     .failure = kNoMemory,
-     .handles = Returns(HandleKind::Heap),
-     .logged = false,
-     .allocates = true},
-    {.dll = "msvcrt.dll",
-     .name = "free",
-     .hook = reinterpret_cast<AnyFunction>(&RealThunk<"free", void(void*)>::Call),
-     .handles = Closes(HandleKind::Heap),
-     .logged = false,
-     .allocates = true},
-    {.dll = "msvcrt.dll",
-     .name = "realloc",
-     .hook = reinterpret_cast<AnyFunction>(&RealThunk<"realloc", void*(void*, std::size_t)>::Call),
-     .failure = kNoMemory,
-     .logged = false,
-     .allocates = true},
+    Memory<"malloc", void*(std::size_t)>(kNoMemory, Returns(HandleKind::Heap)),
+    Memory<"calloc", void*(std::size_t, std::size_t)>(kNoMemory, Returns(HandleKind::Heap)),
+    Memory<"realloc", void*(void*, std::size_t)>(kNoMemory, NoHandle()),
+    Memory<"free", void(void*)>(CannotFail(), Closes(HandleKind::Heap)),
 };
 
 }  // namespace

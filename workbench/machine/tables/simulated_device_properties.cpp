@@ -125,17 +125,15 @@ InstallParameters* FindParameters(MachineLock& machine, HDEVINFO handle, const S
   return element == nullptr ? nullptr : &element->parameters;
 }
 
-bool HasInstallSize(MachineLock& machine, const SP_DEVINSTALL_PARAMS_W* parameters) {
-  if (parameters != nullptr && parameters->cbSize == sizeof *parameters) return true;
-  machine->Calls().Violate("SP_DEVINSTALL_PARAMS_W of the wrong size");
-  SetLastError(parameters == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_USER_BUFFER);
-  return false;
+bool IsRight(const MachineLock& machine, const SP_DEVINSTALL_PARAMS_W* parameters) {
+  if (parameters != nullptr) return HasSize(machine, *parameters, "SP_DEVINSTALL_PARAMS_W");
+  return FailWith(ERROR_INVALID_PARAMETER) != FALSE;
 }
 
 BOOL WINAPI GetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTALL_PARAMS_W* result) {
   MachineLock machine;
   const InstallParameters* parameters = FindParameters(machine, handle, data);
-  if (parameters == nullptr || !HasInstallSize(machine, result)) return FALSE;
+  if (parameters == nullptr || !IsRight(machine, result)) return FALSE;
   *result = parameters->install;
   return TRUE;
 }
@@ -143,7 +141,7 @@ BOOL WINAPI GetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTA
 BOOL WINAPI SetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTALL_PARAMS_W* given) {
   MachineLock machine;
   InstallParameters* parameters = FindParameters(machine, handle, data);
-  if (parameters == nullptr || !HasInstallSize(machine, given)) return FALSE;
+  if (parameters == nullptr || !IsRight(machine, given)) return FALSE;
   if ((given->Flags & DI_CLASSINSTALLPARAMS) != 0 && parameters->classInstall.empty()) {
     return FailWith(ERROR_NO_CLASSINSTALL_PARAMS);
   }
@@ -211,11 +209,10 @@ BOOL ChangeProperty(MachineLock& machine, SetElement& element) {
   if (element.parameters.classInstall.size() != sizeof change) return FailWith(ERROR_NO_CLASSINSTALL_PARAMS);
   std::memcpy(&change, element.parameters.classInstall.data(), sizeof change);
   DeviceTree& tree = machine->Devices();
-  if (change.StateChange == DICS_DISABLE || change.StateChange == DICS_STOP) {
-    tree.Disable(*element.device);
-  } else if (change.StateChange == DICS_ENABLE || change.StateChange == DICS_START) {
-    tree.Enable(*element.device);
-  } else {
+  const DWORD state = change.StateChange;
+  if (state == DICS_DISABLE || state == DICS_STOP) tree.Disable(*element.device);
+  if (state == DICS_ENABLE || state == DICS_START) tree.Enable(*element.device);
+  if (state == DICS_PROPCHANGE) {
     tree.Stop(*element.device);
     tree.Start(*element.device);
   }

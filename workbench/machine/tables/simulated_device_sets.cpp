@@ -67,14 +67,6 @@ BOOL WINAPI DestroyList(HDEVINFO handle) {
   return machine->Sets().Destroy(handle) ? TRUE : FALSE;
 }
 
-// A structure that the caller gives to be filled in must say its size.
-bool HasSize(MachineLock& machine, DWORD given, DWORD right, const char* what) {
-  if (given == right) return true;
-  machine->Calls().Violate(std::string(what) + " of the wrong size " + std::to_string(given));
-  SetLastError(ERROR_INVALID_USER_BUFFER);
-  return false;
-}
-
 BOOL WINAPI OpenInfo(HDEVINFO handle, const wchar_t* id, HWND, DWORD flags, SP_DEVINFO_DATA* data) {
   MachineLock machine;
   DeviceSet* set = machine->Sets().Find(handle);
@@ -84,7 +76,7 @@ BOOL WINAPI OpenInfo(HDEVINFO handle, const wchar_t* id, HWND, DWORD flags, SP_D
     return FailWith(ERROR_INVALID_FLAGS);
   }
   if (id == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
-  if (data != nullptr && !HasSize(machine, data->cbSize, sizeof *data, "SP_DEVINFO_DATA")) return FALSE;
+  if (data != nullptr && !HasSize(machine, *data, "SP_DEVINFO_DATA")) return FALSE;
   Device* device = machine->Devices().Find(std::wstring_view(id));
   if (device == nullptr) return FailWith(ERROR_NO_SUCH_DEVINST);
   if (set->classGuid && !IsEqualGUID(*set->classGuid, device->classGuid))
@@ -99,7 +91,7 @@ BOOL WINAPI EnumInfo(HDEVINFO handle, DWORD index, SP_DEVINFO_DATA* data) {
   DeviceSet* set = machine->Sets().Find(handle);
   if (set == nullptr) return FALSE;
   if (data == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
-  if (!HasSize(machine, data->cbSize, sizeof *data, "SP_DEVINFO_DATA")) return FALSE;
+  if (!HasSize(machine, *data, "SP_DEVINFO_DATA")) return FALSE;
   if (index >= set->elements.size()) return FailWith(ERROR_NO_MORE_ITEMS);
   DeviceSets::Fill(*set->elements[index], *data);
   return TRUE;
@@ -125,7 +117,7 @@ BOOL WINAPI EnumInterfaces(HDEVINFO handle, SP_DEVINFO_DATA* only, const GUID* c
   DeviceSet* set = machine->Sets().Find(handle);
   if (set == nullptr) return FALSE;
   if (classGuid == nullptr || data == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
-  if (!HasSize(machine, data->cbSize, sizeof *data, "SP_DEVICE_INTERFACE_DATA")) return FALSE;
+  if (!HasSize(machine, *data, "SP_DEVICE_INTERFACE_DATA")) return FALSE;
   const SetElement* wanted = only == nullptr ? nullptr : machine->Sets().FindElement(*set, only);
   if (only != nullptr && wanted == nullptr) return FALSE;
   // A set that was not made for this class of interfaces holds none of them.
@@ -148,8 +140,7 @@ BOOL WINAPI EnumInterfaces(HDEVINFO handle, SP_DEVINFO_DATA* only, const GUID* c
 // The interface that `data` names, with its element; null with last error set.
 const DeviceInterface* FindInterface(MachineLock& machine, DeviceSet& set,
                                      const SP_DEVICE_INTERFACE_DATA* data, SetElement** owner) {
-  if (data == nullptr || !HasSize(machine, data->cbSize, sizeof *data, "SP_DEVICE_INTERFACE_DATA"))
-    return nullptr;
+  if (data == nullptr || !HasSize(machine, *data, "SP_DEVICE_INTERFACE_DATA")) return nullptr;
   for (const auto& element : set.elements) {
     for (const auto& instance : element->device->interfaces) {
       if (reinterpret_cast<ULONG_PTR>(instance.get()) != data->Reserved) continue;
@@ -174,9 +165,7 @@ BOOL WINAPI GetInterfaceDetail(HDEVINFO handle, SP_DEVICE_INTERFACE_DATA* data,
     machine->Calls().Violate("a detail buffer without a size, or a size without a buffer");
     return FailWith(ERROR_INVALID_USER_BUFFER);
   }
-  if (detail != nullptr &&
-      !HasSize(machine, detail->cbSize, sizeof *detail, "SP_DEVICE_INTERFACE_DETAIL_DATA_W"))
-    return FALSE;
+  if (detail != nullptr && !HasSize(machine, *detail, "SP_DEVICE_INTERFACE_DETAIL_DATA_W")) return FALSE;
   const auto needed = static_cast<DWORD>(offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_W, DevicePath) +
                                          (instance->path.size() + 1) * sizeof(wchar_t));
   if (required != nullptr) *required = needed;
@@ -184,7 +173,7 @@ BOOL WINAPI GetInterfaceDetail(HDEVINFO handle, SP_DEVICE_INTERFACE_DATA* data,
   instance->path.copy(detail->DevicePath, instance->path.size());
   detail->DevicePath[instance->path.size()] = L'\0';
   if (device == nullptr) return TRUE;
-  if (!HasSize(machine, device->cbSize, sizeof *device, "SP_DEVINFO_DATA")) return FALSE;
+  if (!HasSize(machine, *device, "SP_DEVINFO_DATA")) return FALSE;
   DeviceSets::Fill(*owner, *device);
   return TRUE;
 }

@@ -1,5 +1,7 @@
 // Run-time look-ups: what the DLL loads and finds by itself is redirected like its imports.
+#include <algorithm>
 #include <cstring>
+#include <functional>
 
 #include "workbench/machine/models/device_text.h"
 #include "workbench/machine/tables/tables.h"
@@ -17,12 +19,7 @@ HMODULE HelpModule() {
 }
 
 bool NamesHelpControl(std::wstring_view path) {
-  const std::size_t slash = path.find_last_of(L"\\/");
-  return EqualNoCase(slash == std::wstring_view::npos ? path : path.substr(slash + 1), kHelpControl);
-}
-
-std::wstring Wide(const char* text) {
-  return text == nullptr ? L"" : std::wstring(text, text + std::strlen(text));
+  return EqualNoCase(path.substr(path.find_last_of(L"\\/") + 1), kHelpControl);
 }
 
 // Answers for the help control; false when another module is meant.
@@ -55,7 +52,7 @@ const wchar_t* PathToLoad(const wchar_t* path) {
 void RequireSystemFile(const std::wstring& name) {
   if (name.find_first_of(L"\\/:") != std::wstring::npos || IsRedirected(name)) return;
   if (GetModuleHandleW(name.c_str()) != nullptr) return;  // nothing is searched for
-  CurrentGate()->Violate("loads " + std::string(name.begin(), name.end()) + " from where it is found first");
+  CurrentGate()->Violate("loads " + Narrow(name) + " from where it is found first");
 }
 
 // Windows 6.0 and 6.1 know LOAD_LIBRARY_SEARCH_SYSTEM32 and its like by an update only.
@@ -66,27 +63,24 @@ bool RefusesFlags(DWORD flags) {
   return true;
 }
 
-HMODULE WINAPI LoadA(const char* path) {
-  RequireSystemFile(Wide(path));
+// What the ways to load a DLL have in common; `load` is Windows' own.
+HMODULE LoadChecked(const std::wstring& path, DWORD flags, const std::function<HMODULE()>& load) {
+  RequireSystemFile(path);
+  if (RefusesFlags(flags)) return nullptr;
   HMODULE module = nullptr;
-  return AnswerHelp(Wide(path), module) ? module : ::LoadLibraryA(path);
+  return AnswerHelp(path, module) ? module : load();
+}
+HMODULE WINAPI LoadA(const char* path) {
+  return LoadChecked(LoggedText(path), 0, [&] { return ::LoadLibraryA(path); });
 }
 HMODULE WINAPI LoadW(const wchar_t* path) {
-  RequireSystemFile(path != nullptr ? path : L"");
-  HMODULE module = nullptr;
-  return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryW(PathToLoad(path));
+  return LoadChecked(LoggedText(path), 0, [&] { return ::LoadLibraryW(PathToLoad(path)); });
 }
 HMODULE WINAPI LoadExA(const char* path, HANDLE file, DWORD flags) {
-  RequireSystemFile(Wide(path));
-  if (RefusesFlags(flags)) return nullptr;
-  HMODULE module = nullptr;
-  return AnswerHelp(Wide(path), module) ? module : ::LoadLibraryExA(path, file, flags);
+  return LoadChecked(LoggedText(path), flags, [&] { return ::LoadLibraryExA(path, file, flags); });
 }
 HMODULE WINAPI LoadExW(const wchar_t* path, HANDLE file, DWORD flags) {
-  RequireSystemFile(path != nullptr ? path : L"");
-  if (RefusesFlags(flags)) return nullptr;
-  HMODULE module = nullptr;
-  return path != nullptr && AnswerHelp(path, module) ? module : ::LoadLibraryExW(path, file, flags);
+  return LoadChecked(LoggedText(path), flags, [&] { return ::LoadLibraryExW(path, file, flags); });
 }
 
 BOOL WINAPI Free(HMODULE module) {
@@ -95,26 +89,16 @@ BOOL WINAPI Free(HMODULE module) {
 
 // A function of a DLL that is simulated as a whole must have a row, or the real host would be touched.
 bool IsOfSimulatedDll(HMODULE module) {
-  for (const wchar_t* name : {L"setupapi.dll", L"cfgmgr32.dll", L"msports.dll", L"newdev.dll"}) {
-    if (module == GetModuleHandleW(name)) return true;
-  }
-  return false;
-}
-
-FARPROC Missing() {
-  SetLastError(ERROR_PROC_NOT_FOUND);
-  return nullptr;
-}
-
-FARPROC ToAddress(AnyFunction function) {
-  return reinterpret_cast<FARPROC>(function);
+  return std::ranges::any_of(kSimulatedDlls, [&](auto* name) { return module == GetModuleHandleW(name); });
 }
 
 FARPROC WINAPI Find(HMODULE module, const char* name) {
   const std::uint64_t bits = Bits(name);
   if (module == HelpModule()) {
     const bool known = bits == kHtmlHelpOrdinal || (bits > 0xFFFF && std::strcmp(name, "HtmlHelpW") == 0);
-    return known ? ToAddress(FindRow("HtmlHelpW")->hook) : Missing();
+    if (known) return reinterpret_cast<FARPROC>(FindRow("HtmlHelpW")->hook);
+    SetLastError(ERROR_PROC_NOT_FOUND);
+    return nullptr;
   }
   const FARPROC real = ::GetProcAddress(module, name);
   if (bits <= 0xFFFF) return real;
@@ -122,7 +106,7 @@ FARPROC WINAPI Find(HMODULE module, const char* name) {
   const FunctionRow* row = FindRow(name);
   const bool there =
       real != nullptr || (row != nullptr && row->simulated && module == GetModuleHandleA(row->dll));
-  if (row != nullptr && there) return ToAddress(row->hook);
+  if (row != nullptr && there) return reinterpret_cast<FARPROC>(row->hook);
   if (real == nullptr || !IsOfSimulatedDll(module)) return real;
   const CLastErrorKeeper keeper;
   CurrentGate()->Violate(std::string(name) + " is not simulated");

@@ -37,6 +37,16 @@ class MachineLock {
   std::scoped_lock<std::recursive_mutex> guard_;
 };
 
+// Whether a structure that the caller gives says its right size. Otherwise that is reported, and the last
+// error set.
+template <class Structure>
+bool HasSize(const MachineLock& machine, const Structure& given, const char* what) {
+  if (given.cbSize == sizeof given) return true;
+  machine->Calls().Violate(std::string(what) + " of the wrong size " + std::to_string(given.cbSize));
+  SetLastError(ERROR_INVALID_USER_BUFFER);
+  return false;
+}
+
 // Sets the last error and answers FALSE.
 inline BOOL FailWith(DWORD error) {
   SetLastError(error);

@@ -2,7 +2,6 @@
 // through delay-loading, and through what it looks up itself.
 #include <windows.h>
 
-#include <cfgmgr32.h>
 #include <setupapi.h>
 
 #include <cstdlib>
@@ -13,10 +12,10 @@ LONG WINAPI ComDBClose(HANDLE database);
 
 #define PROBE __declspec(dllexport)
 
-PROBE DWORD QueryByImport(const wchar_t* name, wchar_t* target, DWORD length) {
-  return QueryDosDeviceW(name, target, length);
+PROBE DWORD Query(const wchar_t* name) {
+  wchar_t target[64];
+  return QueryDosDeviceW(name, target, 64);
 }
-
 PROBE LONG OpenByDelayLoad(HANDLE* database) {
   return ComDBOpen(database);
 }
@@ -26,9 +25,6 @@ PROBE LONG CloseByDelayLoad(HANDLE database) {
 
 PROBE FARPROC FindByName(const char* dll, const char* name) {
   return GetProcAddress(LoadLibraryA(dll), name);
-}
-PROBE FARPROC FindLoaded(const wchar_t* dll, const char* name) {
-  return GetProcAddress(GetModuleHandleW(dll), name);
 }
 
 PROBE LSTATUS OpenKey(const wchar_t* path, HKEY* key) {
@@ -41,9 +37,8 @@ PROBE HANDLE OpenPath(const wchar_t* path) {
   return CreateFileW(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED,
                      nullptr);
 }
-PROBE BOOL ControlFile(HANDLE file, DWORD code, void* in, DWORD inSize, void* out, DWORD outSize,
-                       DWORD* returned) {
-  return DeviceIoControl(file, code, in, inSize, out, outSize, returned, nullptr);
+PROBE BOOL ControlFile(HANDLE file, DWORD code, DWORD* returned) {
+  return DeviceIoControl(file, code, nullptr, 0, nullptr, 0, returned, nullptr);
 }
 PROBE BOOL CloseFile(HANDLE file) {
   return CloseHandle(file);
@@ -55,9 +50,6 @@ PROBE void Free(void* memory) {
   std::free(memory);
 }
 
-PROBE CONFIGRET Child(DEVINST* child, DEVINST node) {
-  return CM_Get_Child(child, node, 0);
-}
 PROBE HDEVINFO AllDevices(const GUID* classGuid, DWORD flags) {
   return SetupDiGetClassDevsW(classGuid, nullptr, nullptr, flags);
 }

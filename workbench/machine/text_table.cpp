@@ -1,9 +1,7 @@
-#include "workbench/demo/text_table.h"
-
-#include <windows.h>
+#include "workbench/machine/text_table.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <utility>
 
 namespace workbench {
 
@@ -30,23 +28,6 @@ std::wstring TextTable::Text() const {
     text += L"\n";
   }
   return text;
-}
-
-void Print(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
-  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
-  std::fflush(stdout);
-}
-
-std::wstring Widen(const std::string& text) {
-  const int length = static_cast<int>(text.size());
-  const int size = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(size), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), size);
-  return wide;
 }
 
 }  // namespace workbench

@@ -1,4 +1,4 @@
-// Tables and text on the standard output.
+// Tables for people.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-// A table for people: columns as wide as their widest cell, a line under the heading.
+// Columns as wide as their widest cell, a line under the heading.
 class TextTable {
  public:
   explicit TextTable(std::vector<std::wstring> heading) : rows_{std::move(heading)} {}
@@ -17,11 +17,5 @@ class TextTable {
  private:
   std::vector<std::vector<std::wstring>> rows_;
 };
-
-// Writes UTF-8 to the standard output.
-void Print(const std::wstring& text);
-
-// UTF-8 to UTF-16.
-[[nodiscard]] std::wstring Widen(const std::string& text);
 
 }  // namespace workbench
