@@ -10,7 +10,6 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 using workbench::DriverFault;
 using workbench::Misbehaviour;
@@ -107,8 +106,6 @@ TEST_F(SettingsUpdateTest, PortThatOpensIsNotRestarted) {
   const auto opens = machine.Calls().CallsOf("CreateFileW");
   ASSERT_FALSE(opens.empty());
   EXPECT_EQ(opens.back().Text(0), L"\\\\.\\COM6") << "asked last, when the drivers have the settings";
-  EXPECT_EQ(machine.Calls().CallsOf("SetupDiGetClassDevsW").at(0).Number(3), 6u);
-  EXPECT_EQ(machine.Calls().CallsOf("SetupDiOpenDeviceInfoW").at(0).Number(3), 6u);
 }
 
 TEST_F(SettingsUpdateTest, PortInUseIsDisabledAndEnabledAgain) {
@@ -235,21 +232,6 @@ TEST_F(SettingsUpdateTest, TextThatIsNotSevenBitOrHasAnEndInsideEndsTheRead) {
   }
 }
 
-TEST_F(SettingsUpdateTest, OneHandleForEachOperation) {
-  ASSERT_EQ(PushLine(), 1u);
-  std::vector<std::size_t> lengths;
-  std::vector<std::uint64_t> sessions;
-  for (const workbench::DriverRecord& record : driver.Records()) {
-    sessions.push_back(record.session);
-    lengths.insert(lengths.end(), {record.inputLength, record.outputLength});
-  }
-  EXPECT_THAT(lengths, ElementsAre(0, 0, 8, 4, 8, 132, 0, 0, 8 + 132, 0)) << "open, size, read, open, write";
-  ASSERT_EQ(sessions.size(), 5u);
-  EXPECT_THAT(sessions, ElementsAre(sessions[0], sessions[0], sessions[0], sessions[3], sessions[3]));
-  EXPECT_NE(sessions[0], sessions[3]);
-  EXPECT_EQ(machine.Calls().CallsOf("CreateFileW").at(0).Text(0), Port().interfaces.front()->path);
-}
-
 TEST_F(SettingsUpdateTest, LargestSizeIsAFailure) {
   driver.Inject(
       {.operation = Operation::Size, .misbehaviour = Misbehaviour::ReportSize, .value = 0xFFFFFFFF});
@@ -261,10 +243,10 @@ TEST_F(SettingsUpdateTest, LargestSizeIsAFailure) {
 
 TEST_F(SettingsUpdateTest, ListThatIsNotAvailableIsReportedOnTheStandardOutput) {
   // The first list is that of the devices, the second that of the interfaces.
-  machine.Calls().Inject({.function = "SetupDiGetClassDevsW", .from = 2, .error = ERROR_NOT_ENOUGH_MEMORY});
+  machine.Calls().Inject({.function = "SetupDiGetClassDevsW", .from = 2, .error = ERROR_OUTOFMEMORY});
   testing::internal::CaptureStdout();
   const auto result = PushLine();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "SetupDiGetClassDevs failed: 8\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "SetupDiGetClassDevs failed: e\n");
   EXPECT_EQ(result, 0u);
   EXPECT_THAT(driver.Records(), testing::IsEmpty());
 }

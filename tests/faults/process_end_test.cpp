@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/faults/port_settings.h"
-#include "workbench/rig/device_installer.h"
+#include "workbench/rig/rig.h"
 
 namespace workbench {
 namespace {
@@ -11,12 +11,11 @@ namespace {
 // is there is all that the next process has. First with nothing behind it; then with values of the pages,
 // which keep the backups; then with those backups there, and other settings since.
 TEST(ProcessEnd, KeepsSettingsAndNamesAtEveryCallOfAReinstallation) {
-  Machine machine;
-  DeviceServer server = AddDeviceServer(machine, {.comNumbers = {7, 8}});
-  SetSettings(machine, server, false);
-  const std::vector<Device*> ports = server.ports;  // the bus finds others in their place
-  const Dll dll(machine);
-  DeviceInstaller installer(machine, dll);
+  Rig rig({.comNumbers = {7, 8}, .web = false});
+  Machine& machine = rig.machine;
+  SetSettings(machine, rig.server, false);
+  const std::vector<Device*> ports = rig.server.ports;  // the bus finds others in their place
+  DeviceInstaller installer = rig.Installer();
   for (const char* past : {"nothing", "values of the pages", "earlier backups"}) {
     SCOPED_TRACE(past);
     std::size_t calls = 0;
@@ -33,13 +32,13 @@ TEST(ProcessEnd, KeepsSettingsAndNamesAtEveryCallOfAReinstallation) {
         lost += (hasName ? " settings at " : " name at ") + std::to_string(calls) + " " + function + ",";
       }
     });
-    installer.Install(*server.card);
-    FindPortsAgain(machine, server, {.comNumbers = {27, 28}});
-    for (Device* port : server.ports) installer.Install(*port);
+    installer.Install(*rig.server.card);
+    FindPortsAgain(machine, rig.server, {.comNumbers = {27, 28}});
+    for (Device* port : rig.server.ports) installer.Install(*port);
     machine.Calls().AtEachCall(nullptr);
     std::printf("    reinstallation, behind it %s: %zu calls\n", past, calls);
     EXPECT_EQ(lost, "");
-    for (const Device* port : server.ports) {
+    for (const Device* port : rig.server.ports) {
       EXPECT_TRUE(HasSettings(machine, *port) && PlacesOf(machine, *port).Agree());
       const bool first = std::string_view(past) == "nothing";
       EXPECT_EQ(machine.Registry().HasKey(BackupKeyOf(*port)), !first);
