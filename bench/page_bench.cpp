@@ -149,12 +149,13 @@ void ComparePages() {
     };
     return bench::Work{.run = openAndGet, .tidy = close};
   };
-  // Half the time is Wine's server and its screen, which other programs disturb: many rounds.
-  const bench::Patience patience{.sampleSeconds = 0.02, .batch = 60, .mostRounds = 480};
+  // Half the time is Wine's server and its screen, which other programs disturb: a bound needs many rounds.
+  const bench::Patience many{.sampleSeconds = 0.02, .batch = 100, .mostRounds = 600};
+  const bench::Patience some{.sampleSeconds = 0.02, .batch = 30, .mostRounds = 240, .tolerance = 0.02};
   const char* figure = "Port page, from the export until refreshed and painted";
   bench::PrintRow(figure, "bare page with tips on its controls, and one plain GET",
-                  bench::Compare(openProduct, openBare(makeWithTips), patience), kMostPage);
-  bench::PrintRow(figure, "the same without tips", bench::Compare(openProduct, openBare(makeBare), patience));
+                  bench::Compare(openProduct, openBare(makeWithTips), many), kMostPage);
+  bench::PrintRow(figure, "the same without tips", bench::Compare(openProduct, openBare(makeBare), some));
 
   const double bare = BytesPerSheet(host.machine, makeBare);
   const double page = BytesPerSheet(host.machine, makeProduct);
