@@ -58,12 +58,14 @@ TEST_F(PortPageCommands, RestoreReadsDriverAndDeviceAgain) {
 }
 
 // A box that a refresh disables while it has the focus would leave the keyboard without a target.
-TEST_F(PortPageCommands, TheFocusLeavesABoxThatIsDisabled) {
+TEST_F(PortPageCommands, TheFocusGoesOnFromABoxThatIsDisabled) {
   SetFocus(PageOf().Control(IDC_PORT_CTS_ALWAYS_TRUE));
   web.SetPort(1, {.ctsLine = 0});
   Tick();
   ASSERT_FALSE(IsWindowEnabled(PageOf().Control(IDC_PORT_CTS_ALWAYS_TRUE)));
-  EXPECT_TRUE(GetFocus() != nullptr && IsWindowEnabled(GetFocus()));
+  EXPECT_NE(GetFocus(), nullptr);
+  EXPECT_EQ(GetFocus(),
+            GetNextDlgTabItem(PageOf().Page(), PageOf().Control(IDC_PORT_CTS_ALWAYS_TRUE), FALSE));
 }
 
 TEST_F(PortPageCommands, TheBalloonHasOneToolForEachControlAndGoesWithThePage) {
