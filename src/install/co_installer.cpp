@@ -28,10 +28,8 @@ void BestEffort(Step&& step) noexcept {
   }));
 }
 
-// Holds the mutex that the post-installations of all ports of all device servers share, in all processes.
-//
-// Kept on purpose: open handles. An installer loads and frees this DLL for every single function, and the
-// mutex has to live on between the ports of one installation. It ends with the installer's process.
+// Holds the mutex that the post-installations of all ports share, in all processes. An installer loads and
+// frees this DLL for every function, and the mutex lives on between them. Kept on purpose: open handles
 class CInstallLock {
  public:
   CInstallLock() noexcept : mutex_(CreateMutexW(nullptr, FALSE, kInstallMutexName)) {

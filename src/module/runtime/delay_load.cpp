@@ -1,7 +1,6 @@
-// What happens when a delay-loaded function is first called, and when it is not there.
-//
-// An installer loads and frees this module for every installation function, so it imports at load time only
-// what such a call needs; the rest (delay_imports.S) is loaded by the first call that wants it.
+// What happens when a delay-loaded function is first called, and when it is not there. An installer loads and
+// frees this module for every installation function, so it imports at load time only what such a call needs;
+// the rest (delay_imports.S) is loaded by the first call that needs it.
 #include <windows.h>
 
 #include "base/system_dll.h"

@@ -1,11 +1,7 @@
-// Where exceptions under way are kept: the objects thrown, and for each thread what the language knows of
-// them.
-//
-// The compiler's library takes 73 KB of the heap at load for the time when memory runs out, a mutex for them,
-// and for the threads a slot of the process and a block of each; it gives none of this back at unload. An
-// installer loads and frees the module for every step. Here a thread that throws takes one of a few places in
-// the module's own data and leaves it with its last exception: nothing is allocated, so nothing can fail or
-// be left.
+// Keeps the exceptions under way, and each thread's record of them, in the module's own data, where the
+// compiler's library would allocate what it never gives back (docs/architecture.md). A thread that throws
+// takes one of a few places and leaves it with its last exception: nothing is allocated, so nothing can fail
+// or stay.
 #include <windows.h>
 
 #include <cxxabi.h>

@@ -1,9 +1,7 @@
-// The stack protector's part of the run time.
-//
-// The compiler's own library asks the cryptographic provider for its value while the module is loaded, and
-// the provider's DLLs are loaded and freed with it: several times the cost of the rest of the load, for every
-// step of an installation. This one is made as the platform's own compiler makes its cookie: from the time,
-// the performance counter, the process and where the module and the stack lie.
+// The stack protector's part of the run time. The compiler's own library loads the cryptographic provider's
+// DLLs for its value at each load of the module (docs/architecture.md). This one is made of the time, the
+// performance counter, the process and the addresses of the module and the stack, as the platform's own
+// compiler does it.
 #include <windows.h>
 
 #include <cstdint>

@@ -1,24 +1,34 @@
-// Parts of the C++ run time at the size that this module needs.
-//
-// The linker takes these definitions instead of the library's, which would bring a name demangler, formatted
-// output and further string classes with them: more than all of the module's own code. An installer maps the
-// module for every step. The library reports a broken call (a length that no string can have, an index that
-// does not exist) by exceptions with a text; here every one of them is bad_alloc, and ends as memory running out
-// does: in the failure value of the export.
+// The linker takes these definitions instead of the library's, which bring a demangler and formatted output
+// with them (docs/architecture.md). The library reports a broken call by exceptions with a text; here each of
+// them is bad_alloc, and ends as memory running out does: in the failure value of the export.
 #include <cstdlib>
 #include <new>
 
 namespace __gnu_cxx {
 // Nothing in the module reaches it: exceptions end at the exports. The library's prints the exception's name.
 [[noreturn]] void __verbose_terminate_handler();
-void __verbose_terminate_handler() { std::abort(); }
+void __verbose_terminate_handler() {
+  std::abort();
+}
 }  // namespace __gnu_cxx
 
 namespace std {
-[[noreturn]] void __throw_bad_alloc() { throw bad_alloc(); }
-[[noreturn]] void __throw_bad_array_new_length() { throw bad_alloc(); }
-[[noreturn]] void __throw_length_error(const char*) { throw bad_alloc(); }
-[[noreturn]] void __throw_logic_error(const char*) { throw bad_alloc(); }
-[[noreturn]] void __throw_out_of_range(const char*) { throw bad_alloc(); }
-[[noreturn]] void __throw_out_of_range_fmt(const char*, ...) { throw bad_alloc(); }
+[[noreturn]] void __throw_bad_alloc() {
+  throw bad_alloc();
+}
+[[noreturn]] void __throw_bad_array_new_length() {
+  throw bad_alloc();
+}
+[[noreturn]] void __throw_length_error(const char*) {
+  throw bad_alloc();
+}
+[[noreturn]] void __throw_logic_error(const char*) {
+  throw bad_alloc();
+}
+[[noreturn]] void __throw_out_of_range(const char*) {
+  throw bad_alloc();
+}
+[[noreturn]] void __throw_out_of_range_fmt(const char*, ...) {
+  throw bad_alloc();
+}
 }  // namespace std
