@@ -1,5 +1,6 @@
 // Stories of installation, told step by step on a machine of their own.
 #include <algorithm>
+#include <numeric>
 
 #include "workbench/demo/commands.h"
 #include "workbench/demo/report.h"
@@ -15,14 +16,13 @@ std::wstring Number(std::size_t number) {
 
 std::vector<unsigned> Rising(unsigned first, unsigned count) {
   std::vector<unsigned> numbers(count);
-  for (unsigned& number : numbers) number = first++;
+  std::iota(numbers.begin(), numbers.end(), first);
   return numbers;
 }
 
 std::vector<unsigned> Falling(unsigned first, unsigned count) {
-  std::vector<unsigned> numbers = Rising(first, count);
-  std::ranges::reverse(numbers);
-  return numbers;
+  const std::vector<unsigned> rising = Rising(first, count);
+  return {rising.rbegin(), rising.rend()};
 }
 
 void Step(const std::wstring& heading) {
@@ -52,6 +52,11 @@ class StoryRig : public Rig {
   }
   // Every place of every port has to say the same now.
   void ExpectAgreement() { good_ = good_ && std::ranges::all_of(AllComPlaces(machine), &ComPlaces::Agree); }
+  [[nodiscard]] int EndInAgreement() {
+    Table(L"After");
+    ExpectAgreement();
+    return End();
+  }
   [[nodiscard]] int End() {
     good_ = EndsWell(*this) && good_;
     Print(good_ ? L"\nEverything went as expected.\n" : L"\nNot everything went as expected.\n");
@@ -73,9 +78,7 @@ int Install(unsigned ports) {
   rig.InstallPorts();
   Tell(L"The device server was restarted " +
        Number(rig.machine.Devices().EventsOf(DeviceEvent::Enabled).size()) + L" time(s).");
-  rig.Table(L"After");
-  rig.ExpectAgreement();
-  return rig.End();
+  return rig.EndInAgreement();
 }
 
 int Reinstall(unsigned ports) {
@@ -99,9 +102,7 @@ int Reinstall(unsigned ports) {
   rig.Table(L"Before the ports' second pass");
   Step(L"Windows installs the ports");
   rig.InstallPorts();
-  rig.Table(L"After");
-  rig.ExpectAgreement();
-  return rig.End();
+  return rig.EndInAgreement();
 }
 
 int Rename(unsigned) {
@@ -146,9 +147,7 @@ int Remove(unsigned ports) {
   rig.Installer().Remove(*rig.server.card);
   for (const ProcessRecord& process : rig.machine.System().processes)
     Tell(L"Started: " + process.application);
-  rig.Table(L"After");
-  rig.ExpectAgreement();
-  return rig.End();
+  return rig.EndInAgreement();
 }
 
 int Usb(unsigned) {
@@ -162,9 +161,7 @@ int Usb(unsigned) {
   rig.Installer().Install(*usb.port);
   for (const std::wstring& id : rig.machine.Devices().EventsOf(DeviceEvent::Enabled))
     Tell(L"Restarted: " + id);
-  rig.Table(L"After");
-  rig.ExpectAgreement();
-  return rig.End();
+  return rig.EndInAgreement();
 }
 
 constexpr Story kStories[] = {

@@ -3,37 +3,22 @@
 #include <shellapi.h>
 
 #include <stdexcept>
-#include <utility>
 #include <vector>
 
 #include "base/resource_ids.h"
 #include "workbench/demo/report.h"
+#include "workbench/demo/tree_ids.h"
 #include "workbench/rig/page_controls.h"
 #include "workbench/rig/page_sheet.h"
 
 namespace workbench {
 namespace {
 
-constexpr wchar_t kClass[] = L"WorkbenchDeviceTree";
 constexpr wchar_t kHint[] = L"Double-click a port, or press Enter, to open its properties.";
 constexpr UINT kOpenSelected = WM_APP;
 
 // Pictures of the tree, in the order of its image list.
 enum Image { kComputerImage, kDeviceImage, kPortImage };
-
-int Scaled(int pixels) {
-  const HDC screen = GetDC(nullptr);
-  const int scaled = MulDiv(pixels, GetDeviceCaps(screen, LOGPIXELSX), 96);
-  ReleaseDC(nullptr, screen);
-  return scaled;
-}
-
-HFONT MessageFont() {
-  NONCLIENTMETRICSW metrics{};
-  metrics.cbSize = sizeof metrics;
-  SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-  return CreateFontIndirectW(&metrics.lfMessageFont);
-}
 
 void AddImage(HIMAGELIST images, HICON icon) {
   ImageList_AddIcon(images, icon);
@@ -48,49 +33,24 @@ HICON ShellIcon(UINT index) {
 
 }  // namespace
 
-TreeWindow::TreeWindow(Rig& rig) : rig_(rig), font_(MessageFont()) {
-  MakeWindow();
-  MakeControls();
+TreeWindow::TreeWindow(Rig& rig) : rig_(rig) {
+  const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_TREEVIEW_CLASSES};
+  InitCommonControlsEx(&classes);
+  CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_DEVICE_TREE), nullptr,
+                     &TreeWindow::Procedure, reinterpret_cast<LPARAM>(this));
+  if (!window_) throw std::runtime_error("The device tree's window does not open");
+  tree_ = GetDlgItem(window_, IDC_DEVICE_TREE);
+  SendMessageW(window_, WM_SETICON, ICON_SMALL,
+               reinterpret_cast<LPARAM>(LoadIconW(rig_.dll->Module(), MAKEINTRESOURCEW(IDI_PRODUCT))));
   MakeImages();
   Fill();
   SetStatus(kHint);
-  Layout();
-  CenterOnScreen(window_);
   ShowWindow(window_, SW_SHOW);
   SetFocus(tree_);
 }
 
 TreeWindow::~TreeWindow() {
   if (window_) DestroyWindow(window_);
-}
-
-void TreeWindow::MakeWindow() {
-  WNDCLASSW description{};
-  description.lpfnWndProc = &TreeWindow::Procedure;
-  description.hInstance = GetModuleHandleW(nullptr);
-  description.lpszClassName = kClass;
-  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-  description.hIcon = LoadIconW(rig_.dll->Module(), MAKEINTRESOURCEW(IDI_PRODUCT));
-  description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-  RegisterClassW(&description);  // fails when an earlier window has done so
-  CreateWindowExW(0, kClass, L"Device Manager (simulated host)", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                  CW_USEDEFAULT, Scaled(440), Scaled(320), nullptr, nullptr, description.hInstance, this);
-  if (!window_) throw std::runtime_error("The device tree's window does not open");
-}
-
-void TreeWindow::MakeControls() {
-  const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_TREEVIEW_CLASSES | ICC_BAR_CLASSES};
-  InitCommonControlsEx(&classes);
-  constexpr DWORD kTreeStyle = WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
-                               TVS_LINESATROOT | TVS_SHOWSELALWAYS;
-  tree_ = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"Devices", kTreeStyle, 0, 0, 0, 0, window_,
-                          nullptr, nullptr, nullptr);
-  status_ = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0,
-                            window_, nullptr, nullptr, nullptr);
-  if (!tree_ || !status_) throw std::runtime_error("The device tree's controls cannot be made");
-  for (const HWND control : {tree_, status_}) {
-    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font_.Get()), FALSE);
-  }
 }
 
 void TreeWindow::MakeImages() {
@@ -104,15 +64,6 @@ void TreeWindow::MakeImages() {
   AddImage(images_.Get(), static_cast<HICON>(LoadImageW(rig_.dll->Module(), MAKEINTRESOURCEW(IDI_PRODUCT),
                                                         IMAGE_ICON, width, height, LR_DEFAULTCOLOR)));
   TreeView_SetImageList(tree_, images_.Get(), TVSIL_NORMAL);
-}
-
-void TreeWindow::Layout() {
-  RECT client{};
-  RECT line{};
-  SendMessageW(status_, WM_SIZE, 0, 0);  // it puts itself at the bottom
-  GetClientRect(window_, &client);
-  GetWindowRect(status_, &line);
-  MoveWindow(tree_, 0, 0, client.right, client.bottom - (line.bottom - line.top), TRUE);
 }
 
 // The computer on top, and each device below its parent.
@@ -159,15 +110,14 @@ Device* TreeWindow::SelectedDevice() const {
 }
 
 std::wstring TreeWindow::Status() const {
-  wchar_t text[256] = L"";
-  SendMessageW(status_, SB_GETTEXTW, 0, reinterpret_cast<LPARAM>(text));
-  return text;
+  return TextOf(window_, IDC_STATUS_LINE);
 }
 
-void TreeWindow::SetStatus(const std::wstring& text) {
-  SendMessageW(status_, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(text.c_str()));
+void TreeWindow::SetStatus(const wchar_t* text) {
+  SetDlgItemTextW(window_, IDC_STATUS_LINE, text);
 }
 
+// Not through IsDialogMessage, for which Enter is a button.
 void TreeWindow::RunUntilClosed() {
   MSG message;
   while (window_ && GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -176,45 +126,38 @@ void TreeWindow::RunUntilClosed() {
   }
 }
 
-LRESULT CALLBACK TreeWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_NCCREATE) {
-    auto* self = static_cast<TreeWindow*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-    self->window_ = window;
+INT_PTR CALLBACK TreeWindow::Procedure(HWND window, UINT message, WPARAM, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    SetWindowLongPtrW(window, GWLP_USERDATA, lParam);
+    reinterpret_cast<TreeWindow*>(lParam)->window_ = window;
+    return FALSE;  // the focus is set when the tree is filled
   }
   auto* self = reinterpret_cast<TreeWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-  return self && self->window_ ? self->Handle(message, wParam, lParam)
-                               : DefWindowProcW(window, message, wParam, lParam);
+  return self && self->Handle(message, lParam) ? TRUE : FALSE;
 }
 
-LRESULT TreeWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+bool TreeWindow::Handle(UINT message, LPARAM lParam) {
   switch (message) {
-    case WM_SIZE:
-      if (status_) Layout();
-      return 0;
-    case WM_SETFOCUS:
-      SetFocus(tree_);
-      return 0;
-    case WM_NOTIFY:
-      return OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
+    case WM_NOTIFY: {
+      // The sheet opens when the tree is done with its own message.
+      const NMHDR& notification = *reinterpret_cast<const NMHDR*>(lParam);
+      if (notification.hwndFrom == tree_ &&
+          (notification.code == NM_RETURN || notification.code == NM_DBLCLK))
+        PostMessageW(window_, kOpenSelected, 0, 0);
+      return true;
+    }
     case kOpenSelected:
       OpenSelected();
-      return 0;
-    case WM_NCDESTROY: {
-      const HWND window = std::exchange(window_, nullptr);
-      return DefWindowProcW(window, message, wParam, lParam);
-    }
+      return true;
+    case WM_CLOSE:
+      DestroyWindow(window_);
+      return true;
+    case WM_NCDESTROY:
+      window_ = nullptr;
+      return false;
     default:
-      return DefWindowProcW(window_, message, wParam, lParam);
+      return false;
   }
-}
-
-// The sheet opens when the tree is done with its own message.
-LRESULT TreeWindow::OnNotify(const NMHDR& notification) {
-  if (notification.hwndFrom != tree_) return 0;
-  if (notification.code == NM_RETURN || notification.code == NM_DBLCLK)
-    PostMessageW(window_, kOpenSelected, 0, 0);
-  return 0;
 }
 
 void TreeWindow::OpenSelected() {

@@ -24,7 +24,8 @@ struct ImageListTraits {
 // thread that made it.
 class TreeWindow {
  public:
-  // Shows the window in the middle of the screen. Throws std::runtime_error when there is none.
+  // Shows the window in the middle of the screen; its dialog is a resource of the program. Throws
+  // std::runtime_error when it does not open.
   explicit TreeWindow(Rig& rig);
   ~TreeWindow();
   TreeWindow(const TreeWindow&) = delete;
@@ -44,23 +45,17 @@ class TreeWindow {
   void RunUntilClosed();
 
  private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
-  void MakeWindow();
-  void MakeControls();
+  static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  bool Handle(UINT message, LPARAM lParam);
   void MakeImages();
-  void Layout();
   void Fill();
-  LRESULT OnNotify(const NMHDR& notification);
   [[nodiscard]] Device* SelectedDevice() const;
   void OpenSelected();
-  void SetStatus(const std::wstring& text);
+  void SetStatus(const wchar_t* text);
 
   Rig& rig_;
   HWND window_ = nullptr;
   HWND tree_ = nullptr;
-  HWND status_ = nullptr;
-  CUniqueHandle<GdiHandleTraits<HFONT>> font_;
   CUniqueHandle<ImageListTraits> images_;
 };
 

@@ -1,95 +1,39 @@
 #include "driver.h"
 
-static const WCHAR prefix[] = L"kdgendrv_";
-static const WCHAR enum_key[] = L"\\Registry\\Machine\\System\\CurrentControlSet\\Enum\\";
-
-enum { MOST_PATH = 320 };
-
-/* Text that grows in an array and stays as it is when there is no more room. */
-struct text {
-  USHORT length; /* characters */
-  WCHAR *characters;
-  USHORT room;
+/* KEY_NAME_INFORMATION, which the headers lack, with room for a driver key's path. */
+struct key_name {
+  ULONG length; /* bytes */
+  WCHAR characters[256];
 };
 
-static BOOLEAN append(struct text *text, const WCHAR *more) {
-  for (; *more != 0; ++more) {
-    if (text->length + 1 >= text->room) return FALSE;
-    text->characters[text->length++] = *more;
-  }
-  text->characters[text->length] = 0;
-  return TRUE;
-}
+static const WCHAR prefix[] = L"kdgendrv_";
 
-/* Asks the bus for one of the device's ids; null when it has none. To be freed with ExFreePool. */
-static WCHAR *query_id(DEVICE_OBJECT *bus, BUS_QUERY_ID_TYPE type) {
-  KEVENT event;
-  IO_STATUS_BLOCK block = {0};
-  KeInitializeEvent(&event, NotificationEvent, FALSE);
-  IRP *irp = IoBuildSynchronousFsdRequest(IRP_MJ_PNP, bus, NULL, 0, NULL, &event, &block);
-  if (irp == NULL) return NULL;
-  irp->IoStatus.Status = STATUS_NOT_SUPPORTED;
-  IO_STACK_LOCATION *stack = IoGetNextIrpStackLocation(irp);
-  stack->MinorFunction = IRP_MN_QUERY_ID;
-  stack->Parameters.QueryId.IdType = type;
-  NTSTATUS status = IoCallDriver(bus, irp);
-  if (status == STATUS_PENDING) {
-    KeWaitForSingleObject(&event, Executive, KernelMode, FALSE, NULL);
-    status = block.Status;
-  }
-  return NT_SUCCESS(status) ? (WCHAR *)block.Information : NULL;
-}
-
-/* The path of the device's own key. */
-static BOOLEAN device_key_path(DEVICE_OBJECT *bus, struct text *path) {
-  WCHAR *device = query_id(bus, BusQueryDeviceID);
-  WCHAR *instance = query_id(bus, BusQueryInstanceID);
-  const BOOLEAN made = device != NULL && instance != NULL && append(path, enum_key) && append(path, device) &&
-                       append(path, L"\\") && append(path, instance);
-  if (device != NULL) ExFreePool(device);
-  if (instance != NULL) ExFreePool(instance);
-  return made;
-}
-
-/* Reads the name of the driver key out of the device's own key: Wine's I/O manager does not tell it. */
-static NTSTATUS read_driver_key(DEVICE_OBJECT *bus, WCHAR *key, ULONG size) {
-  WCHAR characters[MOST_PATH];
-  struct text path = {0, characters, MOST_PATH};
-  union {
-    KEY_VALUE_PARTIAL_INFORMATION information;
-    UCHAR bytes[sizeof(KEY_VALUE_PARTIAL_INFORMATION) + KD_MOST_REFERENCE * sizeof(WCHAR)];
-  } value;
-  UNICODE_STRING name;
-  OBJECT_ATTRIBUTES attributes;
-  HANDLE opened;
+/* The path of the device's driver key, which ends in "\{class}\0000". Asked of the key itself: Wine's I/O manager
+   has no property for it. */
+static NTSTATUS driver_key_path(DEVICE_OBJECT *bus, struct key_name *path) {
+  HANDLE key;
   ULONG needed;
-  if (!device_key_path(bus, &path)) return STATUS_OBJECT_NAME_NOT_FOUND;
-  RtlInitUnicodeString(&name, characters);
-  InitializeObjectAttributes(&attributes, &name, OBJ_CASE_INSENSITIVE | OBJ_KERNEL_HANDLE, NULL, NULL);
-  NTSTATUS status = ZwOpenKey(&opened, KEY_READ, &attributes);
+  NTSTATUS status = IoOpenDeviceRegistryKey(bus, PLUGPLAY_REGKEY_DRIVER, KEY_READ, &key);
   if (!NT_SUCCESS(status)) return status;
-  RtlInitUnicodeString(&name, L"Driver");
-  status = ZwQueryValueKey(opened, &name, KeyValuePartialInformation, &value, sizeof value, &needed);
-  ZwClose(opened);
-  if (!NT_SUCCESS(status)) return status;
-  if (value.information.DataLength > size) return STATUS_BUFFER_TOO_SMALL;
-  RtlCopyMemory(key, value.information.Data, value.information.DataLength);
-  return STATUS_SUCCESS;
+  status = ZwQueryKey(key, KeyNameInformation, path, sizeof *path, &needed);
+  ZwClose(key);
+  return status;
 }
 
 NTSTATUS kd_make_reference(DEVICE_OBJECT *bus, WCHAR *characters, UNICODE_STRING *reference) {
-  WCHAR key[KD_MOST_REFERENCE] = {0};
-  const ULONG size = sizeof key - sizeof *key;
-  ULONG needed = 0;
-  NTSTATUS status = IoGetDeviceProperty(bus, DevicePropertyDriverKeyName, size, key, &needed);
-  if (status == STATUS_NOT_IMPLEMENTED) status = read_driver_key(bus, key, size);
+  struct key_name path;
+  const NTSTATUS status = driver_key_path(bus, &path);
   if (!NT_SUCCESS(status)) return status;
-  struct text text = {0, characters, KD_MOST_REFERENCE};
-  append(&text, prefix);
-  for (const WCHAR *at = key; *at != 0; ++at) {
-    const WCHAR one[] = {*at, 0};
-    if (*at != L'\\' && !append(&text, one)) return STATUS_BUFFER_TOO_SMALL;
+  const WCHAR *const end = path.characters + path.length / sizeof(WCHAR);
+  const WCHAR *at = end;
+  for (int parts = 0; parts < 2 && at > path.characters;) parts += *--at == L'\\';
+  ULONG length = 0;
+  for (const WCHAR *one = prefix; *one != 0; ++one) characters[length++] = *one;
+  for (; at < end; ++at) {
+    if (length + 1 >= KD_MOST_REFERENCE) return STATUS_BUFFER_TOO_SMALL;
+    if (*at != L'\\') characters[length++] = *at;
   }
+  characters[length] = 0;
   RtlInitUnicodeString(reference, characters);
   return STATUS_SUCCESS;
 }

@@ -1,6 +1,7 @@
 #include "workbench/simulated_driver/port_driver.h"
 
 #include <algorithm>
+#include <cstring>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -45,12 +46,12 @@ const CodeRow* RowOf(DWORD code) {
 
 std::uint32_t NumberAt(std::span<const std::byte> bytes, std::size_t offset) {
   std::uint32_t number = 0;
-  for (std::size_t i = 4; i-- > 0;) number = number << 8 | std::to_integer<std::uint32_t>(bytes[offset + i]);
+  std::memcpy(&number, bytes.data() + offset, sizeof number);
   return number;
 }
 
 void PutNumber(std::span<std::byte> bytes, std::size_t offset, std::uint32_t number) {
-  for (std::size_t i = 0; i < 4; ++i) bytes[offset + i] = static_cast<std::byte>(number >> (8 * i));
+  std::memcpy(bytes.data() + offset, &number, sizeof number);
 }
 
 // Where the length of the set's first text stands in its stream; nothing in a set without texts.

@@ -1,128 +1,129 @@
 #include "workbench/simulated_driver/set_layout.h"
 
 #include <algorithm>
-#include <array>
-#include <iterator>
+#include <cstring>
 #include <stdexcept>
 
 namespace workbench {
 namespace {
 
-constexpr std::array kPortLayout = {
-    Parameter{"PortType", false, 0},
-    Parameter{"MaxBaudRate", false, 921600},
-    Parameter{"MinBaudRate", false, 75},
-    Parameter{"DuplexMode", false, 0},
-    Parameter{"Baudrate", false, 9600},
-    Parameter{"Databits", false, 3},
-    Parameter{"Parity", false, 0},
-    Parameter{"Stopbits", false, 0},
-    Parameter{"FlowControl", false, 0},
-    Parameter{"LogLevel", false, 0},
-    Parameter{"ReceiveTriggerLevel", false, 75},
-    Parameter{"TransmitTriggerLevel", false, 10},
-    Parameter{"FlowControlTriggerLevel", false, 85},
-    Parameter{"SupportedBaudRates", false, 0x1007FFFF},
-    Parameter{"SupportedParities", false, 0x1F00},
-    Parameter{"SupportedDataBits", false, 0xF},
-    Parameter{"SupportedStopBits", false, 0x7},
-    Parameter{"SupportedFlowControls", false, 0xF},
-    Parameter{"SupportedDuplexModes", false, 0x3},
-    // Kept on purpose: OverridBaudRates
-    Parameter{"OverridBaudRates", false, 0},
-    Parameter{"OverrideDataBits", false, 0},
-    Parameter{"OverrideParity", false, 0},
-    Parameter{"OverrideStopbits", false, 0},
-    Parameter{"OverrideFlowControl", false, 0},
-    Parameter{"EmulateCTSTrue", false, 0},
-    Parameter{"EmulateDSRTrue", false, 0},
-    Parameter{"422485CtsTrue", false, 0},
-    Parameter{"CtsSupported", false, 1},
-    Parameter{"RtsSupported", false, 1},
-    Parameter{"DtrSupported", false, 1},
-    Parameter{"DsrSupported", false, 1},
-    Parameter{"DcdSupported", false, 1},
-    Parameter{"RiSupported", false, 1},
+// Kept on purpose: OverridBaudRates
+constexpr Parameter kPortLayout[] = {
+    {"PortType", 0u},
+    {"MaxBaudRate", 921600u},
+    {"MinBaudRate", 75u},
+    {"DuplexMode", 0u},
+    {"Baudrate", 9600u},
+    {"Databits", 3u},
+    {"Parity", 0u},
+    {"Stopbits", 0u},
+    {"FlowControl", 0u},
+    {"LogLevel", 0u},
+    {"ReceiveTriggerLevel", 75u},
+    {"TransmitTriggerLevel", 10u},
+    {"FlowControlTriggerLevel", 85u},
+    {"SupportedBaudRates", 0x1007FFFFu},
+    {"SupportedParities", 0x1F00u},
+    {"SupportedDataBits", 0xFu},
+    {"SupportedStopBits", 0x7u},
+    {"SupportedFlowControls", 0xFu},
+    {"SupportedDuplexModes", 0x3u},
+    {"OverridBaudRates", 0u},
+    {"OverrideDataBits", 0u},
+    {"OverrideParity", 0u},
+    {"OverrideStopbits", 0u},
+    {"OverrideFlowControl", 0u},
+    {"EmulateCTSTrue", 0u},
+    {"EmulateDSRTrue", 0u},
+    {"422485CtsTrue", 0u},
+    {"CtsSupported", 1u},
+    {"RtsSupported", 1u},
+    {"DtrSupported", 1u},
+    {"DsrSupported", 1u},
+    {"DcdSupported", 1u},
+    {"RiSupported", 1u},
 };
 
-constexpr std::array kBusLayout = {
-    Parameter{"RxFifoSize", false, 512},
-    Parameter{"TxFifoSize", false, 512},
-    Parameter{"MaximumBaudRate", false, 921600},
-    Parameter{"MinimumBaudRate", false, 60},
-    Parameter{"PortType", false, 0},
-    Parameter{"SerialPortType", false, 0},
-    Parameter{"InterfaceType", true, 0, "TCP"},
-    Parameter{"AddressToConnect", false, 0},
-    Parameter{"PortNumber", false, 0},
-    Parameter{"ProtocolType", false, 2},
-    Parameter{"ConnectionIdleTimeout", false, 0},
-    Parameter{"ConnectionAttemptTimeout", false, 0},
-    Parameter{"AutoDetect", false, 1},
-    Parameter{"MACAddress1", false, 0},
-    Parameter{"MACAddress2", false, 0},
-    Parameter{"ServerConfigPort", false, 9000},
-    Parameter{"ServerWebPort", false, 80},
-    Parameter{"CtsSupported", false, 1},
-    Parameter{"RtsSupported", false, 1},
-    Parameter{"DtrSupported", false, 1},
-    Parameter{"DsrSupported", false, 1},
-    Parameter{"DcdSupported", false, 1},
-    Parameter{"RiSupported", false, 1},
-    Parameter{"ForceCOMPortConnect", false, 0},
-    Parameter{"IgnoreModelChecking", false, 0},
-    Parameter{"IgnoreForceProtocol", false, 0},
-    Parameter{"SerialPortIndex", false, 1},
-    Parameter{"EnableCBFC", false, 1},
-    Parameter{"CBFCInitialCredit", false, 4096},
-    Parameter{"CBFCInitialNegotiationTimeout", false, 500},
-    Parameter{"TelnetNegotiationTimeout", false, 5000},
-    Parameter{"RealTxFifoEmulation", false, 1},
-    Parameter{"RealTxFifoEmulationSize", false, 16},
-    Parameter{"ExtraDelayOnWriteReq", false, 0},
-    Parameter{"Model", true, 0, "QX-582"},
+constexpr Parameter kBusLayout[] = {
+    {"RxFifoSize", 512u},
+    {"TxFifoSize", 512u},
+    {"MaximumBaudRate", 921600u},
+    {"MinimumBaudRate", 60u},
+    {"PortType", 0u},
+    {"SerialPortType", 0u},
+    {"InterfaceType", "TCP"},
+    {"AddressToConnect", 0u},
+    {"PortNumber", 0u},
+    {"ProtocolType", 2u},
+    {"ConnectionIdleTimeout", 0u},
+    {"ConnectionAttemptTimeout", 0u},
+    {"AutoDetect", 1u},
+    {"MACAddress1", 0u},
+    {"MACAddress2", 0u},
+    {"ServerConfigPort", 9000u},
+    {"ServerWebPort", 80u},
+    {"CtsSupported", 1u},
+    {"RtsSupported", 1u},
+    {"DtrSupported", 1u},
+    {"DsrSupported", 1u},
+    {"DcdSupported", 1u},
+    {"RiSupported", 1u},
+    {"ForceCOMPortConnect", 0u},
+    {"IgnoreModelChecking", 0u},
+    {"IgnoreForceProtocol", 0u},
+    {"SerialPortIndex", 1u},
+    {"EnableCBFC", 1u},
+    {"CBFCInitialCredit", 4096u},
+    {"CBFCInitialNegotiationTimeout", 500u},
+    {"TelnetNegotiationTimeout", 5000u},
+    {"RealTxFifoEmulation", 1u},
+    {"RealTxFifoEmulationSize", 16u},
+    {"ExtraDelayOnWriteReq", 0u},
+    {"Model", "QX-582"},
 };
 
 void Append(std::vector<std::byte>& stream, std::uint32_t number) {
-  for (unsigned shift = 0; shift < 32; shift += 8) stream.push_back(static_cast<std::byte>(number >> shift));
+  const auto bytes = std::as_bytes(std::span(&number, 1));
+  stream.insert(stream.end(), bytes.begin(), bytes.end());
 }
 
 void Append(std::vector<std::byte>& stream, const std::string& text) {
   Append(stream, static_cast<std::uint32_t>(text.size()));
-  std::ranges::transform(text, std::back_inserter(stream), [](char c) { return static_cast<std::byte>(c); });
-  stream.push_back(std::byte{0});
+  const auto bytes = std::as_bytes(std::span(text.c_str(), text.size() + 1));
+  stream.insert(stream.end(), bytes.begin(), bytes.end());
 }
 
-// What is left of a stream. Take operations return nothing when it is too short or wrong.
+// What is left of a stream.
 class Remaining {
  public:
   explicit Remaining(std::span<const std::byte> bytes) : bytes_(bytes) {}
 
-  std::optional<std::uint32_t> TakeNumber() {
-    if (bytes_.size() < 4) return std::nullopt;
-    std::uint32_t number = 0;
-    for (std::size_t i = 4; i-- > 0;) number = number << 8 | std::to_integer<std::uint32_t>(bytes_[i]);
-    bytes_ = bytes_.subspan(4);
-    return number;
-  }
-  std::optional<std::string> TakeText() {
-    const auto length = TakeNumber();
-    if (!length || bytes_.size() <= *length || bytes_[*length] != std::byte{0}) return std::nullopt;
-    std::string text;
-    for (const std::byte byte : bytes_.first(*length)) text.push_back(std::to_integer<char>(byte));
-    bytes_ = bytes_.subspan(*length + 1);
-    if (!std::ranges::all_of(text, [](char c) { return c > 0; })) return std::nullopt;
-    return text;
+  // Reads a value of the type that it has. False when the stream is too short or wrong.
+  bool Take(ParameterValue& value) {
+    if (auto* number = std::get_if<std::uint32_t>(&value)) return Take(*number);
+    std::uint32_t length = 0;
+    if (!Take(length) || bytes_.size() <= length || bytes_[length] != std::byte{0}) return false;
+    const std::string text(reinterpret_cast<const char*>(bytes_.data()), length);
+    bytes_ = bytes_.subspan(length + 1);
+    value = text;
+    return std::ranges::all_of(text, [](char c) { return c > 0; });
   }
   [[nodiscard]] std::size_t Size() const { return bytes_.size(); }
 
  private:
+  bool Take(std::uint32_t& number) {
+    if (bytes_.size() < sizeof number) return false;
+    std::memcpy(&number, bytes_.data(), sizeof number);
+    bytes_ = bytes_.subspan(sizeof number);
+    return true;
+  }
+
   std::span<const std::byte> bytes_;
 };
 
-std::string Shown(const Parameter& parameter, const ParameterValues& values) {
-  if (parameter.isText) return "\"" + values.Text(parameter.name) + "\"";
-  return std::to_string(values.Number(parameter.name));
+std::string Shown(const ParameterValue& value) {
+  const auto* number = std::get_if<std::uint32_t>(&value);
+  return number ? std::to_string(*number) : "\"" + std::get<std::string>(value) + "\"";
 }
 
 }  // namespace
@@ -136,11 +137,8 @@ std::span<const Parameter> SetLayout(std::uint32_t selector) {
 ParameterValues::ParameterValues(std::uint32_t selector) : selector_(selector) {
   if (SetLayout(selector).empty()) throw std::out_of_range("set " + std::to_string(selector));
   for (const Parameter& parameter : SetLayout(selector)) {
-    if (parameter.isText) {
-      values_.emplace_back(std::string(parameter.initialText));
-    } else {
-      values_.emplace_back(parameter.initial);
-    }
+    const auto* text = std::get_if<std::string_view>(&parameter.initial);
+    values_.push_back(text ? ParameterValue(std::string(*text)) : std::get<std::uint32_t>(parameter.initial));
   }
 }
 
@@ -180,18 +178,10 @@ std::optional<ParameterValues> ParameterValues::Decode(std::uint32_t selector,
                                                        std::string& fault) {
   ParameterValues values(selector);
   Remaining remaining(stream);
-  for (const Parameter& parameter : SetLayout(selector)) {
-    bool taken = false;
-    if (parameter.isText) {
-      const auto text = remaining.TakeText();
-      if ((taken = text.has_value())) values.SetText(parameter.name, *text);
-    } else {
-      const auto number = remaining.TakeNumber();
-      if ((taken = number.has_value())) values.SetNumber(parameter.name, *number);
-    }
-    if (taken) continue;
-    fault =
-        "the stream of " + std::to_string(stream.size()) + " bytes breaks at " + std::string(parameter.name);
+  for (std::size_t at = 0; at < values.values_.size(); ++at) {
+    if (remaining.Take(values.values_[at])) continue;
+    fault = "the stream of " + std::to_string(stream.size()) + " bytes breaks at " +
+            std::string(SetLayout(selector)[at].name);
     return std::nullopt;
   }
   if (remaining.Size() > 0) {
@@ -203,10 +193,10 @@ std::optional<ParameterValues> ParameterValues::Decode(std::uint32_t selector,
 
 std::vector<std::string> Differences(const ParameterValues& before, const ParameterValues& after) {
   std::vector<std::string> differences;
-  for (const Parameter& parameter : SetLayout(before.Selector())) {
-    std::string old = Shown(parameter, before);
-    const std::string now = Shown(parameter, after);
-    if (old != now) differences.push_back(std::string(parameter.name) + " " + std::move(old) + " -> " + now);
+  for (std::size_t at = 0; at < before.values_.size(); ++at) {
+    if (before.values_[at] == after.values_[at]) continue;
+    differences.push_back(std::string(SetLayout(before.selector_)[at].name) + " " +
+                          Shown(before.values_[at]) + " -> " + Shown(after.values_[at]));
   }
   return differences;
 }

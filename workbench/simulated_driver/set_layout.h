@@ -23,9 +23,8 @@ using ParameterValue = std::variant<std::uint32_t, std::string>;
 
 struct Parameter {
   std::string_view name;
-  bool isText = false;
-  std::uint32_t initial = 0;          // of a DWORD
-  std::string_view initialText = {};  // of a text
+  std::variant<std::uint32_t, std::string_view> initial;
+  bool isText = std::holds_alternative<std::string_view>(initial);
 };
 
 // The parameters of a set in stream order; empty for a selector that does not exist.
@@ -52,6 +51,7 @@ class ParameterValues {
                                                              std::string& fault);
 
   bool operator==(const ParameterValues&) const = default;
+  friend std::vector<std::string> Differences(const ParameterValues& before, const ParameterValues& after);
 
  private:
   [[nodiscard]] std::size_t IndexOf(std::string_view name) const;

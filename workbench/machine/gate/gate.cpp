@@ -83,7 +83,8 @@ bool Gate::Decide(const FunctionRow& row, std::optional<DWORD>& error) {
 bool Gate::DecideAllocation() {
   ++allocations_;
   NoteAllocationPath();
-  if (allocations_ < allocationFault_.from || allocations_ - allocationFault_.from >= allocationFault_.count) {
+  if (allocations_ < allocationFault_.from ||
+      allocations_ - allocationFault_.from >= allocationFault_.count) {
     return false;
   }
   ++failedAllocations_;
@@ -187,11 +188,6 @@ void Gate::Closed(HandleKind kind, std::uint64_t value, bool strict) {
   }
 }
 
-std::vector<Call> Gate::Log() const {
-  const std::scoped_lock guard(lock_);
-  return log_;
-}
-
 std::vector<Call> Gate::CallsOf(std::string_view function) const {
   const std::scoped_lock guard(lock_);
   std::vector<Call> calls;
@@ -248,31 +244,6 @@ void Gate::ClearFaults() {
   allocationFault_ = Fault{.count = 0};
 }
 
-std::uint64_t Gate::FaultableCalls() const {
-  const std::scoped_lock guard(lock_);
-  return faultable_;
-}
-
-std::uint64_t Gate::InjectedFaults() const {
-  const std::scoped_lock guard(lock_);
-  return injected_;
-}
-
-std::uint64_t Gate::Allocations() const {
-  const std::scoped_lock guard(lock_);
-  return allocations_;
-}
-
-std::uint64_t Gate::FailedAllocations() const {
-  const std::scoped_lock guard(lock_);
-  return failedAllocations_;
-}
-
-std::int64_t Gate::LiveAllocations() const {
-  const std::scoped_lock guard(lock_);
-  return liveAllocations_;
-}
-
 void Gate::FailAllocation(std::uint64_t kth, std::uint64_t count) {
   const std::scoped_lock guard(lock_);
   allocationFault_ = {.from = allocations_ + kth, .count = count};
@@ -300,11 +271,6 @@ std::vector<std::string> Gate::LeftOpen() const {
     left.push_back(std::string(NameOf(handle.kind)) + " of " + handle.function);
   }
   return left;
-}
-
-std::vector<std::string> Gate::Violations() const {
-  const std::scoped_lock guard(lock_);
-  return violations_;
 }
 
 }  // namespace workbench

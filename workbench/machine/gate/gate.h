@@ -75,7 +75,7 @@ class Gate {
   Gate();
 
   // -- for tests and stories
-  [[nodiscard]] std::vector<Call> Log() const;
+  [[nodiscard]] std::vector<Call> Log() const { return Locked(log_); }
   [[nodiscard]] std::vector<Call> CallsOf(std::string_view function) const;
   [[nodiscard]] std::size_t CountOf(std::string_view function) const;
   // Names of the calls to one of `functions`, in order: the way to assert an order.
@@ -93,16 +93,16 @@ class Gate {
   void AtEachCall(std::function<void(const char* function)> look);
   // Calls since construction or ClearLog that a Fault without a function would have counted, and how
   // many of them were failed.
-  [[nodiscard]] std::uint64_t FaultableCalls() const;
-  [[nodiscard]] std::uint64_t InjectedFaults() const;
+  [[nodiscard]] std::uint64_t FaultableCalls() const { return Locked(faultable_); }
+  [[nodiscard]] std::uint64_t InjectedFaults() const { return Locked(injected_); }
   // Memory allocations of the DLL since construction or ClearLog. FailAllocation fails the k-th from now
   // and those after it, `count` together (Fault::kEveryLater: for good).
-  [[nodiscard]] std::uint64_t Allocations() const;
+  [[nodiscard]] std::uint64_t Allocations() const { return Locked(allocations_); }
   void FailAllocation(std::uint64_t kth, std::uint64_t count = 1);
-  [[nodiscard]] std::uint64_t FailedAllocations() const;
+  [[nodiscard]] std::uint64_t FailedAllocations() const { return Locked(failedAllocations_); }
   // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
   // frees what it had before.
-  [[nodiscard]] std::int64_t LiveAllocations() const;
+  [[nodiscard]] std::int64_t LiveAllocations() const { return Locked(liveAllocations_); }
 
   // What is open. Windows that were destroyed with their parent do not count.
   [[nodiscard]] std::vector<OpenHandle> OpenHandles() const;
@@ -113,9 +113,9 @@ class Gate {
 
   // Misuse of an interface that Windows would forgive, punish later or crash on: wrong sizes, wrong
   // handles, a second close, use after destroy. Empty after a correct run.
-  [[nodiscard]] std::vector<std::string> Violations() const;
+  [[nodiscard]] std::vector<std::string> Violations() const { return Locked(violations_); }
 
-  // -- for the hooks
+  // -- for the redirected functions
   [[nodiscard]] CallTicket Enter(const FunctionRow& row, std::vector<CallArgument> arguments);
   void Leave(const CallTicket& ticket, std::uint64_t result, DWORD lastError, bool succeeded,
              std::span<const std::uint64_t> arguments);
@@ -127,6 +127,12 @@ class Gate {
   void Closed(HandleKind kind, std::uint64_t value, bool strict);
 
  private:
+  template <class T>
+  [[nodiscard]] T Locked(const T& member) const {
+    const std::scoped_lock guard(lock_);
+    return member;
+  }
+
   struct ArmedFault {
     Fault fault;
     std::uint64_t seen = 0;

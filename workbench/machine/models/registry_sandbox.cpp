@@ -1,7 +1,6 @@
 #include "workbench/machine/models/registry_sandbox.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
 #include <string>
 
@@ -17,12 +16,9 @@ struct Predefined {
   HKEY key;
   const wchar_t* name;
 };
-const std::array<Predefined, 3>& PredefinedKeys() {
-  // HKEY_CURRENT_USER comes last: the scratch keys are opened below the real one.
-  static const std::array<Predefined, 3> keys = {
-      {{HKEY_LOCAL_MACHINE, L"Machine"}, {HKEY_CLASSES_ROOT, L"Classes"}, {HKEY_CURRENT_USER, L"User"}}};
-  return keys;
-}
+// HKEY_CURRENT_USER comes last: the scratch keys are opened below the real one.
+const Predefined kPredefined[] = {
+    {HKEY_LOCAL_MACHINE, L"Machine"}, {HKEY_CLASSES_ROOT, L"Classes"}, {HKEY_CURRENT_USER, L"User"}};
 
 // Keys of the real registry that Windows' own libraries read in this process while the sandbox holds.
 struct Seed {
@@ -30,13 +26,10 @@ struct Seed {
   const wchar_t* rootName;
   const wchar_t* path;
 };
-const std::array<Seed, 3>& Seeds() {
-  static const std::array<Seed, 3> seeds = {
-      {{HKEY_LOCAL_MACHINE, L"Machine", L"System\\CurrentControlSet\\Services\\WinSock2"},
-       {HKEY_LOCAL_MACHINE, L"Machine", L"System\\CurrentControlSet\\Services\\Tcpip\\Parameters"},
-       {HKEY_CURRENT_USER, L"User", L"Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings"}}};
-  return seeds;
-}
+const Seed kSeeds[] = {
+    {HKEY_LOCAL_MACHINE, L"Machine", L"System\\CurrentControlSet\\Services\\WinSock2"},
+    {HKEY_LOCAL_MACHINE, L"Machine", L"System\\CurrentControlSet\\Services\\Tcpip\\Parameters"},
+    {HKEY_CURRENT_USER, L"User", L"Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings"}};
 
 void Require(LSTATUS status, const char* what) {
   if (status != ERROR_SUCCESS) {
@@ -56,16 +49,6 @@ CRegistryKey OpenToRead(const std::wstring& path) {
   CRegistryKey key;
   RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, key.Put());
   return key;
-}
-
-std::optional<RegistrySandbox::RawValue> ReadRaw(HKEY key, const std::wstring& name) {
-  RegistrySandbox::RawValue value;
-  DWORD size = 0;
-  if (RegQueryValueExW(key, name.c_str(), nullptr, &value.type, nullptr, &size) != ERROR_SUCCESS) return {};
-  value.data.resize(size);
-  if (RegQueryValueExW(key, name.c_str(), nullptr, &value.type, value.data.data(), &size) != ERROR_SUCCESS)
-    return {};
-  return value;
 }
 
 std::vector<std::wstring> SubkeysOf(HKEY key) {
@@ -100,8 +83,8 @@ void EmptyButSeeds(HKEY key, const std::wstring& place) {
     const std::wstring below = place + name;
     const auto is = [&](const Seed& seed) { return PlaceOf(seed) == below; };
     const auto leadsTo = [&](const Seed& seed) { return PlaceOf(seed).starts_with(below + L"\\"); };
-    if (std::ranges::any_of(Seeds(), is)) continue;
-    if (!std::ranges::any_of(Seeds(), leadsTo)) {
+    if (std::ranges::any_of(kSeeds, is)) continue;
+    if (!std::ranges::any_of(kSeeds, leadsTo)) {
       RegDeleteTreeW(key, name.c_str());
       continue;
     }
@@ -122,7 +105,7 @@ class ProcessScratch {
       : all_(Create(HKEY_CURRENT_USER, kAllScratch)), name_(std::to_wstring(GetCurrentProcessId())) {
     RemoveLeftovers(all_.Get());
     RegDeleteTreeW(all_.Get(), name_.c_str());
-    for (const Seed& seed : Seeds()) {
+    for (const Seed& seed : kSeeds) {
       CRegistryKey source;
       if (RegOpenKeyExW(seed.root, seed.path, 0, KEY_READ, source.Put()) != ERROR_SUCCESS) continue;
       RegCopyTreeW(source.Get(), nullptr, Create(all_.Get(), name_ + L"\\" + PlaceOf(seed)).Get());
@@ -149,15 +132,12 @@ const ProcessScratch& Scratch() {
 }  // namespace
 
 RegistrySandbox::RegistrySandbox() {
-  std::vector<CRegistryKey> keys;
-  for (const Predefined& one : PredefinedKeys()) keys.push_back(Scratch().Open(one.name));
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    Require(RegOverridePredefKey(PredefinedKeys()[i].key, keys[i].Get()), "override");
-  }
+  for (const Predefined& one : kPredefined)
+    Require(RegOverridePredefKey(one.key, Scratch().Open(one.name).Get()), "override");
 }
 
 RegistrySandbox::~RegistrySandbox() {
-  for (const Predefined& one : PredefinedKeys()) RegOverridePredefKey(one.key, nullptr);
+  for (const Predefined& one : kPredefined) RegOverridePredefKey(one.key, nullptr);
   EmptyButSeeds(Scratch().Open().Get(), L"");
 }
 
@@ -202,9 +182,17 @@ bool RegistrySandbox::HasKey(const std::wstring& path) const {
 
 std::optional<RegistrySandbox::RawValue> RegistrySandbox::Raw(const std::wstring& path,
                                                               const std::wstring& name) const {
+  RawValue value;
   const CRegistryKey key = OpenToRead(path);
-  if (!key) return {};
-  return ReadRaw(key.Get(), name);
+  DWORD size = 0;
+  const auto read = [&](BYTE* data) {
+    return key &&
+           RegQueryValueExW(key.Get(), name.c_str(), nullptr, &value.type, data, &size) == ERROR_SUCCESS;
+  };
+  if (!read(nullptr)) return {};
+  value.data.resize(size);
+  if (!read(value.data.data())) return {};
+  return value;
 }
 
 std::optional<std::wstring> RegistrySandbox::Text(const std::wstring& path, const std::wstring& name) const {

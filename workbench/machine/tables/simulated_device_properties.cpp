@@ -22,15 +22,10 @@ struct PropertyValue {
 constexpr PropertyValue kProperties[] = {
     {SPDRP_DEVICEDESC, L"DeviceDesc", REG_SZ, true},
     {SPDRP_HARDWAREID, L"HardwareID", REG_MULTI_SZ, true},
-    {SPDRP_COMPATIBLEIDS, L"CompatibleIDs", REG_MULTI_SZ, true},
-    {SPDRP_SERVICE, L"Service", REG_SZ, true},
     {SPDRP_CLASS, L"Class", REG_SZ, false},
     {SPDRP_CLASSGUID, L"ClassGUID", REG_SZ, false},
     {SPDRP_DRIVER, L"Driver", REG_SZ, true},
-    {SPDRP_CONFIGFLAGS, L"ConfigFlags", REG_DWORD, true},
-    {SPDRP_MFG, L"Mfg", REG_SZ, true},
     {SPDRP_FRIENDLYNAME, L"FriendlyName", REG_SZ, true},
-    {SPDRP_LOCATION_INFORMATION, L"LocationInformation", REG_SZ, true},
 };
 
 const PropertyValue* FindProperty(DWORD property) {
