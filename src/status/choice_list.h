@@ -20,8 +20,8 @@ using ChoiceList = std::vector<ChoiceItem>;
 
 // Splits the comma-separated text of a string resource into up to five choices, in their order. A choice's
 // value is its place in the text, from 1, whatever is left out; bit value-1 of `mask` says whether it is
-// offered. The fifth takes the rest of the text, commas included. Nothing is trimmed or quoted. Kept on
-// purpose: missing comma
+// offered. The fifth takes the rest of the text, commas included. Nothing is trimmed or quoted.
+// Kept on purpose: missing comma
 [[nodiscard]] ChoiceList SplitChoices(const CWideString& text, std::uint32_t mask);
 
 // The position, from 0, of the entry for `value`, or nothing: the last whose value equals it or, with

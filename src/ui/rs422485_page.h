@@ -11,8 +11,8 @@
 #include "ui/port_page_base.h"
 
 // Lets the user choose the duplex mode of a port from those that it supports. Nothing is written before
-// apply, which asks before it changes a port that another application has open. Kept on purpose: renaming
-// text
+// apply, which asks before it changes a port that another application has open.
+// Kept on purpose: renaming text
 //
 // The advanced sheet makes this page and does not show it: the port page takes over the duplex mode that it
 // has read. To show it, add it to the sheet; nothing else is needed. Kept on purpose: hidden page
