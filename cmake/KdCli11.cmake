@@ -1,6 +1,7 @@
 # kd_cli11: CLI11, the command lines of the workbench's programs. Headers only, so those of the build machine
 # serve a build for Windows too; they are copied, because the directory that they are installed in has the
 # build machine's own headers beside them.
+include_guard(GLOBAL)
 find_path(KDUUI_CLI11_DIR CLI/CLI.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH
   DOC "Directory that has CLI/CLI.hpp in it")
 if(NOT KDUUI_CLI11_DIR)

@@ -1,4 +1,5 @@
 # kd_json: nlohmann's JSON library, the documents of kdport. Headers only; copied for the same reason as CLI11's.
+include_guard(GLOBAL)
 find_path(KDUUI_JSON_DIR nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH
   DOC "Directory that has nlohmann/json.hpp in it")
 if(NOT KDUUI_JSON_DIR)

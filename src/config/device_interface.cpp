@@ -38,10 +38,10 @@ bool ReportClassDevsFailure() {
   return false;
 }
 
-bool CKdSetupDi_DeviceInterface::OpenInterfaces() {
+bool CKdSetupDi_DeviceInterface::OpenInterfaces(DWORD flags) {
   // Kept on purpose: second search
   static_cast<void>(interfaces_.Release());
-  return OpenClassDevices(interfaces_, interfaceClass_, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE) ||
+  return OpenClassDevices(interfaces_, interfaceClass_, flags | DIGCF_DEVICEINTERFACE) ||
          ReportClassDevsFailure();
 }
 

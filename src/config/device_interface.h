@@ -25,9 +25,9 @@ class CKdSetupDi_DeviceInterface {
 
  protected:
   [[nodiscard]] const GUID& InterfaceClass() const noexcept { return interfaceClass_; }
-  // Opens the set of the interfaces that are active now, of all devices. Failure is reported on the standard
-  // output.
-  [[nodiscard]] bool OpenInterfaces();
+  // Opens the set of the interfaces that are active now, of all devices; with other flags, also of those that
+  // were active before. Failure is reported on the standard output.
+  [[nodiscard]] bool OpenInterfaces(DWORD flags = DIGCF_PRESENT);
   // The path of the interface with this index, from 0, as CreateFileW takes it. False at the end of the set
   // and when SetupAPI fails; `path` then stays as it was.
   [[nodiscard]] bool ReadPath(DWORD index, CWideString& path) const;

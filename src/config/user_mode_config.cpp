@@ -17,17 +17,19 @@ CWideString WithoutBackslashes(const CWideString& text) {
   return CWideString(result);
 }
 
-// What follows the last backslash; the whole path when it has none.
-CWideString ReferenceOf(const CWideString& path) {
-  const std::size_t backslash = path.View().rfind(L'\\');
-  return backslash == std::wstring_view::npos ? path : path.Mid(backslash + 1);
-}
-
 }  // namespace
 
-CWideString CKdUserModeConfig::ExpectedReference() const {
+// What follows the last backslash; the whole path when it has none.
+CWideString ReferenceOfPath(const CWideString& path) {
+  const std::size_t backslash = path.View().rfind(L'\\');
+  CWideString reference = backslash == std::wstring_view::npos ? path : path.Mid(backslash + 1);
+  reference.MakeLower();
+  return reference;
+}
+
+CWideString ConfigurationReference(const CKDDeviceRegInfo& device) {
   CWideString driverKey;
-  if (!device_.GetDriverKeyName(driverKey)) return {};
+  if (!device.GetDriverKeyName(driverKey)) return {};
   CWideString reference = CWideString(kReferencePrefix) + WithoutBackslashes(driverKey).View();
   reference.MakeLower();
   return reference;
@@ -35,13 +37,11 @@ CWideString CKdUserModeConfig::ExpectedReference() const {
 
 bool CKdUserModeConfig::FindDeviceInterface() {
   path_ = CWideString();
-  const CWideString expected = ExpectedReference();
+  const CWideString expected = ConfigurationReference(device_);
   if (expected.IsEmpty() || !OpenInterfaces()) return false;
   CWideString path;
   for (DWORD index = 0; ReadPath(index, path); ++index) {
-    CWideString reference = ReferenceOf(path);
-    reference.MakeLower();
-    if (reference != expected) continue;
+    if (ReferenceOfPath(path) != expected) continue;
     path_ = path;
     return true;
   }

@@ -20,6 +20,11 @@
 inline constexpr GUID kConfigurationInterfaceClass = {
     0x6E2B9D14, 0x7A3C, 0x4F85, {0x9B, 0x21, 0xC4, 0xD0, 0x7E, 0x5A, 0x1F, 0x93}};
 
+// What tells devices apart, in lower case: the reference string that a device's interface has, and that of an
+// interface's path. Empty for a device without a driver key name.
+[[nodiscard]] CWideString ConfigurationReference(const CKDDeviceRegInfo& device);
+[[nodiscard]] CWideString ReferenceOfPath(const CWideString& path);
+
 // The channel of one device. No driver handle stays open between operations. No operation shows a message or
 // reports an error code: what the user sees is the caller's decision. One object serves one thread.
 //
@@ -49,9 +54,6 @@ class CKdUserModeConfig : public CKdSetupDi_DeviceInterface {
   [[nodiscard]] const CKDDeviceRegInfo& Device() const noexcept { return device_; }
 
  private:
-  // The reference string that the device's interface has, or the empty text.
-  [[nodiscard]] CWideString ExpectedReference() const;
-
   CWideString path_;
   CKDDeviceRegInfo device_;
 };

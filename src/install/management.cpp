@@ -20,8 +20,12 @@ BOOL ChangeComNumber(const wchar_t* instanceId, const wchar_t* newName) {
 }
 
 BOOL UpdateDriver(const wchar_t* hardwareId, const wchar_t* infPath) {
+  BOOL restartNeeded = FALSE;
+  return UpdateDriver(hardwareId, infPath, 0, restartNeeded);
+}
+
+BOOL UpdateDriver(const wchar_t* hardwareId, const wchar_t* infPath, DWORD moreFlags, BOOL& restartNeeded) {
   if (hardwareId == nullptr || infPath == nullptr) return FALSE;
-  BOOL rebootRequired = FALSE;
-  return UpdateDriverForPlugAndPlayDevicesW(nullptr, hardwareId, infPath, INSTALLFLAG_FORCE,
-                                            &rebootRequired) != FALSE;
+  return UpdateDriverForPlugAndPlayDevicesW(nullptr, hardwareId, infPath, INSTALLFLAG_FORCE | moreFlags,
+                                            &restartNeeded) != FALSE;
 }

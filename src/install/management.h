@@ -14,3 +14,6 @@
 // `infPath` is a full path. FALSE when one of the two is null or Windows refuses. Whether Windows wants a
 // restart of the computer is not reported.
 [[nodiscard]] BOOL UpdateDriver(const wchar_t* hardwareId, const wchar_t* infPath);
+// The same with further INSTALLFLAG_* flags; `restartNeeded` is reported when it succeeds.
+[[nodiscard]] BOOL UpdateDriver(const wchar_t* hardwareId, const wchar_t* infPath, DWORD moreFlags,
+                                BOOL& restartNeeded);

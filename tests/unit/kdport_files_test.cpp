@@ -22,7 +22,7 @@ TEST(KdPortFiles, EveryBadFileIsRefusedWithItsRowAndColumn) {
       {"server,index,name,name\n", "row 1, column 4: \"name\" is there twice"},
       {"index,name\n", "row 1: the column \"server\" is missing"},
       {"server,index,name\n" + key + "\n", "row 2: 2 cells, but there are 3 columns"},
-      {"server,index,name\n\n" + key + ",COM7", "row 3: the file ends within it"},
+      {"server,index,\"name\"\n\n" + key + ",COM7", "row 3: the file ends within it"},
       {"server,index,name\n" + key + ",\"COM7\n\n", "row 2, column 3: the quotation mark is not closed"},
       {"server,index,name\n" + key + ",\"COM\"7\n", "row 2, column 3: a quotation mark within a cell"},
       {"server,index,name\n" + key + ",COM\xC3\n", "row 2: not UTF-8"},
@@ -57,7 +57,7 @@ TEST(KdPortFiles, OnlyWhatIsThereIsWishedFor) {
   const Host host = MakeHost({5, 6});
   const WishFile file = ReadHostFile(
       "\xEF\xBB\xBF"
-      "flow,index,server,name\r\n,\"2\",\"kdsrv\\1&2\",com9\r\nxonxoff,1,KDSRV\\1&2,\r\n",
+      "flow,index,server,name\r\n,\"2\",\"kdsrv\\1&2\",com9\r\nxonxoff,1,KDSRV\\1&2,",
       host);
   ASSERT_EQ(file.exit, ExitCode::Done);
   ASSERT_EQ(file.wishes.size(), 2u);

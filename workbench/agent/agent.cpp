@@ -1,5 +1,7 @@
 #include "workbench/agent/agent.h"
 
+#include "workbench/agent/neglect.h"
+
 namespace workbench {
 namespace {
 
@@ -12,11 +14,25 @@ AnyFunction ChooseForProgram(const char*, const char* name) {
 
 }  // namespace
 
-Agent::Agent(const std::wstring& folder)
+Agent::Agent(const std::wstring& folder, bool neglected)
     : dll_(*new Dll(rig_.machine, folder + L"KdUUI10.DLL")),
-      program_(GetModuleHandleW(nullptr), ChooseForProgram) {}
+      program_(GetModuleHandleW(nullptr), ChooseForProgram) {
+  StartWeb();
+  before_ = ValuesOf(rig_);
+  if (neglected) NeglectHost(rig_.machine, rig_.server);
+}
+
+void Agent::StartWeb() {
+  web_.Start();
+  for (unsigned number = 1; number <= rig_.server.ports.size(); ++number) {
+    web_.SetPort(number, {.baudRate = 9600 * number, .state = number % 2});
+    PointAt(rig_.Driver(number - 1), web_, number);
+    rig_.BusSet(number - 1).SetNumber("PortNumber", 4000 + number);
+  }
+}
 
 std::wstring Agent::Report() {
+  rig_.machine.Calls().ForgetHandles(HandleKind::Event);  // the program's run time keeps some to its end
   return L"\nThe simulated host now:\n" + FormatPlaces(AllComPlaces(rig_.machine)) +
          FormatChanges(before_, ValuesOf(rig_)) + FormatMessageBoxes(rig_.Boxes()) + FormatFaults(rig_);
 }

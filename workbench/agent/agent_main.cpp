@@ -22,10 +22,10 @@ void Write(DWORD stream, const std::string& text) {
 
 }  // namespace
 
-// Answers 1 when the host stands, else 0.
-extern "C" __declspec(dllexport) DWORD WINAPI WorkbenchAttach(void*) {
+// Answers 1 when the host stands, else 0. Anything but null wants the neglected one.
+extern "C" __declspec(dllexport) DWORD WINAPI WorkbenchAttach(void* neglected) {
   try {
-    agent = new workbench::Agent(workbench::FolderOf(instance));
+    agent = new workbench::Agent(workbench::FolderOf(instance), neglected != nullptr);
     return 1;
   } catch (const std::exception& error) {
     Write(STD_ERROR_HANDLE, "workbench: " + std::string(error.what()) + "\n");

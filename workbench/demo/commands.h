@@ -25,8 +25,8 @@ int ShowPages(const PageOptions& options);
 int ShowAdvanced(unsigned port, const std::string& folder);
 
 // Runs a program on a simulated computer of its own, which is described when the program ends. The exit
-// status is the program's.
-int RunProgram(const std::vector<std::string>& words);
+// status is the program's. `neglected`: what goes wrong in years has gone wrong there.
+int RunProgram(const std::vector<std::string>& words, bool neglected);
 
 // What becomes of ports and their names, told step by step.
 struct Story {

@@ -17,6 +17,7 @@ struct Options {
   unsigned port = 1;
   unsigned ports = 8;
   bool interactive = false;
+  bool neglected = false;
   std::string picture, folder;
   int status = 1;
 };
@@ -74,7 +75,9 @@ void AddRun(CLI::App& app, Options& options) {
   CLI::App* run = app.add_subcommand(
       "run", "Run a program that uses KdUUI10.DLL on a simulated host: run PROGRAM [argument...]");
   run->prefix_command();
-  run->callback([&options, run] { options.status = workbench::RunProgram(run->remaining()); });
+  run->add_flag("--neglected", options.neglected, "on a host where places disagree and numbers are lost");
+  run->callback(
+      [&options, run] { options.status = workbench::RunProgram(run->remaining(), options.neglected); });
 }
 
 }  // namespace

@@ -90,25 +90,26 @@ const char* FindAgentInside(HANDLE process) {
 }
 
 // The agent's start function is as far from the agent's beginning there as it is here.
-void AttachAgent(HANDLE process) {
+void AttachAgent(HANDLE process, bool neglected) {
   const std::wstring agent = FolderOf(nullptr) + kAgent;
   LoadAgentInside(process, agent);
   const HMODULE here = LoadLibraryW(agent.c_str());
   if (here == nullptr) Fail("loading the agent");
   const auto attach = reinterpret_cast<const char*>(GetProcAddress(here, "WorkbenchAttach"));
   const auto offset = attach - reinterpret_cast<const char*>(here);
-  const DWORD attached = CallInside(process, FindAgentInside(process) + offset, nullptr);
+  const DWORD attached =
+      CallInside(process, FindAgentInside(process) + offset, neglected ? process : nullptr);
   FreeLibrary(here);
   if (attached == 0) throw std::runtime_error("the simulated host does not stand");
 }
 
 }  // namespace
 
-int RunProgram(const std::vector<std::string>& words) {
+int RunProgram(const std::vector<std::string>& words, bool neglected) {
   if (words.empty()) throw std::runtime_error("run needs a program");
   const Started program = StartSuspended(words);
   try {
-    AttachAgent(program.process.Get());
+    AttachAgent(program.process.Get(), neglected);
   } catch (...) {
     TerminateProcess(program.process.Get(), 1);
     throw;

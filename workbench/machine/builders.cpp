@@ -37,6 +37,7 @@ struct PortParts {
   bool started = true;
   bool claimed = true;
   DriverEndpoint* driver = nullptr;
+  bool configurable = true;  // publishes the configuration interface
 };
 
 Device& AddPort(Machine& machine, Device* parent, const PortParts& parts) {
@@ -56,8 +57,10 @@ Device& AddPort(Machine& machine, Device* parent, const PortParts& parts) {
   if (!name.empty()) machine.Registry().SetText(ParametersKeyOf(device.instanceId), L"PortName", name);
   if (parts.started) machine.Devices().Start(device);
   if (parts.claimed) machine.ComNames().Claim(parts.comNumber);
-  machine.Devices().AddInterface(device, kConfigurationInterface, ConfigurationReference(driverKey),
-                                 parts.driver);
+  if (parts.configurable) {
+    machine.Devices().AddInterface(device, kConfigurationInterface, ConfigurationReference(driverKey),
+                                   parts.driver);
+  }
   return device;
 }
 
@@ -122,7 +125,8 @@ Device& AddForeignPort(Machine& machine, unsigned comNumber) {
                  {.instanceId = Numbered(L"ACPI\\PNP0501\\%u", comNumber),
                   .hardwareId = L"ACPI\\PNP0501",
                   .description = L"Communications Port",
-                  .comNumber = comNumber});
+                  .comNumber = comNumber,
+                  .configurable = false});
 }
 
 bool ComPlaces::Agree() const {

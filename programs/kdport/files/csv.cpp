@@ -1,6 +1,7 @@
 #include "kdport/files/csv.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace KdPort {
 
@@ -45,6 +46,7 @@ bool CCsvReader::Next(CsvRow& row) {
   rowNumber_ = line_;
   row.clear();
   if (!ReadRow(row)) return false;
+  if (!std::exchange(begun_, true)) firstEndsQuoted_ = quoted_;
   column_ = 0;
   return std::ranges::all_of(row, IsUtf8) || Fail(Text::FileNotUtf8, 0);
 }
@@ -58,14 +60,20 @@ bool CCsvReader::SkipEmptyLines() {
 bool CCsvReader::ReadRow(CsvRow& row) {
   for (column_ = 1;; ++column_) {
     if (!ReadCell(row.emplace_back())) return false;
-    if (rest_.empty()) return Fail(Text::FileNotEnded, 0);
+    if (rest_.empty()) return EndsWhole();
     if (EatLineEnd()) return true;
     rest_.remove_prefix(1);  // the comma
   }
 }
 
+// The last row of what kdport has written ends with a quotation mark, so that a cell that was cut off shows.
+// People's editors leave the last line end out.
+bool CCsvReader::EndsWhole() {
+  return quoted_ || !firstEndsQuoted_ || Fail(Text::FileNotEnded, 0);
+}
+
 bool CCsvReader::ReadCell(std::string& cell) {
-  const bool quoted = rest_.starts_with('"');
+  const bool quoted = quoted_ = rest_.starts_with('"');
   if (quoted && !ReadQuoted(cell)) return Fail(Text::QuoteNotClosed, column_);
   if (!quoted) ReadPlain(cell);
   // What follows is a comma, a line end or the end of the document; else a quotation mark stands amiss.
@@ -113,7 +121,7 @@ std::string CsvLine(const CsvRow& row) {
   std::string line;
   for (const std::string& cell : row) {
     if (&cell != &row.front()) line += ',';
-    if (cell.find_first_of(",\"\r\n") == std::string::npos) {
+    if (&cell != &row.back() && cell.find_first_of(",\"\r\n") == std::string::npos) {
       line += cell;
       continue;
     }

@@ -18,8 +18,8 @@ class CCsvReader {
   // The document has to outlive the reader.
   explicit CCsvReader(std::string_view document);
 
-  // The next row; false at the end, and at the first fault. A last row without a line end is a fault: it
-  // cannot be told from one that was cut off while the file was written.
+  // The next row; false at the end, and at the first fault. A last row without a line end is taken, except
+  // where it may be cut off: in a file whose first row ends with a quotation mark and this one does not.
   [[nodiscard]] bool Next(CsvRow& row);
   // The row that Next gave last, counted from 1 with the empty lines, as an editor does.
   [[nodiscard]] std::size_t RowNumber() const noexcept { return rowNumber_; }
@@ -29,6 +29,7 @@ class CCsvReader {
  private:
   bool SkipEmptyLines();
   bool ReadRow(CsvRow& row);
+  bool EndsWhole();
   bool ReadCell(std::string& cell);
   bool ReadQuoted(std::string& cell);
   void ReadPlain(std::string& cell);
@@ -41,9 +42,12 @@ class CCsvReader {
   std::size_t rowNumber_ = 0;
   std::vector<Message> faults_;
   std::size_t column_ = 0;
+  bool quoted_ = false;  // the cell that was read last
+  bool begun_ = false;
+  bool firstEndsQuoted_ = false;
 };
 
-// One row with its line end; cells that need quotation marks get them.
+// One row with its line end; cells that need quotation marks get them, and the last one always.
 [[nodiscard]] std::string CsvLine(const CsvRow& row);
 
 // Whether every byte belongs to a well-formed character.

@@ -53,6 +53,12 @@ Json PortJson(const Port& port) {
           {"values", ValuesJson(port.values)}};
 }
 
+Json LiveJson(const LiveStatus& live) {
+  return {{"online", live.online}, {"baud", live.baud},     {"data", live.dataBits},
+          {"parity", live.parity}, {"stop", live.stopBits}, {"flow", live.flowControl},
+          {"state", live.state},   {"mode", live.mode}};
+}
+
 Json StepJson(const Host& host, const Step& step) {
   Json json = {{"kind", WordOf(step.kind)}};
   if (step.kind != StepKind::Release) json["port"] = host.ports[step.port].Key();
@@ -80,8 +86,11 @@ Json ChangeJson(const Host& host, const Change& change) {
 
 }  // namespace
 
-std::string ListDocument(const Host& host, std::span<const std::size_t> ports) {
-  return Printed({{"ports", ArrayOf(ports, [&](std::size_t i) { return PortJson(host.ports[i]); })}});
+std::string ListDocument(const Host& host, std::span<const std::size_t> ports,
+                         std::span<const LiveStatus> live) {
+  Json list = ArrayOf(ports, [&](std::size_t i) { return PortJson(host.ports[i]); });
+  for (std::size_t i = 0; i < live.size(); ++i) list[i]["live"] = LiveJson(live[i]);
+  return Printed({{"ports", std::move(list)}});
 }
 
 std::string CheckDocument(const Host& host, std::span<const Finding> findings) {

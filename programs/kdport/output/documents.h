@@ -7,14 +7,16 @@
 
 #include "kdport/exit_code.h"
 #include "kdport/model/host.h"
+#include "kdport/model/live.h"
 #include "kdport/plan/check.h"
 #include "kdport/plan/planner.h"
 #include "kdport/run/runner.h"
 
 namespace KdPort {
 
-// list.json: of `list`, and of `export`.
-[[nodiscard]] std::string ListDocument(const Host& host, std::span<const std::size_t> ports);
+// list.json: of `list`, and of `export`. `live` has a status for each port, or none for any.
+[[nodiscard]] std::string ListDocument(const Host& host, std::span<const std::size_t> ports,
+                                       std::span<const LiveStatus> live = {});
 // check.json
 [[nodiscard]] std::string CheckDocument(const Host& host, std::span<const Finding> findings);
 // change.json: of `rename`, `set`, `network`, `apply` and `repair`. Without a report nothing was begun: the

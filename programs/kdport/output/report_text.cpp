@@ -71,6 +71,17 @@ std::string ListText(const Host& host, std::span<const std::size_t> ports) {
   return table.Print();
 }
 
+std::string LiveText(const Host& host, std::span<const std::size_t> ports, std::span<const LiveStatus> live) {
+  CTable table({"NAME", "SERVER", "PORT", "STATE", "MODE", "BAUD", "DATA", "PARITY", "STOP", "FLOW"});
+  for (std::size_t i = 0; i < ports.size(); ++i) {
+    const Port& port = host.ports[ports[i]];
+    const LiveStatus& now = live[i];
+    table.Add({port.name.empty() ? kUnknown : port.name, port.server, std::to_string(port.index), now.state,
+               now.mode, now.baud, now.dataBits, now.parity, now.stopBits, now.flowControl});
+  }
+  return table.Print();
+}
+
 std::string FindingsText(std::span<const Finding> findings) {
   std::string text;
   for (const Finding& finding : findings) text += MessageText(finding.message);

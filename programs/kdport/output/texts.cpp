@@ -15,10 +15,19 @@ struct Row {
 constexpr std::string_view kRepair = "kdport repair mends it";
 constexpr std::string_view kSaveUtf8 = "save it as CSV in UTF-8";
 constexpr Row kRows[] = {
+    {Text::Usage, "usage", "{0}", "kdport {1}--help shows what can be given"},
+    {Text::OptionBad, "option-bad", "{0}: \"{1}\" is not {2}", ""},
+    {Text::NothingNamed, "nothing-named", "nothing is to be changed", "name at least one of {0}"},
+    {Text::NotOnePort, "not-one-port", "{0} is {1} ports", "name one by its instance id or as SERVER/INDEX"},
+    {Text::HostUnread, "host-unread", "the ports of this host cannot be read: {0}", ""},
+    {Text::FileUnreadable, "file-unreadable", "{0} cannot be read", ""},
+    {Text::FileUnwritable, "file-unwritable", "{0} cannot be written", ""},
+    {Text::UpdateFailed, "update-failed", "no driver of {1} was installed for {0}: {2}", ""},
+
     {Text::FileEmpty, "file-empty", "the file is empty", "its first row has to name the columns"},
     {Text::FileNotUtf8, "file-not-utf8", "row {0}: not UTF-8", kSaveUtf8},
     {Text::FileNotEnded, "file-not-ended", "row {0}: the file ends within it",
-     "the file is not complete: its last row has to end with a line end"},
+     "the file is not complete: write it again, or end its last row with a line end"},
     {Text::QuoteNotClosed, "quote-not-closed", "row {0}, column {1}: the quotation mark is not closed", ""},
     {Text::QuoteMisplaced, "quote-misplaced", "row {0}, column {1}: a quotation mark within a cell",
      "put the whole cell in quotation marks and write each of its own twice"},

@@ -8,6 +8,15 @@
 namespace KdPort {
 
 enum class Text {
+  // The command line and what it works on.
+  Usage,
+  OptionBad,
+  NothingNamed,
+  NotOnePort,
+  HostUnread,
+  FileUnreadable,
+  FileUnwritable,
+  UpdateFailed,
   // Files.
   FileEmpty,
   FileNotUtf8,

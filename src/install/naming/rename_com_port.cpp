@@ -16,6 +16,9 @@ DWORD NumberOf(const CWideString& comName) {
   return static_cast<DWORD>(ComNumberOf(comName.View()));
 }
 
+// What may be asked: nothing, whether to take a taken number, and whether to rename an open port as well.
+enum class Questions { None, Taken, TakenAndOpen };
+
 bool UserDeclines(HWND owner, std::uint32_t question) {
   CWideString text;
   text.LoadFromTable(question);
@@ -33,9 +36,10 @@ enum class NameSwitch { Done, Declined, Failed };
 
 // The database and the names that the kernel knows; the port's own values follow afterwards.
 NameSwitch SwitchName(CCOMPortUtil& port, const CWideString& parentHardwareId, const CWideString& oldName,
-                      const CWideString& newName, HWND owner) {
+                      const CWideString& newName, HWND owner, Questions questions) {
   const CComDatabaseScope database(port);
   if (!port.IsComNumberFree(NumberOf(newName))) {
+    if (questions == Questions::None) return NameSwitch::Failed;
     // Kept on purpose: own name asks
     if (TakesNumberUnasked(parentHardwareId)) {
       port.ReleaseComNumber(NumberOf(newName));
@@ -48,6 +52,36 @@ NameSwitch SwitchName(CCOMPortUtil& port, const CWideString& parentHardwareId, c
   port.ReleaseComNumber(NumberOf(oldName));
   port.ClaimComNumber(NumberOf(newName), true, &forced);
   return NameSwitch::Done;
+}
+
+int Rename(CCOMPortUtil& port, const CWideString& newName, HWND owner, Questions questions,
+           bool reenumerate) {
+  // A parent that cannot be found leaves an empty id, so that a taken number is asked about.
+  CParentDevice parent;
+  static_cast<void>(parent.Open(port.Element()));
+  CWideString oldName;
+  if (!port.GetRegString(kPortName, oldName)) return 0;
+  if (questions == Questions::TakenAndOpen && !IsPortOpenable(oldName) &&
+      UserDeclines(owner, IDS_PORT_OPEN_RENAME)) {
+    return 1;
+  }
+
+  const CWideString hardwareId = HardwareIdOf(parent.InstanceId());
+  switch (SwitchName(port, hardwareId, oldName, newName, owner, questions)) {
+    case NameSwitch::Declined:
+      return 1;
+    case NameSwitch::Failed:
+      return 0;
+    case NameSwitch::Done:
+      break;
+  }
+  if (!RenameInFriendlyName(port, oldName, newName)) return 0;
+  if (port.SetRegString(kPortName, newName)) {
+    WritePortsDefault(port);
+    MarkPropChangePending(port.Set(), *port.ElementPointer());
+    if (reenumerate) ReenumerateDevNode(CWideString());
+  }
+  return 1;
 }
 
 }  // namespace
@@ -70,27 +104,9 @@ int RenameDosDeviceAndSerialComm(const CWideString& oldName, const CWideString& 
 
 int RenameComPort(CCOMPortUtil& port, const CWideString& newName, HWND owner, bool interactive,
                   bool reenumerate) {
-  // A parent that cannot be found leaves an empty id, so that a taken number is asked about.
-  CParentDevice parent;
-  static_cast<void>(parent.Open(port.Element()));
-  CWideString oldName;
-  if (!port.GetRegString(kPortName, oldName)) return 0;
-  if (interactive && !IsPortOpenable(oldName) && UserDeclines(owner, IDS_PORT_OPEN_RENAME)) return 1;
+  return Rename(port, newName, owner, interactive ? Questions::TakenAndOpen : Questions::Taken, reenumerate);
+}
 
-  const CWideString hardwareId = HardwareIdOf(parent.InstanceId());
-  switch (SwitchName(port, hardwareId, oldName, newName, owner)) {
-    case NameSwitch::Declined:
-      return 1;
-    case NameSwitch::Failed:
-      return 0;
-    case NameSwitch::Done:
-      break;
-  }
-  if (!RenameInFriendlyName(port, oldName, newName)) return 0;
-  if (port.SetRegString(kPortName, newName)) {
-    WritePortsDefault(port);
-    MarkPropChangePending(port.Set(), *port.ElementPointer());
-    if (reenumerate) ReenumerateDevNode(CWideString());
-  }
-  return 1;
+int RenameComPortUnasked(CCOMPortUtil& port, const CWideString& newName) {
+  return Rename(port, newName, nullptr, Questions::None, false);
 }

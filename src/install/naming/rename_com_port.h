@@ -27,6 +27,10 @@
 int RenameComPort(CCOMPortUtil& port, const CWideString& newName, HWND owner, bool interactive,
                   bool reenumerate);
 
+// The same for programs without windows: a taken number, the port's own included, is a step that fails and
+// changes nothing. Open ports are renamed. The device tree is not enumerated again.
+[[nodiscard]] int RenameComPortUnasked(CCOMPortUtil& port, const CWideString& newName);
+
 // The two ways in which the system calls it. On behalf of a user: asks about a port in use as well, and
 // Device Manager shows the new name at once.
 inline int RenamePortForUser(CCOMPortUtil& port, const CWideString& newName, HWND owner) {

@@ -25,6 +25,8 @@ const FunctionRow kRows[] = {
     {"kernel32.dll", KD_REAL(CreateMutexW), FailsWithZero(ERROR_ACCESS_DENIED), Returns(HandleKind::Mutex)},
     {"kernel32.dll", KD_REAL(ReleaseMutex), FailsWithZero(ERROR_NOT_OWNER), NoHandle(), 0, false, true},
     {"kernel32.dll", KD_REAL(WaitForSingleObject), FailsWithMinusOne(ERROR_INVALID_HANDLE)},
+    {"kernel32.dll", KD_REAL(CreateThread), FailsWithZero(ERROR_NOT_ENOUGH_MEMORY),
+     Returns(HandleKind::Thread)},
     {"kernel32.dll", KD_REAL(CreateEventA), FailsWithZero(ERROR_ACCESS_DENIED), Returns(HandleKind::Event)},
     {"kernel32.dll", KD_REAL(GetSystemDirectoryW), FailsWithZero(ERROR_ACCESS_DENIED)},
     {"kernel32.dll", KD_REAL(GetModuleFileNameW), FailsWithZero(ERROR_INVALID_HANDLE)},
