@@ -28,7 +28,7 @@ int ShowAdvanced(unsigned port, const std::string& folder);
 // status is the program's. `neglected`: what goes wrong in years has gone wrong there.
 int RunProgram(const std::vector<std::string>& words, bool neglected);
 
-// What becomes of ports and their names, told step by step.
+// One installation or its like, shown step by step; `takesPorts`: with a number of ports to choose.
 struct Story {
   const char* name;
   const char* summary;

@@ -1,4 +1,4 @@
-// What single controls of a page show, beside what they ought to show.
+// What single controls of a page show, beside what they should show.
 #pragma once
 
 #include <windows.h>
@@ -29,7 +29,7 @@ struct ControlCheck {
 [[nodiscard]] std::vector<ControlCheck> CheckControls(HWND page,
                                                       const std::vector<ExpectedControl>& expected);
 // Prints a table, whose last column says "ok" or "DIFFERS"; `source` heads the expectations. True when all
-// controls show what they ought to.
+// controls show what they should.
 [[nodiscard]] bool ReportChecks(const std::vector<ControlCheck>& checks, const std::wstring& source);
 
 // Prints the page's controls that have a tip, label and value alike, each with its tip.

@@ -15,7 +15,7 @@ constexpr wchar_t kOfflineText[] =
 
 using Pictures = std::vector<std::pair<std::string, Picture>>;
 
-// The one warning that an unreachable device is good for, and none otherwise.
+// An unreachable device makes the page warn once; nothing else makes it ask or warn.
 bool CheckMessageBoxes(const std::vector<MessageBoxRecord>& boxes, bool offline) {
   Print(FormatMessageBoxes(boxes));
   if (!offline) return boxes.empty();
@@ -36,7 +36,7 @@ bool CheckRequests(const std::vector<LoggedRequest>& requests, unsigned port, bo
 
 bool CheckChanges(const std::wstring& changes, const std::wstring& expected) {
   Print(changes);
-  if (changes != expected) Print(L"  DIFFERS, the drivers ought to have changed:\n" + expected);
+  if (changes != expected) Print(L"  DIFFERS, the drivers should have changed:\n" + expected);
   return changes == expected;
 }
 

@@ -1,4 +1,4 @@
-// Stories of installation, told step by step on a machine of their own.
+// Installations and the like, shown step by step on a machine of their own.
 #include <algorithm>
 #include <numeric>
 

@@ -37,7 +37,7 @@ class TreeWindow {
 
   [[nodiscard]] HWND Window() const { return window_; }
   [[nodiscard]] HWND Tree() const { return tree_; }
-  // The line at the bottom, which tells what to do or why a device does not open.
+  // The line at the bottom, which says what to do, or why a device does not open.
   [[nodiscard]] std::wstring Status() const;
   void Select(const Device& device);
 

@@ -99,7 +99,7 @@ void HttpDeviceServer::Serve(SOCKET client) {
   const Answer answer = TakeAnswer(request->target, document);
   const std::string bytes = Render(answer, std::move(document));
   {
-    // Logged before the answer goes out: whoever has the answer finds the request in the log.
+    // Logged before the answer goes out: a client that has its answer finds its request in the log.
     const std::scoped_lock hold(lock_);
     requests_.push_back({*request, answer.raw ? 0 : answer.status});
   }

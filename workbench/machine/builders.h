@@ -24,7 +24,7 @@ inline constexpr GUID kConfigurationInterface = {
 
 // A device server (class "Multi-port serial adapters", below the root) and its ports.
 struct ServerSpec {
-  unsigned number = 1;                 // tells device servers of one machine apart
+  unsigned number = 1;                 // another one for each device server of a machine
   std::vector<unsigned> comNumbers{};  // one port each, in enumeration order; 0: a port without "PortName"
   bool started = true;                 // ports started, with their DOS device and SERIALCOMM value
   bool claimed = true;                 // numbers claimed in the COM name database
@@ -71,7 +71,7 @@ struct ComPlaces {
   std::wstring serialComm{};               // what SERIALCOMM maps the kernel device to; "" when absent
   bool claimed = false;                    // the number of `portName` is taken in the database
   std::wstring portsValue{};               // the Ports key's value of "PortName:"; "" when absent
-  // All five places (database, DOS device, SERIALCOMM, "PortName", friendly name) tell one name.
+  // All five places (database, DOS device, SERIALCOMM, "PortName", friendly name) hold one name.
   [[nodiscard]] bool Agree() const;
 };
 [[nodiscard]] ComPlaces PlacesOf(Machine& machine, const Device& device);

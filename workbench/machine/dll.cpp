@@ -50,7 +50,7 @@ Dll::Dll(Machine& machine, const std::wstring& path) : module_(LoadLibraryW(path
   FindExports();
 }
 
-// The hooks stay while the DLL unloads, so that what it gives back then is counted.
+// The redirection stays while the DLL unloads, so that what it gives back then is counted.
 Dll::~Dll() {
   FreeLibrary(module_);
   HMODULE still = nullptr;

@@ -33,7 +33,7 @@
 
 namespace workbench {
 
-// One host. One at a time per process: the hooks find it through Current.
+// One computer. One at a time per process: simulated functions find it through Current.
 class Machine {
  public:
   Machine();
@@ -55,7 +55,7 @@ class Machine {
   [[nodiscard]] Desktop& Screen() { return screen_; }
   [[nodiscard]] SystemState& System() { return system_; }
 
-  // Held by the hooks while they touch simulated state.
+  // Held by simulated functions while they touch simulated state.
   [[nodiscard]] std::recursive_mutex& StateLock() { return stateLock_; }
 
  private:

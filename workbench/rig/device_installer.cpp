@@ -60,8 +60,8 @@ std::wstring BackupKeyOf(const Device& port) {
   const std::wstring& id = port.instanceId;
   const std::size_t first = id.find(L'\\');
   const std::size_t second = id.find(L'\\', first + 1);
-  return ParametersKeyOf(port.parent->instanceId) + L"\\" + id.substr(0, first) + L"_" + id[second - 1] + L"_" +
-         id.substr(second + 1);
+  return ParametersKeyOf(port.parent->instanceId) + L"\\" + id.substr(0, first) + L"_" + id[second - 1] +
+         L"_" + id.substr(second + 1);
 }
 
 }  // namespace workbench

@@ -89,7 +89,7 @@ class PortDriver : public DriverEndpoint {
     DriverFault fault;
     unsigned seen = 0;
   };
-  // What a session was told by its last size request.
+  // What the last size request of a session answered.
   struct SizeReport {
     DWORD dataCode = 0;  // the request that may follow
     std::uint32_t selector = 0;

@@ -45,7 +45,7 @@ class ParameterValues {
 
   // The stream: DWORDs little-endian, a text as its length in 4 bytes, its characters and a zero byte.
   [[nodiscard]] std::vector<std::byte> Encode() const;
-  // Values out of a stream that must be exactly one set long. `fault` tells what is wrong with another.
+  // Values out of a stream that must be exactly one set long. For another one, `fault` says what is wrong.
   [[nodiscard]] static std::optional<ParameterValues> Decode(std::uint32_t selector,
                                                              std::span<const std::byte> stream,
                                                              std::string& fault);

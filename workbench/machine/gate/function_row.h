@@ -93,7 +93,7 @@ struct HandleUse {
   return {HandleUse::Action::ClosesArgument, kind, argument, false};
 }
 
-// One redirected function. The hook logs, faults and counts by this row.
+// One redirected function, and how the gate logs, fails and counts its calls.
 struct FunctionRow {
   const char* dll = "";
   const char* name = "";  // "#15" for an export without a name
@@ -104,7 +104,7 @@ struct FunctionRow {
   std::uint32_t inputTexts = 0;  // bit n: argument n is an input text although its type is not const
   bool countedTexts = false;     // texts come with a length and may lack a terminator: do not read them
   bool runsAnyway = false;       // an injected failure is reported after the work was done (ReleaseMutex)
-  bool logged = true;            // false for what is called at every turn and tells nothing
+  bool logged = true;            // false for what is called so often that the log would hold nothing else
   bool allocates = false;        // memory: counted and failed apart, see Gate::FailAllocation
 };
 

@@ -44,7 +44,7 @@ std::uint64_t Bits(T value) {
   } else if constexpr (std::is_floating_point_v<T>) {
     return std::bit_cast<std::uint64_t>(static_cast<double>(value));
   } else {
-    // A structure passed by value (POINT, SIZE): its first eight bytes tell enough.
+    // A structure passed by value (POINT, SIZE): its first eight bytes are enough for the log.
     std::uint64_t bits = 0;
     static_assert(std::is_trivially_copyable_v<T>);
     std::copy_n(reinterpret_cast<const unsigned char*>(&value), std::min(sizeof value, sizeof bits),
@@ -136,7 +136,7 @@ R RunGated(const FunctionRow& row, R (*target)(A...), A... a) {
   }
 }
 
-// The hook of a function whose work the real function does.
+// What an import is pointed at whose work the real function does.
 template <FunctionName Name, class Signature>
 struct RealThunk;
 template <FunctionName Name, class R, class... A>
@@ -148,7 +148,8 @@ struct RealThunk<Name, R(A...)> {
   }
 };
 
-// The hook of a simulated function. The signature is that of the real one, or this does not compile.
+// What the import of a simulated function is pointed at. The signature is that of the real one, or this does
+// not compile.
 template <FunctionName Name, auto Simulated, class Signature>
 struct SimulatedThunk;
 template <FunctionName Name, auto Simulated, class R, class... A>

@@ -52,7 +52,7 @@ class Desktop {
   std::vector<UINT> broadcasts{};
   bool htmlHelpInstalled = true;  // false: hhctrl.ocx cannot be loaded
 
-  // For the hook.
+  // For the simulated MessageBoxW.
   int Show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT style);
 
  private:

@@ -37,7 +37,7 @@ struct DriverAnswer {
 
 // A driver as user mode sees it: what is behind one device interface.
 //
-// The machine calls it on the thread of the DLL's call, one call at a time. `session` tells opens apart:
+// The machine calls it on the thread of the DLL's call, one call at a time. `session` numbers the opens:
 // it is the same in Open, its Controls and its Close, and never used again. The machine checks what
 // Windows checks (handles, pointers) and reports violations itself; everything about the requests is the
 // driver's business. An endpoint must outlive the machine that it is attached to.

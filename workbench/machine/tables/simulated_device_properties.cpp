@@ -20,12 +20,9 @@ struct PropertyValue {
   bool writable;
 };
 constexpr PropertyValue kProperties[] = {
-    {SPDRP_DEVICEDESC, L"DeviceDesc", REG_SZ, true},
-    {SPDRP_HARDWAREID, L"HardwareID", REG_MULTI_SZ, true},
-    {SPDRP_CLASS, L"Class", REG_SZ, false},
-    {SPDRP_CLASSGUID, L"ClassGUID", REG_SZ, false},
-    {SPDRP_DRIVER, L"Driver", REG_SZ, true},
-    {SPDRP_FRIENDLYNAME, L"FriendlyName", REG_SZ, true},
+    {SPDRP_DEVICEDESC, L"DeviceDesc", REG_SZ, true}, {SPDRP_HARDWAREID, L"HardwareID", REG_MULTI_SZ, true},
+    {SPDRP_CLASS, L"Class", REG_SZ, false},          {SPDRP_CLASSGUID, L"ClassGUID", REG_SZ, false},
+    {SPDRP_DRIVER, L"Driver", REG_SZ, true},         {SPDRP_FRIENDLYNAME, L"FriendlyName", REG_SZ, true},
 };
 
 const PropertyValue* FindProperty(DWORD property) {

@@ -24,7 +24,7 @@ DevicePropertyRows();                                       // setupapi: keys, p
 [[nodiscard]] std::span<const FunctionRow> InternetRows();  // real: wininet
 [[nodiscard]] std::span<const FunctionRow> WindowRows();    // real: user32, gdi32, comctl32
 
-// The machine and its lock, for the length of a simulated function. A hook runs only while there is a
+// The machine and its lock, for the length of a simulated function. It runs only while there is a
 // machine: the gate's caller is a DLL whose Dll object a machine outlives.
 class MachineLock {
  public:

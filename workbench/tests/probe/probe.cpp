@@ -37,8 +37,8 @@ PROBE HANDLE OpenPath(const wchar_t* path) {
   return CreateFileW(path, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED,
                      nullptr);
 }
-PROBE BOOL ControlFile(HANDLE file, DWORD code, DWORD* returned) {
-  return DeviceIoControl(file, code, nullptr, 0, nullptr, 0, returned, nullptr);
+PROBE BOOL ControlWithoutCount(HANDLE file) {
+  return DeviceIoControl(file, 1, nullptr, 0, nullptr, 0, nullptr, nullptr);
 }
 PROBE BOOL CloseFile(HANDLE file) {
   return CloseHandle(file);
