@@ -6,18 +6,21 @@ namespace {
 
 using testing::HasSubstr;
 
+constexpr int kApplyButton = 0x3021;  // of every property sheet
+
 class AdvancedSheet : public PageTest {
  protected:
   AdvancedSheet() { PageOf(); }
 };
 
-TEST_F(AdvancedSheet, HasThreeTabsAndThePortInItsCaption) {
+TEST_F(AdvancedSheet, HasThreeTabsThePortInItsCaptionAndNoApplyButton) {
   for (const std::uint32_t portType : {0u, 0xFFFFFFFFu}) {
     PortSet().SetNumber("PortType", portType);
     BusSet().SetNumber("PortType", portType);
     Run([](const OpenSheet& sheet) {
       EXPECT_THAT(sheet.Tabs(), ElementsAre(L"Port Settings", L"TCP/IP Settings", L"About"));
       EXPECT_THAT(sheet.Caption(), HasSubstr(L"Advanced Settings for COM7"));
+      EXPECT_FALSE(IsWindowVisible(GetDlgItem(sheet.Window(), kApplyButton)));
     });
   }
   machine.Registry().DeleteValue(workbench::ParametersKeyOf(Port().instanceId), L"PortName");

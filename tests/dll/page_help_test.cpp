@@ -99,6 +99,7 @@ TEST_F(PageHelp, WithoutHtmlHelpClicksDoNothingAndItIsLookedForOnce) {
     return count;
   };
   EXPECT_EQ(attempts(), 2u) << "the registered control, then the one of the system directory";
+  EXPECT_EQ(machine.Calls().CountOf("LoadLibraryExA"), 1u) << "by the registered path, its variable expanded";
   machine.Screen().htmlHelpInstalled = true;
   ClickHelpOf({kPortPage, OpenSheet::kDevice});
   EXPECT_EQ(attempts(), 2u);
