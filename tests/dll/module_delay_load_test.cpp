@@ -30,6 +30,14 @@ TEST(ModuleDelayLoad, AFailedLoadIsTriedAgain) {
   EXPECT_TRUE(rig.RenameClaims(10));
 }
 
+TEST(ModuleDelayLoad, WithoutTheComDatabaseEveryNumberCountsAsTaken) {
+  Rig rig;
+  rig.FailLoads(workbench::Fault::kEveryLater);
+  rig.machine.Screen().Answer(IDNO);
+  EXPECT_FALSE(rig.RenameClaims(9));
+  EXPECT_EQ(rig.machine.Screen().messageBoxes.size(), 1u);
+}
+
 // Each of two first calls that overlap fails by itself, and neither gives a reference back that it did not
 // take.
 TEST(ModuleDelayLoad, OverlappingFailedLoadsKeepTheModule) {

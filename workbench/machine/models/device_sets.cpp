@@ -6,6 +6,7 @@ namespace workbench {
 
 InstallParameters::InstallParameters() {
   install.cbSize = sizeof install;
+  install.Flags = kFlagOfOthers;
 }
 
 HDEVINFO DeviceSets::Create(std::unique_ptr<DeviceSet> set) {

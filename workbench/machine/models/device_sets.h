@@ -19,6 +19,9 @@ namespace workbench {
 
 class Machine;
 
+// Every device's install parameters have it from the start, as if another installer had set it.
+inline constexpr DWORD kFlagOfOthers = DI_NOBROWSE;
+
 // Parameters that both an element and a whole set carry.
 struct InstallParameters {
   SP_DEVINSTALL_PARAMS_W install{};

@@ -137,6 +137,9 @@ BOOL WINAPI SetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTA
   if ((given->Flags & DI_CLASSINSTALLPARAMS) != 0 && parameters->classInstall.empty()) {
     return FailWith(ERROR_NO_CLASSINSTALL_PARAMS);
   }
+  if ((parameters->install.Flags & ~given->Flags & kFlagOfOthers) != 0) {
+    machine->Calls().Violate("a flag that others have set is cleared");
+  }
   parameters->install = *given;
   if ((given->Flags & DI_PROPERTIES_CHANGE) != 0) machine->Calls().Note(L"DI_PROPERTIES_CHANGE");
   if ((given->FlagsEx & DI_FLAGSEX_PROPCHANGE_PENDING) != 0 && data != nullptr) {
