@@ -23,8 +23,8 @@ Bytes Written(CSsInformationSet& set) {
   return stream;
 }
 
-// Fills the set with a stream that has a value of its own in each place; returns these values.
-ParameterValues Fill(CSsInformationSet& set, std::uint32_t selector) {
+// Fills the set with a stream that has a value of its own in each place, and writes it again.
+void ExpectMemberForEachPlace(CSsInformationSet& set, std::uint32_t selector) {
   ParameterValues values(selector);
   std::uint32_t place = 0;
   for (const workbench::Parameter& parameter : workbench::SetLayout(selector)) {
@@ -37,8 +37,7 @@ ParameterValues Fill(CSsInformationSet& set, std::uint32_t selector) {
   auto unread = static_cast<std::uint32_t>(stream.size());
   EXPECT_TRUE(set.Deserialise(stream.data(), unread));
   EXPECT_EQ(unread, 0U);
-  EXPECT_EQ(Written(set), stream) << "each place has a member of its own";
-  return values;
+  EXPECT_EQ(Written(set), stream);
 }
 
 void ExpectNamesOfTheDrivers(const CSsInformationSet& set, std::uint32_t selector) {
@@ -49,57 +48,13 @@ void ExpectNamesOfTheDrivers(const CSsInformationSet& set, std::uint32_t selecto
   }
 }
 
-// The members that the product reads or writes by name.
-template <class Set>
-struct Used {
-  const char* name;
-  std::uint32_t Set::*member;
-};
-constexpr Used<Port> kUsedOfPort[] = {
-    {"PortType", &Port::PortType},
-    {"DuplexMode", &Port::DuplexMode},
-    {"Baudrate", &Port::Baudrate},
-    {"Databits", &Port::Databits},
-    {"Parity", &Port::Parity},
-    {"Stopbits", &Port::Stopbits},
-    {"FlowControl", &Port::FlowControl},
-    {"SupportedDuplexModes", &Port::SupportedDuplexModes},
-    {"EmulateCTSTrue", &Port::EmulateCTSTrue},
-    {"EmulateDSRTrue", &Port::EmulateDSRTrue},
-    {"CtsSupported", &Port::CtsSupported},
-    {"DsrSupported", &Port::DsrSupported},
-};
-constexpr Used<Bus> kUsedOfBus[] = {
-    {"RxFifoSize", &Bus::RxFifoSize},
-    {"TxFifoSize", &Bus::TxFifoSize},
-    {"MaximumBaudRate", &Bus::MaximumBaudRate},
-    {"PortType", &Bus::PortType},
-    {"AddressToConnect", &Bus::AddressToConnect},
-    {"PortNumber", &Bus::PortNumber},
-    {"ConnectionIdleTimeout", &Bus::ConnectionIdleTimeout},
-    {"ConnectionAttemptTimeout", &Bus::ConnectionAttemptTimeout},
-    {"MACAddress1", &Bus::MACAddress1},
-    {"MACAddress2", &Bus::MACAddress2},
-    {"ServerConfigPort", &Bus::ServerConfigPort},
-    {"ServerWebPort", &Bus::ServerWebPort},
-    {"ForceCOMPortConnect", &Bus::ForceCOMPortConnect},
-    {"IgnoreModelChecking", &Bus::IgnoreModelChecking},
-    {"IgnoreForceProtocol", &Bus::IgnoreForceProtocol},
-    {"SerialPortIndex", &Bus::SerialPortIndex},
-    {"RealTxFifoEmulation", &Bus::RealTxFifoEmulation},
-};
-
-TEST(ConfigParametersTest, StreamOfTheDriverFillsTheMembersOfItsNames) {
+TEST(ConfigParametersTest, StreamOfTheDriverFillsAMemberForEachOfItsNames) {
   Port port;
   ExpectNamesOfTheDrivers(port, Port::kSelector);
-  const ParameterValues ofPort = Fill(port, Port::kSelector);
-  for (const auto& used : kUsedOfPort) EXPECT_EQ(port.*used.member, ofPort.Number(used.name)) << used.name;
-
+  ExpectMemberForEachPlace(port, Port::kSelector);
   Bus bus;
   ExpectNamesOfTheDrivers(bus, Bus::kSelector);
-  const ParameterValues ofBus = Fill(bus, Bus::kSelector);
-  for (const auto& used : kUsedOfBus) EXPECT_EQ(bus.*used.member, ofBus.Number(used.name)) << used.name;
-  EXPECT_EQ(bus.InterfaceType, L"text 7");
+  ExpectMemberForEachPlace(bus, Bus::kSelector);
 }
 
 TEST(ConfigParametersTest, SetsBeforeADriverAnsweredHoldTheirInitialValues) {

@@ -23,18 +23,12 @@ TEST(ConfigNetworkRulesTest, PortThatChangesItsTypeGetsTheDuplexModeOfTheNewOne)
     std::uint32_t typeAfter, duplexAfter;
   };
   constexpr Case kCases[] = {
-      {1, 0, 0, 1, 1},           // a new RS-422/485 port needs a duplex mode
-      {1, 2, 0, 1, 2},           //
-      {1, 7, 0, 1, 7},           // any mode that it is given is taken
-      {1, 0, 255, 1, 1},         //
-      {0, 2, 1, 0, 0},           // a new RS-232 port has none
-      {0, 2, 255, 0, 0},         //
-      {0, 2, 0, 0, 2},           // no change of type: the mode is stored as it is
-      {1, 0, 1, 1, 0},           //
-      {2, 1, 0, 0, 1},           // not a type that a port can become
-      {2, 0, 1, 1, 0},           //
-      {2, 1, 2, 2, 1},           //
-      {0xFFFFFFFF, 1, 0, 0, 1},  //
+      {1, 0, 0, 1, 1},  // a new RS-422/485 port needs a duplex mode
+      {1, 7, 0, 1, 7},  // any mode that it is given is taken
+      {0, 2, 1, 0, 0},  // a new RS-232 port has none
+      {0, 2, 0, 0, 2},  // no change of type: the mode is stored as it is
+      {2, 1, 0, 0, 1},  // not a type that a port can become
+      {2, 0, 1, 1, 0},  //
   };
   for (const Case& row : kCases) {
     SCOPED_TRACE(testing::Message() << "type " << row.portType << " mode " << row.duplexMode << " on type "
@@ -60,10 +54,7 @@ TEST(ConfigLineRulesTest, SettingOutOfItsRangeStaysAsItWas) {
       {{115200, 3, 4, 2, 8}, {115200, 3, 4, 2, 8}},
       {{0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}},
       {{0xFFFFFFFF, 4, 5, 3, 16}, {0xFFFFFFFF, 1, 2, 1, 4}},  // only the baud rate changes
-      {{300, 4, 0, 0, 15}, {300, 1, 0, 0, 15}},
-      {{300, 0, 5, 0, 17}, {300, 0, 2, 0, 17}},  // one bit of the four is enough
-      {{300, 0, 0, 3, 0x80000000}, {300, 0, 0, 1, 4}},
-      {{300, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF}, {300, 1, 2, 1, 0xFFFFFFFF}},
+      {{300, 0, 5, 0, 17}, {300, 0, 2, 0, 17}},               // one bit of the four is enough
   };
   for (const Case& row : kCases) {
     SCOPED_TRACE(testing::Message() << "case " << &row - kCases);

