@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <future>
 
 #include "client.h"
 #include "root_device.h"
@@ -32,62 +33,32 @@ fs::path MakePackage() {
   return folder;
 }
 
-// What the co-installers have answered, as the installer saw it, since the object was made.
-class Answers {
- public:
-  [[nodiscard]] std::vector<std::string> Get() const {
-    std::vector<std::string> all = All();
-    all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(earlier_));
-    return all;
-  }
-
- private:
-  static std::vector<std::string> All() {
-    std::vector<std::string> answers;
-    for (const std::string& line : SetupTrace(kReturned))
-      answers.push_back(line.substr(line.find(kReturned) + 10));
-    return answers;
-  }
-  static constexpr const char* kReturned = " returned ";
-
-  std::size_t earlier_ = All().size();
-};
+// What the co-installers have answered, as the installer saw it, except the first `earlier` answers.
+std::vector<std::string> Answers(std::size_t earlier = 0) {
+  const std::string returned = " returned ";
+  std::vector<std::string> answers = SetupTrace(returned);
+  answers.erase(answers.begin(), answers.begin() + static_cast<std::ptrdiff_t>(earlier));
+  for (std::string& line : answers) line.erase(0, line.find(returned) + returned.size());
+  return answers;
+}
 
 bool WaitForFile(const fs::path& file) {
   for (int i = 0; i < 100 && !fs::exists(file); ++i) Sleep(100);
   return fs::exists(file);
 }
 
-// Answers the next message box of this process with OK and keeps its text.
-class MessageBoxReader {
- public:
-  MessageBoxReader() : thread_(CreateThread(nullptr, 0, &MessageBoxReader::Run, this, 0, nullptr)) {}
-  ~MessageBoxReader() { Text(); }
-  std::wstring Text() {
-    WaitForSingleObject(thread_.Get(), INFINITE);
-    return text_;
+// Answers the next message box of this process with OK and returns its text.
+std::wstring AnswerMessageBox() {
+  for (int i = 0; i < 200; ++i, Sleep(50)) {
+    const HWND box = FindWindowW(L"#32770", L"Veltranet");
+    if (!box) continue;
+    wchar_t text[1024] = {};
+    GetDlgItemTextW(box, 0xFFFF, text, 1024);
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+    return text;
   }
-
- private:
-  static DWORD WINAPI Run(void* self) {
-    static_cast<MessageBoxReader*>(self)->Read();
-    return 0;
-  }
-  void Read() {
-    for (int i = 0; i < 200; ++i, Sleep(50)) {
-      const HWND box = FindWindowW(L"#32770", L"Veltranet");
-      if (!box) continue;
-      wchar_t text[1024] = {};
-      GetDlgItemTextW(box, 0xFFFF, text, 1024);
-      text_ = text;
-      PostMessageW(box, WM_COMMAND, IDOK, 0);
-      return;
-    }
-  }
-
-  std::wstring text_;
-  CKernelHandle thread_;
-};
+  return {};
+}
 
 // The sections of an INF file's driver lead to its file and to a service whose name stands in [Strings].
 void ExpectDriver(const std::wstring& service, const wchar_t* displayName) {
@@ -98,7 +69,7 @@ void ExpectDriver(const std::wstring& service, const wchar_t* displayName) {
 
 TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
   SKIP_OUTSIDE_THROW_AWAY_PREFIX();
-  const Answers answers;
+  const std::size_t earlier = Answers().size();
   const fs::path package = MakePackage();
   RootDevice server(kMultiportClass, L"VELTRANET", L"Root\\Veltranet");
   ASSERT_TRUE(server.IsMade());
@@ -109,8 +80,8 @@ TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
   EXPECT_EQ(server.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallCard");
   EXPECT_EQ(server.Text(DIREG_DEV, L"UnInstall"), L"kduninst.exe");
   // DIF_INSTALLDEVICE wants to be called again (0xe0000226); the steps around it are let through.
-  EXPECT_THAT(answers.Get(), testing::Contains("0xe0000226.").Times(1));
-  EXPECT_THAT(answers.Get(), testing::Contains("0.").Times(testing::Ge(1u)));
+  EXPECT_THAT(Answers(earlier), testing::Contains("0xe0000226.").Times(1));
+  EXPECT_THAT(Answers(earlier), testing::Contains("0.").Times(testing::Ge(1u)));
 
   EXPECT_EQ(GetModuleHandleW(L"KdUUI10.DLL"), nullptr) << "freed after every call";
   fs::copy_file(ProgramFolder() / L"kduninst.exe", SystemFolder() / L"kduninst.exe");
@@ -120,7 +91,7 @@ TEST(DeviceInstaller, InstallsADeviceServerAndAsksItsCoInstaller) {
 
 TEST(DeviceInstaller, InstallsAPortWithItsPageAndRefusesItsUpdate) {
   SKIP_OUTSIDE_THROW_AWAY_PREFIX();
-  const Answers answers;
+  const std::size_t earlier = Answers().size();
   const fs::path package = MakePackage();
   RootDevice port(kPortsClass, L"KDPORT", L"KdNBus\\VeltranetPort");
   ASSERT_TRUE(port.IsMade());
@@ -130,12 +101,12 @@ TEST(DeviceInstaller, InstallsAPortWithItsPageAndRefusesItsUpdate) {
   EXPECT_EQ(port.Text(DIREG_DRV, L"CoInstallers32"), L"KdUUI10.DLL,KdUCoInstallPort");
   EXPECT_EQ(port.Text(DIREG_DRV, L"EnumPropPages32"), L"KdUUI10.DLL,KdUPortPropPage");
   EXPECT_EQ(port.Text(DIREG_DEV, L"NoUpgrade"), L"1");
-  EXPECT_THAT(answers.Get(), testing::Contains("0xe0000226.").Times(1));
+  EXPECT_THAT(Answers(earlier), testing::Contains("0xe0000226.").Times(1));
 
-  MessageBoxReader message;
+  auto message = std::async(std::launch::async, &AnswerMessageBox);
   port.Call(DIF_UPDATEDRIVER_UI);
-  EXPECT_THAT(message.Text(), testing::StartsWith(L"Please update the Keldrin Veltranet driver"));
-  EXPECT_EQ(answers.Get().back(), "0xe000022b.");
+  EXPECT_THAT(message.get(), testing::StartsWith(L"Please update the Keldrin Veltranet driver"));
+  EXPECT_EQ(Answers(earlier).back(), "0xe000022b.");
 }
 
 }  // namespace

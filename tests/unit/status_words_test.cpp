@@ -83,7 +83,7 @@ TEST(ChoiceListTest, LastMatchIsFound) {
   const ChoiceList list = {{L"x", 1}, {L"y", 3}, {L"z", 1}};
   EXPECT_EQ(FindChoice(list, 1, false), 2U);
   EXPECT_EQ(FindChoice(list, 2, false), std::nullopt);
-  EXPECT_EQ(FindChoice(list, 2, true), 1U);
+  EXPECT_EQ(FindChoice(list, 3, true), 1U);
 }
 
 TEST(PortsDefaultTest, OrderAndLettersAreThoseOfThePage) {
