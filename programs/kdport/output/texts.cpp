@@ -68,7 +68,8 @@ constexpr Row kRows[] = {
     {Text::NameMissing, "name-missing", "{0}: PortName is \"{1}\", which is no COM name",
      "let the installer name it: update its driver"},
     {Text::FriendlyNameDiffers, "friendly-name-differs", "{0}: the friendly name is \"{1}\"", kRepair},
-    {Text::DosDeviceMissing, "dos-device-missing", "{0}: {1} is no DOS device", kRepair},
+    {Text::DosDeviceMissing, "dos-device-missing", "{0}: {1} is no DOS device",
+     "kdport repair mends it where the serial map names the port; else restart the device"},
     {Text::DosDeviceElsewhere, "dos-device-elsewhere", "{0}: the DOS device {1} points at {2}, not at {3}",
      kRepair},
     {Text::SerialMapMissing, "serial-map-missing", "{0}: {1} is not in the serial map", kRepair},
@@ -77,6 +78,7 @@ constexpr Row kRows[] = {
     {Text::NameShared, "name-shared", "{0}: {1} has {2} too", "rename one of them: kdport rename {3} COMn"},
     {Text::Ghost, "ghost", "{0} is claimed by nobody that is present{1}",
      "kdport repair --release-ghosts releases it, unless another maker's absent device has it"},
+    {Text::DatabaseClosed, "database-closed", "the COM name database cannot be read", ""},
 
     {Text::UndoNotWritten, "undo-not-written", "the undo file cannot be written: nothing was changed",
      "name another file with --undo"},

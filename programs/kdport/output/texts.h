@@ -57,6 +57,7 @@ enum class Text {
   NumberUnclaimed,
   NameShared,
   Ghost,
+  DatabaseClosed,
   // What became of a step.
   UndoNotWritten,
   StepFailed,

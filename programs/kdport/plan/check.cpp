@@ -18,6 +18,7 @@ class CChecker {
  public:
   explicit CChecker(const Host& host) : host_(host) {}
 
+  void CheckReadable();
   void CheckPort(std::size_t i);
   void FindGhosts();
   std::vector<Finding> Take() { return std::move(findings_); }
@@ -35,6 +36,10 @@ class CChecker {
   const Host& host_;
   std::vector<Finding> findings_;
 };
+
+void CChecker::CheckReadable() {
+  if (!host_.claimed) findings_.push_back({.message = {Text::DatabaseClosed, {}}, .port = {}, .mend = {}});
+}
 
 void CChecker::CheckPort(std::size_t i) {
   const Port& port = host_.ports[i];
@@ -126,6 +131,7 @@ bool CChecker::IsShared(const Port& port) const {
 
 std::vector<Finding> CheckHost(const Host& host, std::span<const std::size_t> ports, bool ghosts) {
   CChecker checker(host);
+  checker.CheckReadable();
   for (const std::size_t i : ports) checker.CheckPort(i);
   if (ghosts) checker.FindGhosts();
   return checker.Take();

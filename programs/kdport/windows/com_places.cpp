@@ -31,6 +31,7 @@ CComPlaces::CComPlaces(CCOMPortUtil& port, const std::string& kernelDevice)
 }
 
 bool CComPlaces::Mend(Place place) {
+  if (Agrees(place)) return true;
   if (place == Place::FriendlyName) static_cast<void>(MendFriendlyName());
   if (place == Place::DosDevice) static_cast<void>(MendDosDevice());
   if (place == Place::SerialMap) static_cast<void>(MapKernelDevice(kernelDevice_, name_));
@@ -58,7 +59,7 @@ bool CComPlaces::Agrees(Place place) {
     case Place::SerialMap:
       return IsMapped();
     case Place::Database:
-      return !IsFree(ComNumberOf(name_.View()));
+      return IsClaimed(ComNumberOf(name_.View()));
     case Place::None:
       break;
   }
@@ -100,19 +101,29 @@ bool CComPlaces::MendDosDevice() {
   return false;
 }
 
-void CComPlaces::RemoveStray(const CWideString& other) {
+bool CComPlaces::RemoveStray(const CWideString& other) {
   CWideString target;
-  if (other == name_ || !ReadDosDevice(other, target) || target != kernelDevice_) return;
-  RemoveDosDevice(other, kernelDevice_);
+  if (other == name_ || !ReadDosDevice(other, target) || target != kernelDevice_) return true;
+  return RemoveDosDevice(other, kernelDevice_);
 }
 
-void CComPlaces::RemoveStrays() {
-  for (std::int32_t number = 1; number <= kHighestNumber; ++number) RemoveStray(ComNameOf(number));
+bool CComPlaces::RemoveStrays() {
+  bool removed = true;
+  for (std::int32_t number = 1; number <= kHighestNumber; ++number) {
+    removed = RemoveStray(ComNameOf(number)) && removed;
+  }
+  return removed;
 }
 
 bool CComPlaces::IsFree(std::int32_t number) {
   const CComDatabaseScope database(port_);
   return port_.IsComNumberFree(static_cast<DWORD>(number));
+}
+
+bool CComPlaces::IsClaimed(std::int32_t number) {
+  const CComDatabaseScope database(port_);
+  const std::optional<ComUsage> usage = port_.ReadComUsage();
+  return usage && !IsNumberFree(*usage, static_cast<std::uint32_t>(number));
 }
 
 bool CComPlaces::Release(std::int32_t number) {

@@ -20,13 +20,14 @@ class CComPlaces {
   [[nodiscard]] bool Mend(Place place);
   // The first place that does not agree; Place::None when all do.
   [[nodiscard]] Place FirstWrong();
-  // Takes another name away that still leads to the port's kernel device.
-  void RemoveStray(const CWideString& other);
+  // Takes another name away that still leads to the port's kernel device; false when that is refused.
+  [[nodiscard]] bool RemoveStray(const CWideString& other);
   // The same for all COM names.
-  void RemoveStrays();
+  [[nodiscard]] bool RemoveStrays();
 
-  // Whether the COM name database answers, and has a number free.
+  // Whether the COM name database answers, and has a number free, respectively claimed.
   [[nodiscard]] bool IsFree(std::int32_t number);
+  [[nodiscard]] bool IsClaimed(std::int32_t number);
   [[nodiscard]] bool Release(std::int32_t number);
 
  private:

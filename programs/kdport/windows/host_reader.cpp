@@ -82,6 +82,7 @@ class CHostReader {
   SerialMap serialMap_;
   std::array<std::string, kHighestNumber + 1> dosDevices_;  // by number; empty: no such DOS device
   std::set<std::string> presentNames_;
+  DWORD unread_ = ERROR_SUCCESS;  // why it cannot be said whose a device is; one without a driver is nobody's
 };
 
 Outcome CHostReader::Read() {
@@ -91,6 +92,7 @@ Outcome CHostReader::Read() {
   serialMap_ = ReadSerialMap();
   ReadDosDevices();
   if (!ReadDevices()) return {Outcome::Failed, "the list of devices: " + ErrorWords(GetLastError())};
+  if (unread_ != ERROR_SUCCESS) return {Outcome::Failed, "the driver of a device: " + ErrorWords(unread_)};
   for (Port& port : host_.ports) CompletePort(port);
   for (ForeignDevice& device : host_.foreign) {
     if (device.present) device.kernelDevice = TargetOf(device.name);
@@ -124,6 +126,8 @@ void CHostReader::ReadDevice(HDEVINFO devices, SP_DEVINFO_DATA& element) {
   const bool isNamed = ReadDevRegString(devices, element, kPortName, name);
   if (!isNamed && !IsEqualGUID(element.ClassGuid, kPortsClass)) return;
   const CKDDeviceRegInfo device(devices, element);
+  CWideString driverKey;
+  if (!device.GetDriverKeyName(driverKey) && GetLastError() != ERROR_INVALID_DATA) unread_ = GetLastError();
   CWideString id, text;
   static_cast<void>(GetInstanceId(element.DevInst, id));
   ULONG status = 0, problem = 0;

@@ -36,6 +36,7 @@ class CSettlement {
         renamed_(places_.Name() == ComNameOf(wanted)) {}
 
   [[nodiscard]] Outcome Settle() {
+    if (places_.Name().IsEmpty()) return Failure("PortName cannot be read any more");
     if (!renamed_) what_ = PlaceText(places_.FirstWrong()) + " cannot be changed";
     // Only who had given the old number up has taken the new one.
     const bool leftBehind = renamed_ || places_.IsFree(before_);
@@ -43,7 +44,8 @@ class CSettlement {
       if (!places_.Mend(place)) what_ = PlaceText(place) + " cannot be changed: kdport repair mends it";
     }
     const std::int32_t left = renamed_ ? before_ : wanted_;
-    places_.RemoveStray(ComNameOf(left));
+    if (!places_.RemoveStray(ComNameOf(left)))
+      what_ = "the DOS device " + ComName(left) + " cannot be removed";
     if (leftBehind) Release(left);
     return what_.empty() ? Outcome() : Failure(what_);
   }
@@ -136,8 +138,10 @@ Outcome CWindowsHost::Mend(const Port& port, Place place) {
   if (Outcome opened = device.Open(port.instanceId); opened.kind != Outcome::Done) return opened;
   CCOMPortUtil util(device.Set(), device.Element());
   CComPlaces places(util, port.kernelDevice);
+  if (Utf8(places.Name()) != port.name) return Failure("PortName cannot be read, or has changed");
   if (!places.Mend(place)) return Failure(PlaceText(place) + " cannot be changed");
-  if (place == Place::DosDevice) places.RemoveStrays();
+  if (place == Place::DosDevice && !places.RemoveStrays())
+    return Failure("another DOS device of it cannot be removed");
   return {};
 }
 

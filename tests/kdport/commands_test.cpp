@@ -1,0 +1,255 @@
+// kdport's commands on a host of three ports, COM5 to COM7, with a modem on COM3.
+#include "workbench/rig/rig.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/kdport/probe/kdport_probe.h"
+#include "workbench/machine/models/device_text.h"
+
+namespace workbench {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr char kHeader[] = "server,index,name,baud\n";
+constexpr char kServer[] = "ROOT\\VELTRANET\\0001";
+
+std::string RowOf(int index, const std::string& rest) {
+  return std::string(kServer) + "," + std::to_string(index) + "," + rest + "\n";
+}
+
+struct Host {
+  Rig rig{{.comNumbers = {5, 6, 7}, .web = false, .loaded = false}};
+  ProbeFunction* probe = nullptr;
+  ProbeRun run;
+
+  Host() {
+    for (unsigned number = 1; number <= 3; ++number) PointAt(rig.Driver(number - 1), rig.web, number);
+    AddForeignPort(rig.machine, 3);
+    rig.Load(FolderOf(nullptr) + L"kdport_probe.dll");
+    probe = reinterpret_cast<ProbeFunction*>(
+        reinterpret_cast<AnyFunction>(GetProcAddress(rig.dll->Module(), "RunKdPortProbe")));
+  }
+  int Do(const std::vector<const char*>& words) {
+    run.words = words.data();
+    run.count = static_cast<int>(words.size());
+    run.printed.fill('\0');
+    return probe(&run);
+  }
+  int Apply(const std::string& file) {
+    run.file = file.c_str();
+    return Do({"apply", "a.csv"});
+  }
+  std::string Printed() const { return run.printed.data(); }
+  // "5 6 7": the ports' numbers; with an exclamation mark where the places disagree.
+  std::string Names() {
+    std::string names;
+    for (unsigned index = 0; index < 3; ++index) {
+      const ComPlaces places = PlacesOf(rig.machine, rig.Port(index));
+      names += std::to_string(ComNumberOf(places.portName)) + (places.Agree() ? " " : "! ");
+    }
+    return names;
+  }
+  std::vector<std::uint32_t> Bauds() {
+    std::vector<std::uint32_t> bauds;
+    for (unsigned index = 0; index < 3; ++index) bauds.push_back(rig.PortSet(index).Number("Baudrate"));
+    return bauds;
+  }
+};
+
+TEST(KdPortCommands, EachEndsAsItsManualSays) {
+  const std::string rename = kHeader + RowOf(1, "COM9,");
+  const struct {
+    std::vector<const char*> words;
+    int exit;
+    const char* says;
+    const char* names = "5 6 7 ";
+    std::string file = {};
+    void (*prepare)(Host&) = nullptr;
+  } cases[] = {
+      {{"--help"}, 0, "Exit status"},
+      {{"rename", "--help"}, 0, "COMn"},
+      {{}, 2, "--help"},
+      {{"frob"}, 2, "no command is called frob"},
+      {{"frob", "--json"}, 2, "\"exit\": 2"},
+      {{"list"}, 0, "COM6  ROOT\\VELTRANET\\0001  2"},
+      {{"list", "COM6", "--json"}, 0, "\"index\": 2"},
+      {{"list", "com9*"}, 259, "no such port: com9*"},
+      {{"list", "--timeout", "x"}, 2, "timeout"},
+      {{"check"}, 0, "All places agree"},
+      {{"check"},
+       1,
+       "COM12 is claimed by nobody",
+       "5 6 7 ",
+       {},
+       [](Host& h) { h.rig.machine.ComNames().Claim(12); }},
+      {{"repair"}, 0, "database", "5 6 7 ", {}, [](Host& h) { h.rig.machine.ComNames().Release(6); }},
+      {{"rename", "COM5", "COM42"}, 0, "done", "42 6 7 "},
+      {{"rename", "ROOT\\VELTRANET\\0001/2", "COM42"}, 0, "done", "5 42 7 "},
+      {{"rename", "COM5", "COM6"}, 1, "ROOT\\VELTRANET\\0001/2 has it"},
+      {{"rename", "COM5", "COM3"}, 1, "ACPI\\PNP0501\\3) has it"},
+      {{"rename", "COM5", "COM256"}, 2, "\"COM256\" is not a COM name"},
+      {{"rename", "all", "COM42"}, 2, "all is 3 ports"},
+      {{"rename", "COM5", "COM42"},
+       1,
+       "--force",
+       "5 6 7 ",
+       {},
+       [](Host& h) { h.rig.Port().port->openElsewhere = true; }},
+      {{"rename", "COM5", "COM42", "--force"},
+       0,
+       "done",
+       "42 6 7 ",
+       {},
+       [](Host& h) { h.rig.Port().port->openElsewhere = true; }},
+      {{"rename", "COM5", "COM42"},
+       5,
+       "administrator",
+       "5 6 7 ",
+       {},
+       [](Host& h) { h.run.administrator = false; }},
+      {{"set", "all", "--baud", "19200"}, 0, "done"},
+      {{"set", "all"}, 2, "name at least one of --baud"},
+      {{"set", "COM5", "--data", "9"}, 2, "--data: \"9\" is not 5 to 8"},
+      {{"set", "COM5", "--baud", "5000000"}, 1, "it supports"},
+      {{"set", "COM5", "--baud", "300"},
+       1,
+       "refused",
+       "5 6 7 ",
+       {},
+       [](Host& h) { h.rig.Driver().Inject({.operation = DriverFault::Operation::Write}); }},
+      {{"network", "COM5", "--address", "10.0.0.9", "--data-port", "4001"}, 0, "done"},
+      {{"network", "COM5", "--web-port", "0"}, 2, "is not 1 to 65535"},
+      {{"export"}, 0, "ROOT\\VELTRANET\\0001,3,COM7"},
+      {{"export", "x.csv"},
+       1,
+       "x.csv cannot be written",
+       "5 6 7 ",
+       {},
+       [](Host& h) { h.run.filesAreWritable = false; }},
+      {{"apply", "no.csv"}, 2, "no.csv cannot be read"},
+      {{"apply", "a.csv", "--dry-run"}, 0, "COM5  ->  COM9", "5 6 7 ", rename},
+      {{"apply", "a.csv"},
+       1,
+       "undo file cannot be written",
+       "5 6 7 ",
+       rename,
+       [](Host& h) { h.run.filesAreWritable = false; }},
+      {{"apply", "a.csv"}, 2, "row 2, column name", "5 6 7 ", kHeader + RowOf(1, "COM0,")},
+      {{"apply", "a.csv"}, 259, "(row 2)", "5 6 7 ", kHeader + RowOf(9, "COM9,")},
+      {{"apply", "a.csv"}, 0, "done", "6 5 7 ", kHeader + RowOf(1, "COM6,") + RowOf(2, "COM5,")},
+      {{"update-driver", "KDNBUS\\VELTRANETPORT", "x.inf"},
+       0,
+       "Restart Windows",
+       "5 6 7 ",
+       {},
+       [](Host& h) { h.rig.machine.System().updateNeedsReboot = true; }},
+      {{"update-driver", "NOBODY", "x.inf"}, 1, "no driver of x.inf"},
+  };
+  for (const auto& row : cases) {
+    Host host;
+    if (row.prepare != nullptr) row.prepare(host);
+    if (!row.file.empty()) host.run.file = row.file.c_str();
+    SCOPED_TRACE(testing::PrintToString(row.words) + " " + row.says);
+    EXPECT_EQ(host.Do(row.words), row.exit) << host.Printed();
+    EXPECT_THAT(host.Printed(), HasSubstr(row.says));
+    if (row.prepare == nullptr || row.exit == 0) {
+      EXPECT_EQ(host.Names(), row.names);
+    }
+    EXPECT_TRUE(host.rig.Boxes().empty());
+  }
+}
+
+// Three names in a circle, and a setting for each: four renames and three writes.
+const std::string kCircle =
+    kHeader + RowOf(1, "COM6,19200") + RowOf(2, "COM7,19200") + RowOf(3, "COM5,19200");
+
+TEST(KdPortCommands, ARunThatEndsAtAnyStepIsTakenBackByItsUndoFile) {
+  for (int step = 0; step <= 7; ++step) {
+    Host host;
+    const std::vector<std::uint32_t> before = host.Bauds();
+    host.run.interruptAt = step < 7 ? step : -1;
+    EXPECT_EQ(host.Apply(kCircle), step < 7 ? 1 : 0) << host.Printed();
+    if (step == 7) {
+      EXPECT_EQ(host.Names(), "6 7 5 ");
+    }
+    host.run.interruptAt = -1;
+    const std::string undo = host.run.written.data();
+    EXPECT_EQ(host.Apply(undo), 0) << host.Printed();
+    EXPECT_EQ(host.Names(), "5 6 7 ") << step;
+    EXPECT_EQ(host.Bauds(), before) << step;
+  }
+}
+
+// The calls that an undisturbed run makes and that succeed, as faults to inject: one at a time. Of those that
+// read the host, before the first change, every seventh.
+std::vector<Fault> FaultsOf(Host& host) {
+  std::map<std::string, std::uint64_t> seen;
+  std::size_t read = 0;
+  std::vector<Fault> faults;
+  for (const Call& call : host.rig.machine.Calls().Log()) {
+    const std::uint64_t place = ++seen[call.function];
+    const FunctionRow* row = FindRow(call.function);
+    const bool changes = seen.contains("DefineDosDeviceW") || seen.contains("RegSetValueExW");
+    if (!changes && ++read % 7 != 0) continue;
+    if (!call.succeeded || row->failure.outcome == Outcome::CannotFail) continue;
+    faults.push_back({.function = call.function, .from = place});
+  }
+  return faults;
+}
+
+// What these answer when they fail is what they answer of a device that is not present or has no driver.
+bool SaysNothingIsThere(const Fault& fault) {
+  return fault.function == "CM_Get_DevNode_Status" || fault.function == "SetupDiGetDeviceRegistryPropertyW";
+}
+
+// Makes the circle, or mends a port whose places disagree. Nothing is to be lost by a call that fails: what
+// is not done is reported, and what the run leaves is mended by running kdport again.
+void SweepOver(bool repair) {
+  const auto prepare = [repair](Host& host) {
+    if (!repair) return;
+    host.rig.machine.DosNames().Remove(L"COM6", L"", false);
+    host.rig.machine.ComNames().Release(6);
+    host.rig.machine.Registry().SetText(kSerialCommKey, host.rig.Port(2).port->kernelDevice, L"COM16");
+  };
+  const auto work = [repair](Host& host) { return repair ? host.Do({"repair"}) : host.Apply(kCircle); };
+  const char* const wanted = repair ? "5 6 7 " : "6 7 5 ";
+  std::vector<Fault> faults;
+  {
+    Host host;
+    prepare(host);
+    host.rig.machine.Calls().ClearLog();
+    ASSERT_EQ(work(host), 0) << host.Printed();
+    ASSERT_EQ(host.Names(), wanted);
+    faults = FaultsOf(host);
+  }
+  ASSERT_GT(faults.size(), 20u);
+  for (const Fault& fault : faults) {
+    Host host;
+    prepare(host);
+    host.rig.machine.Calls().ClearLog();
+    host.rig.machine.Calls().Inject(fault);
+    const int exit = work(host);
+    const std::string said = host.Printed();
+    host.rig.machine.Calls().ClearFaults();
+    SCOPED_TRACE(fault.function + " " + std::to_string(fault.from) + "\n" + said);
+    if (exit == 0 && !SaysNothingIsThere(fault)) {
+      EXPECT_EQ(host.Names(), wanted);
+    }
+    static_cast<void>(host.Do({"repair", "--release-ghosts"}));
+    EXPECT_EQ(work(host), 0) << host.Printed();
+    EXPECT_EQ(host.Names(), wanted) << Narrow(FormatPlaces(AllComPlaces(host.rig.machine)));
+    EXPECT_EQ(host.rig.machine.ComNames().Claimed().size(), 4u);
+    EXPECT_TRUE(host.rig.Boxes().empty());
+  }
+}
+
+TEST(KdPortFaults, EachFailedCallOfApplyIsReportedAndNothingIsLost) {
+  SweepOver(false);
+}
+TEST(KdPortFaults, EachFailedCallOfRepairIsReportedAndNothingIsLost) {
+  SweepOver(true);
+}
+
+}  // namespace
+}  // namespace workbench
