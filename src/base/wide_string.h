@@ -1,6 +1,7 @@
 // The system's text type. Portable, except for LoadFromTable.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -139,8 +140,7 @@ class CWideString {
 
  private:
   struct FormatArgument {
-    template <class T>
-    requires std::is_integral_v<T>
+    template <std::integral T>
     explicit FormatArgument(T value) : number(static_cast<std::int64_t>(value)) {}
     explicit FormatArgument(const CWideString& value) : text(value.View()) {}
     explicit FormatArgument(std::wstring_view value) : text(value) {}

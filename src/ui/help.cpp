@@ -7,8 +7,8 @@
 #include <string>
 
 #include "base/export_guard.h"
-#include "base/system_function.h"
 #include "base/system_dll.h"
+#include "base/system_function.h"
 #include "base/unique_handle.h"
 #include "base/wide_string.h"
 

@@ -8,9 +8,10 @@
 
 namespace {
 
+using StatusText = CWideString PortStatus::*;
 struct StatusRow {
   int control;
-  CWideString PortStatus::*text;
+  StatusText text;
 };
 
 // In the order in which they are filled.

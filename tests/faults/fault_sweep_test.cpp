@@ -271,8 +271,8 @@ TEST_P(FaultSweep, EachCallAndEveryLaterOfItsFunction) {
   Report("and every later one", undisturbed_.calls);
 }
 
-// Parameters and list entries are made in loops, by the hundred: of the allocations on one path of calls the first
-// and the last are failed.
+// Parameters and list entries are made in loops, by the hundred: of the allocations on one path of calls the
+// first and the last are failed.
 TEST_P(FaultSweep, EachAllocation) {
   std::map<std::uint64_t, std::uint64_t> last;
   std::set<std::uint64_t> seen;
@@ -299,13 +299,16 @@ TEST_P(FaultSweep, EachAllocationAndEveryLater) {
   Report("allocations from one on", undisturbed_.allocations);
 }
 
+bool IsNoNameCharacter(char c) {
+  return std::isalnum(static_cast<unsigned char>(c)) == 0;
+}
+
 // The part changes fastest, so that each of four shards gets one of every scenario.
 INSTANTIATE_TEST_SUITE_P(Scenarios, FaultSweep,
                          testing::Combine(testing::ValuesIn(Scenarios()), testing::Range(0u, kParts)),
                          [](const auto& test) {
                            std::string name(std::get<0>(test.param).name);
-                           std::ranges::replace_if(
-                               name, [](char c) { return std::isalnum(c) == 0; }, '_');
+                           std::ranges::replace_if(name, IsNoNameCharacter, '_');
                            return name + "_" + std::to_string(std::get<1>(test.param));
                          });
 

@@ -1,6 +1,6 @@
 // A hostile status document against hostile settings. Input: the port's own settings (twelve bytes), how the
-// answer is cut into pieces as the network delivers it, and whether something long comes before the document (two
-// bytes), then the document.
+// answer is cut into pieces as the network delivers it, and whether something long comes before the document
+// (two bytes), then the document.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -29,7 +29,8 @@ std::string_view Deliver(CDocumentBuffer& buffer, std::string_view answer, std::
 
 void CheckTexts(const PortStatus& status, std::size_t documentLength) {
   Require(IsOneOf(status.state, {L"Idle", L"Connected", L"Tunneling", L"Offline"}), "state");
-  Require(IsOneOf(status.mode, {L"RS232", L"RS422/485", L"RS232/422/485", L"I/O Control", L"Unknown"}), "mode");
+  Require(IsOneOf(status.mode, {L"RS232", L"RS422/485", L"RS232/422/485", L"I/O Control", L"Unknown"}),
+          "mode");
   Require(IsOneOf(status.parity, {L"None", L"Odd", L"Even", L"Mark", L"Space"}), "parity");
   Require(IsOneOf(status.stopBits, {L"1", L"1.5", L"2", L"None"}), "stop bits");
   Require(IsOneOf(status.flowControl, {L"None", L"CTS/RTS", L"DTR/DSR", L"Xon/Xoff"}), "flow control");
@@ -53,7 +54,8 @@ void CheckSettings(const CVcpParameters& before, const CVcpParameters& after) {
 
 void CheckBoxes(const PortStatus& status, const CVcpParameters& port, std::uint32_t index) {
   const bool isRs422485 = IsRs422485Port(port.PortType, index);
-  Require(status.boxes.cts.checked.has_value() && status.boxes.dsr.checked.has_value(), "boxes show something");
+  Require(status.boxes.cts.checked.has_value() && status.boxes.dsr.checked.has_value(),
+          "boxes show something");
   Require(!isRs422485 || (status.showDuplex && !status.showOverrideMarks && *status.boxes.dsr.checked),
           "an RS-422/485 port has a duplex mode and no DSR");
   Require(port.CtsSupported != 0 || status.boxes.cts.boxEnabled == false, "no CTS, no choice");
@@ -65,8 +67,8 @@ void CheckBoxes(const PortStatus& status, const CVcpParameters& port, std::uint3
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t kSettings = 12;
   if (size < kSettings + 2) return 0;
-  // Made once, since registering the parameters takes longer than reading a document; no document changes more
-  // of the bus than its type.
+  // Made once, since registering the parameters takes longer than reading a document; no document changes
+  // more of the bus than its type.
   static CKdUVcpUserModeInterface port;
   static CKdNBusUserModeInterface bus;
   static_cast<CVcpParameters&>(port) = CVcpParameters();
@@ -86,7 +88,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (cut >= 0x8000U) Deliver(buffer, filler, pieceBytes);
   const std::string_view answer(reinterpret_cast<const char*>(data) + kSettings + 2, size - kSettings - 2);
   const std::string_view bytes = Deliver(buffer, answer, pieceBytes);
-  const std::size_t longest = answer.empty() ? CDocumentBuffer::kPieceBytes : std::min(pieceBytes, answer.size());
+  const std::size_t longest =
+      answer.empty() ? CDocumentBuffer::kPieceBytes : std::min(pieceBytes, answer.size());
   Require(bytes.size() <= longest, "of an earlier piece nothing is left");
   CWideString document(std::wstring(bytes.begin(), bytes.end()));
   document.MakeLower();

@@ -7,9 +7,10 @@ namespace workbench {
 namespace {
 
 // One tag of the status document.
+using StateValue = std::optional<unsigned> PortState::*;
 struct StateTag {
   std::string_view name;
-  std::optional<unsigned> PortState::*value;
+  StateValue value;
 };
 constexpr std::array kTags = {
     StateTag{"state", &PortState::state},

@@ -4,30 +4,30 @@
 
 KSPIN_LOCK kd_lock;
 
-NTSTATUS kd_complete(IRP *irp, NTSTATUS status, ULONG_PTR information) {
+NTSTATUS kd_complete(IRP* irp, NTSTATUS status, ULONG_PTR information) {
   irp->IoStatus.Status = status;
   irp->IoStatus.Information = information;
   IoCompleteRequest(irp, IO_NO_INCREMENT);
   return status;
 }
 
-static NTSTATUS NTAPI dispatch_create(DEVICE_OBJECT *device, IRP *irp) {
+static NTSTATUS NTAPI dispatch_create(DEVICE_OBJECT* device, IRP* irp) {
   return kd_port_create(device->DeviceExtension, irp);
 }
 
-static NTSTATUS NTAPI dispatch_close(DEVICE_OBJECT *device, IRP *irp) {
+static NTSTATUS NTAPI dispatch_close(DEVICE_OBJECT* device, IRP* irp) {
   return kd_port_close(device->DeviceExtension, irp);
 }
 
-static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT *device, IRP *irp) {
+static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT* device, IRP* irp) {
   return kd_port_control(device->DeviceExtension, irp);
 }
 
-static void NTAPI unload(DRIVER_OBJECT *driver) {
+static void NTAPI unload(DRIVER_OBJECT* driver) {
   (void)driver;
 }
 
-NTSTATUS NTAPI DriverEntry(DRIVER_OBJECT *driver, UNICODE_STRING *registry_path) {
+NTSTATUS NTAPI DriverEntry(DRIVER_OBJECT* driver, UNICODE_STRING* registry_path) {
   (void)registry_path;
   KeInitializeSpinLock(&kd_lock);
   driver->DriverExtension->AddDevice = kd_add_device;

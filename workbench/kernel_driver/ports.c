@@ -4,11 +4,12 @@
 static const GUID interface_class = {
     0x6E2B9D14, 0x7A3C, 0x4F85, {0x9B, 0x21, 0xC4, 0xD0, 0x7E, 0x5A, 0x1F, 0x93}};
 
-NTSTATUS NTAPI kd_add_device(DRIVER_OBJECT *driver, DEVICE_OBJECT *bus) {
-  DEVICE_OBJECT *device = NULL;
-  const NTSTATUS status = IoCreateDevice(driver, sizeof(struct kd_port_device), NULL, 0x8001, 0, FALSE, &device);
+NTSTATUS NTAPI kd_add_device(DRIVER_OBJECT* driver, DEVICE_OBJECT* bus) {
+  DEVICE_OBJECT* device = NULL;
+  const NTSTATUS status =
+      IoCreateDevice(driver, sizeof(struct kd_port_device), NULL, 0x8001, 0, FALSE, &device);
   if (!NT_SUCCESS(status)) return status;
-  struct kd_port_device *port = device->DeviceExtension;
+  struct kd_port_device* port = device->DeviceExtension;
   port->bus = bus;
   port->open = FALSE;
   port->directory = NULL;
@@ -23,9 +24,10 @@ NTSTATUS NTAPI kd_add_device(DRIVER_OBJECT *driver, DEVICE_OBJECT *bus) {
   return STATUS_SUCCESS;
 }
 
-/* Wine 8.0 cannot enable an interface that has a reference string, nor open a device with more behind its name.
-   So the interface's name without the string becomes a directory, and the string a link to the device in it. */
-static NTSTATUS link_interface(struct kd_port_device *port) {
+/* Wine 8.0 cannot enable an interface that has a reference string, nor open a device with more behind its
+   name. So the interface's name without the string becomes a directory, and the string a link to the device
+   in it. */
+static NTSTATUS link_interface(struct kd_port_device* port) {
   WCHAR target_name[64];
   ULONG size = 0;
   UNICODE_STRING target;
@@ -44,7 +46,7 @@ static NTSTATUS link_interface(struct kd_port_device *port) {
   return IoCreateSymbolicLink(&port->interface_link, &target);
 }
 
-static NTSTATUS publish(struct kd_port_device *port) {
+static NTSTATUS publish(struct kd_port_device* port) {
   WCHAR text[KD_MOST_REFERENCE];
   UNICODE_STRING reference;
   NTSTATUS status = kd_make_reference(port->bus, text, &reference);
@@ -55,7 +57,7 @@ static NTSTATUS publish(struct kd_port_device *port) {
   return NT_SUCCESS(status) ? status : link_interface(port);
 }
 
-static void withdraw(struct kd_port_device *port) {
+static void withdraw(struct kd_port_device* port) {
   if (port->interface_link.Buffer == NULL) return;
   IoSetDeviceInterfaceState(&port->interface_link, FALSE);
   if (port->directory != NULL) {
@@ -67,7 +69,7 @@ static void withdraw(struct kd_port_device *port) {
   RtlInitUnicodeString(&port->interface_link, NULL);
 }
 
-static NTSTATUS NTAPI signal_completion(DEVICE_OBJECT *device, IRP *irp, void *event) {
+static NTSTATUS NTAPI signal_completion(DEVICE_OBJECT* device, IRP* irp, void* event) {
   (void)device;
   (void)irp;
   KeSetEvent(event, IO_NO_INCREMENT, FALSE);
@@ -75,7 +77,7 @@ static NTSTATUS NTAPI signal_completion(DEVICE_OBJECT *device, IRP *irp, void *e
 }
 
 /* Starts what is below first, then this device. */
-static NTSTATUS start(struct kd_port_device *port, IRP *irp) {
+static NTSTATUS start(struct kd_port_device* port, IRP* irp) {
   KEVENT event;
   KeInitializeEvent(&event, NotificationEvent, FALSE);
   IoCopyCurrentIrpStackLocationToNext(irp);
@@ -89,8 +91,8 @@ static NTSTATUS start(struct kd_port_device *port, IRP *irp) {
   return kd_complete(irp, status, 0);
 }
 
-NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT *device, IRP *irp) {
-  struct kd_port_device *port = device->DeviceExtension;
+NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT* device, IRP* irp) {
+  struct kd_port_device* port = device->DeviceExtension;
   const UCHAR minor = IoGetCurrentIrpStackLocation(irp)->MinorFunction;
   if (minor == IRP_MN_START_DEVICE) return start(port, irp);
   if (minor == IRP_MN_REMOVE_DEVICE || minor == IRP_MN_SURPRISE_REMOVAL) withdraw(port);
@@ -98,7 +100,7 @@ NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT *device, IRP *irp) {
       minor == IRP_MN_SURPRISE_REMOVAL) {
     irp->IoStatus.Status = STATUS_SUCCESS;
   }
-  DEVICE_OBJECT *const lower = port->lower;
+  DEVICE_OBJECT* const lower = port->lower;
   IoSkipCurrentIrpStackLocation(irp);
   const NTSTATUS status = IoCallDriver(lower, irp);
   if (minor == IRP_MN_REMOVE_DEVICE) {
@@ -110,17 +112,17 @@ NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT *device, IRP *irp) {
 
 /* Whether the port is opened as agreed: for reading and writing, shared with nobody, existing, overlapped.
    Wine tells no access. */
-static BOOLEAN opened_as_agreed(const IO_STACK_LOCATION *stack) {
+static BOOLEAN opened_as_agreed(const IO_STACK_LOCATION* stack) {
   const ULONG options = stack->Parameters.Create.Options;
-  const IO_SECURITY_CONTEXT *security = stack->Parameters.Create.SecurityContext;
+  const IO_SECURITY_CONTEXT* security = stack->Parameters.Create.SecurityContext;
   const ACCESS_MASK both = FILE_READ_DATA | FILE_WRITE_DATA;
   if (security != NULL && (security->DesiredAccess & both) != both) return FALSE;
   return stack->Parameters.Create.ShareAccess == 0 &&
          (options & (FILE_SYNCHRONOUS_IO_ALERT | FILE_SYNCHRONOUS_IO_NONALERT)) == 0;
 }
 
-NTSTATUS kd_port_create(struct kd_port_device *device, IRP *irp) {
-  const IO_STACK_LOCATION *stack = IoGetCurrentIrpStackLocation(irp);
+NTSTATUS kd_port_create(struct kd_port_device* device, IRP* irp) {
+  const IO_STACK_LOCATION* stack = IoGetCurrentIrpStackLocation(irp);
   NTSTATUS status = STATUS_SUCCESS;
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
   if (device->open || !opened_as_agreed(stack)) {
@@ -133,15 +135,15 @@ NTSTATUS kd_port_create(struct kd_port_device *device, IRP *irp) {
   return kd_complete(irp, status, 0);
 }
 
-NTSTATUS kd_port_close(struct kd_port_device *device, IRP *irp) {
+NTSTATUS kd_port_close(struct kd_port_device* device, IRP* irp) {
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
   device->open = FALSE;
   KeReleaseSpinLock(&kd_lock, irql);
   return kd_complete(irp, STATUS_SUCCESS, 0);
 }
 
-NTSTATUS kd_port_control(struct kd_port_device *device, IRP *irp) {
-  const IO_STACK_LOCATION *stack = IoGetCurrentIrpStackLocation(irp);
+NTSTATUS kd_port_control(struct kd_port_device* device, IRP* irp) {
+  const IO_STACK_LOCATION* stack = IoGetCurrentIrpStackLocation(irp);
   const struct kd_request request = {.code = stack->Parameters.DeviceIoControl.IoControlCode,
                                      .buffer = irp->AssociatedIrp.SystemBuffer,
                                      .input_length = stack->Parameters.DeviceIoControl.InputBufferLength,
