@@ -16,6 +16,8 @@
 #include <vector>
 
 #include "measure.h"
+#include "tests/kdport/probe/kdport_probe.h"
+#include "workbench/machine/models/device_text.h"
 #include "workbench/rig/rig.h"
 
 namespace {
@@ -85,6 +87,28 @@ Cost Reinstall(unsigned ports) {
   return cost;
 }
 
+// kdport gives all ports the numbers of each other, in reverse, by one file.
+Cost ApplyReversed(unsigned ports) {
+  workbench::Rig rig({.comNumbers = Numbers(ports, false), .web = false, .loaded = false});
+  rig.Load(workbench::FolderOf(nullptr) + L"kdport_probe.dll");
+  std::string file = "server,index,name\n";
+  for (unsigned at = 0; at < ports; ++at) {
+    PointAt(rig.Driver(at), rig.web, at + 1);
+    file += "ROOT\\VELTRANET\\0001," + std::to_string(at + 1) + ",COM" + std::to_string(ports - at) + "\n";
+  }
+  const auto apply = reinterpret_cast<ProbeFunction*>(
+      reinterpret_cast<void*>(GetProcAddress(rig.dll->Module(), "RunKdPortProbe")));
+  const char* const words[] = {"apply", "reversed.csv"};
+  ProbeRun run;
+  run.words = words;
+  run.count = 2;
+  run.file = file.c_str();
+  int exit = -1;
+  const Cost cost = Measure(rig.machine, [&] { exit = apply(&run); });
+  Expect(exit == 0 && rig.NameOf(*rig.server.ports.back()) == L"COM1", "the ports are not reversed");
+  return cost;
+}
+
 // The exponent of the growth between the smallest and the largest size: 1 in step with the ports, 2 with
 // their square.
 double Exponent(double smallest, double largest) {
@@ -118,6 +142,7 @@ int main() {
     PrintGrowth("Sorting, from reverse order", Sort);
     PrintGrowth("Renaming one port", Rename);
     PrintGrowth("Reinstalling the server", Reinstall);
+    PrintGrowth("kdport apply, all ports reversed", ApplyReversed);
     return 0;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "install_bench: %s\n", error.what());
