@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -38,6 +40,13 @@ class ModuleImage : public testing::Test {
   }
   DWORD Directory(unsigned entry) const {
     return headers_->OptionalHeader.DataDirectory[entry].VirtualAddress;
+  }
+  const IMAGE_SECTION_HEADER* SectionNamed(const char* name) const {
+    const auto* section = IMAGE_FIRST_SECTION(headers_);
+    const auto* const end = section + headers_->FileHeader.NumberOfSections;
+    while (section != end && std::strncmp(reinterpret_cast<const char*>(section->Name), name, 8) != 0)
+      ++section;
+    return section != end ? section : nullptr;
   }
   std::filesystem::path File() const {
     wchar_t path[MAX_PATH];
@@ -76,6 +85,26 @@ TEST_F(ModuleImage, ImportsOnlyWhatAnInstallerHasLoaded) {
                                             "msvcrt.dll",   "setupapi.dll", "user32.dll"};
   EXPECT_THAT(allowed, testing::IsSupersetOf(names));
   EXPECT_THAT(names, testing::Contains("setupapi.dll"));
+}
+
+// The first call of a delay-loaded function writes its address, which stands behind the pointer to its name.
+TEST_F(ModuleImage, AddressesOfDelayLoadedFunctionsAreWritable) {
+  const auto* const rdata = SectionNamed(".rdata");
+  ASSERT_NE(rdata, nullptr);
+  const std::string_view bytes(At<char>(rdata->VirtualAddress), rdata->Misc.VirtualSize);
+  for (const std::string function : {"ComDBOpen", "HttpOpenRequestW", "PropertySheetW"}) {
+    const std::size_t text = bytes.find('\0' + function + '\0');
+    ASSERT_NE(text, bytes.npos) << function;
+    const char* const name = bytes.data() + text + 1;
+    const std::size_t pointer =
+        bytes.find(std::string_view(reinterpret_cast<const char*>(&name), sizeof(name)));
+    ASSERT_NE(pointer, bytes.npos) << function;
+    MEMORY_BASIC_INFORMATION memory{};
+    VirtualQuery(reinterpret_cast<void* const*>(bytes.data() + pointer)[1], &memory, sizeof(memory));
+    EXPECT_EQ(memory.AllocationBase, module_) << function;
+    EXPECT_TRUE(memory.Protect == PAGE_READWRITE || memory.Protect == PAGE_WRITECOPY)
+        << function << memory.Protect;
+  }
 }
 
 TEST_F(ModuleImage, IsHardenedReproducibleAndStripped) {
