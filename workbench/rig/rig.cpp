@@ -2,11 +2,11 @@
 
 namespace workbench {
 
-Rig::Rig(const RigSpec& spec) {
+Rig::Rig(const RigOptions& options) {
   wanted.driver = [this](unsigned index) { return DriverOf(index); };
-  if (spec.web) StartWeb();
-  if (!spec.comNumbers.empty()) AddServer(spec.comNumbers);
-  if (spec.loaded) Load();
+  if (options.web) StartWeb();
+  if (!options.comNumbers.empty()) AddServer(options.comNumbers);
+  if (options.loaded) Load();
 }
 
 DeviceServer& Rig::AddServer(std::vector<unsigned> comNumbers) {

@@ -15,7 +15,7 @@
 
 namespace workbench {
 
-struct RigSpec {
+struct RigOptions {
   std::vector<unsigned> comNumbers{7,
                                    8};  // of the device server's ports, in enumeration order; none: no server
   bool web = true;                      // the device server's HTTP side is up, and the drivers point at it
@@ -26,7 +26,7 @@ struct RigSpec {
 // from 0; the device server itself counts from 1, in its addresses ("/p1") and in SetPort.
 class Rig {
  public:
-  explicit Rig(const RigSpec& spec = {});
+  explicit Rig(const RigOptions& options = {});
   Rig(const Rig&) = delete;
   Rig& operator=(const Rig&) = delete;
 
