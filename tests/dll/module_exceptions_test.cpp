@@ -40,18 +40,24 @@ int Loads() {
   return text != nullptr ? std::atoi(text) : 100;
 }
 
-TEST(ModuleExceptions, LoadsLeaveNothingOfTheProcess) {
-  workbench::Machine machine;
-  const workbench::DeviceServer server = AddDeviceServer(machine, {.comNumbers = {7}});
-  ThrowInTheDll(machine, *server.ports[0]);  // what Windows' own DLLs take is taken once
-  const Left before;
-  for (int load = 1; load <= Loads(); ++load) {
+// Loads and frees the DLL, every tenth time with an exception inside.
+void Load(workbench::Machine& machine, const workbench::Device& port, int times) {
+  for (int load = 1; load <= times; ++load) {
     if (load % 10 == 0) {
-      ThrowInTheDll(machine, *server.ports[0]);
+      ThrowInTheDll(machine, port);
     } else {
       const workbench::Dll dll(machine);
     }
   }
+}
+
+TEST(ModuleExceptions, LoadsLeaveNothingOfTheProcess) {
+  workbench::Machine machine;
+  const workbench::DeviceServer server = AddDeviceServer(machine, {.comNumbers = {7}});
+  // What Windows takes is taken once, and a heap changes its ways for sizes that are asked for often.
+  Load(machine, *server.ports[0], Loads());
+  const Left before;
+  Load(machine, *server.ports[0], Loads());
   const Left after;
   EXPECT_EQ(after.threadSlots, before.threadSlots);
   EXPECT_EQ(after.fiberSlots, before.fiberSlots);
