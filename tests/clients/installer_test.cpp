@@ -103,10 +103,12 @@ TEST(DeviceInstaller, InstallsAPortWithItsPageAndRefusesItsUpdate) {
   EXPECT_EQ(port.Text(DIREG_DEV, L"NoUpgrade"), L"1");
   EXPECT_THAT(Answers(earlier), testing::Contains("0xe0000226.").Times(1));
 
+  // The services of the session write into the same trace: the answer need not be its last line.
+  const std::size_t beforeUpdate = Answers().size();
   auto message = std::async(std::launch::async, &AnswerMessageBox);
   port.Call(DIF_UPDATEDRIVER_UI);
   EXPECT_THAT(message.get(), testing::StartsWith(L"Please update the Keldrin Veltranet driver"));
-  EXPECT_EQ(Answers(earlier).back(), "0xe000022b.");
+  EXPECT_THAT(Answers(beforeUpdate), testing::Contains("0xe000022b.").Times(1));
 }
 
 }  // namespace
