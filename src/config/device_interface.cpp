@@ -31,18 +31,18 @@ bool ReadDetail(HDEVINFO deviceInfoSet, SP_DEVICE_INTERFACE_DATA& instance, DWOR
 
 }  // namespace
 
-bool ReportClassDevsFailure() {
+void ReportClassDevsFailure() {
   const DWORD error = GetLastError();
   std::printf("SetupDiGetClassDevs failed: %x\n", static_cast<unsigned>(error));
   std::fflush(stdout);
-  return false;
 }
 
 bool CKdSetupDi_DeviceInterface::OpenInterfaces(DWORD flags) {
   // Kept on purpose: second search
   static_cast<void>(interfaces_.Release());
-  return OpenClassDevices(interfaces_, interfaceClass_, flags | DIGCF_DEVICEINTERFACE) ||
-         ReportClassDevsFailure();
+  if (OpenClassDevices(interfaces_, interfaceClass_, flags | DIGCF_DEVICEINTERFACE)) return true;
+  ReportClassDevsFailure();
+  return false;
 }
 
 bool CKdSetupDi_DeviceInterface::ReadPath(DWORD index, CWideString& path) const {

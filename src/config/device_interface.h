@@ -10,8 +10,8 @@
 
 // Writes the thread's last error as a line on the standard output, the only line that the system ever writes
 // there: without the list of devices nothing can be configured, and in a console the reason shows. To be
-// called directly after the failing call. Always false, so that it can be returned.
-bool ReportClassDevsFailure();
+// called directly after the failing call.
+void ReportClassDevsFailure();
 
 // A device interface class and the device information set of its instances that a search has opened. The
 // class id is copied; the set is owned and destroyed with the object. One object serves one thread.

@@ -6,7 +6,10 @@
 static_assert(sizeof(SP_DEVINFO_DATA) == 32);
 
 bool CKdSetupDi_ParentDevice::FindParentDevice() {
-  if (!OpenAllDevices(devices_, DIGCF_PRESENT | DIGCF_ALLCLASSES)) return ReportClassDevsFailure();
+  if (!OpenAllDevices(devices_, DIGCF_PRESENT | DIGCF_ALLCLASSES)) {
+    ReportClassDevsFailure();
+    return false;
+  }
   DEVINST parent = 0;
   if (CM_Get_Parent(&parent, child_.DevInst, 0) != CR_SUCCESS) return false;
   parent_ = {};

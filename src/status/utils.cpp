@@ -82,6 +82,7 @@ void CUtils::FillChoiceCombo(const HWND& combo, ChoiceList list, std::int32_t va
 
 // NOLINTBEGIN(performance-unnecessary-value-param): one of the fixed interfaces, which take their texts by
 // value
+// cppcheck-suppress passedByValue ; so is this interface
 void CUtils::FillStringCombo(const HWND& combo, std::vector<CWideString> list,
                              CWideString selectedText) const {
   // NOLINTEND(performance-unnecessary-value-param)

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "config/port_type.h"
 #include "fuzz_checks.h"
 #include "status/document_buffer.h"
 #include "status/port_status.h"

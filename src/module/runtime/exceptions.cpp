@@ -82,7 +82,7 @@ void* __cxa_allocate_exception(std::size_t size) noexcept {
   return free->bytes.data() + kHeaderSize;
 }
 
-// cppcheck-suppress constParameter ; the signature is the ABI's
+// cppcheck-suppress [constParameter, constParameterPointer] ; the signature is the ABI's
 void __cxa_free_exception(void* object) noexcept {
   for (Place& place : places) {
     for (Exception& exception : place.exceptions) {

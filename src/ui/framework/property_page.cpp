@@ -67,6 +67,7 @@ UINT CALLBACK CPropertyPageImpl::PageCallback(HWND, UINT event, PROPSHEETPAGEW* 
     auto* page = reinterpret_cast<CPropertyPageImpl*>(descriptor->lParam);
     page->Detach();
     // The last hold, unless a handler of the page is still running and has its own.
+    // cppcheck-suppress unreadVariable ; it is held
     const std::shared_ptr<CPropertyPageImpl> released = std::move(page->self_);
   }
   return TRUE;
@@ -83,6 +84,7 @@ INT_PTR CALLBACK CPropertyPageImpl::StartDialogProcedure(HWND window, UINT messa
 INT_PTR CALLBACK CPropertyPageImpl::DialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   CPropertyPageImpl* const page = PageOf(window);
   if (page == nullptr) return FALSE;
+  // cppcheck-suppress unreadVariable ; it is held
   const std::shared_ptr<CPropertyPageImpl> keepAlive = page->self_;
   return GuardBoundary(INT_PTR{FALSE}, [&] {
     const CActivationScope scope(page->activation_);
