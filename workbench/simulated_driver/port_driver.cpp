@@ -86,7 +86,7 @@ ParameterValues& PortDriver::Default(std::uint32_t selector) {
 
 void PortDriver::Inject(const DriverFault& fault) {
   if (!CanHave(fault.operation, fault.misbehaviour)) throw std::invalid_argument("no such driver fault");
-  faults_.push_back({fault, 0});
+  faults_.push_back(fault);
 }
 
 std::vector<ParameterValues> PortDriver::Writes() const {
@@ -222,16 +222,11 @@ DriverAnswer PortDriver::AnswerWrite(const DriverRequest& request, DriverRecord&
 }
 
 std::optional<DriverFault> PortDriver::Due(Operation operation, std::optional<std::uint32_t> selector) {
-  std::optional<DriverFault> due;
-  for (ArmedFault& armed : faults_) {
-    const DriverFault& fault = armed.fault;
-    if (fault.operation != operation || (selector && fault.selector && fault.selector != selector)) continue;
-    const unsigned number = ++armed.seen;
-    const bool hit = number >= fault.from &&
-                     (fault.count == DriverFault::kEveryLater || number - fault.from < fault.count);
-    if (hit && !due) due = fault;
+  for (const DriverFault& fault : faults_) {
+    if (fault.operation == operation && (!selector || !fault.selector || fault.selector == selector))
+      return fault;
   }
-  return due;
+  return std::nullopt;
 }
 
 DriverAnswer PortDriver::Violate(std::string text) {

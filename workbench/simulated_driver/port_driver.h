@@ -31,17 +31,14 @@ enum class Misbehaviour {
   TextLength,     // read: the length of the set's first text says `value`
 };
 
-// Which requests misbehave. Matching requests are counted from 1, beginning when the fault is injected.
+// Which requests misbehave, from now on.
 struct DriverFault {
   enum class Operation { Open, Size, Read, Write };
-  static constexpr unsigned kEveryLater = ~0u;
 
   Operation operation = Operation::Read;
   Misbehaviour misbehaviour = Misbehaviour::Refuse;
   std::uint32_t value = ERROR_GEN_FAILURE;
   std::optional<std::uint32_t> selector{};  // nothing: either set; an open has none
-  unsigned from = 1;                        // the first matching request
-  unsigned count = kEveryLater;             // how many
 };
 
 // One request as it came and was answered; code 0 is an open.
@@ -85,10 +82,6 @@ class PortDriver : public DriverEndpoint {
   void Close(std::uint64_t session) override;
 
  private:
-  struct ArmedFault {
-    DriverFault fault;
-    unsigned seen = 0;
-  };
   // What the last size request of a session answered.
   struct SizeReport {
     DWORD dataCode = 0;  // the request that may follow
@@ -110,7 +103,7 @@ class PortDriver : public DriverEndpoint {
 
   std::array<ParameterValues, 2> current_{ParameterValues(kPortSet), ParameterValues(kBusSet)};
   std::array<ParameterValues, 2> default_ = current_;
-  std::vector<ArmedFault> faults_;
+  std::vector<DriverFault> faults_;
   std::map<std::uint64_t, std::optional<SizeReport>> sessions_;
   std::vector<DriverRecord> records_;
   std::vector<std::string> violations_;

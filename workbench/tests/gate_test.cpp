@@ -1,3 +1,4 @@
+// What the gate sees of a module: failed calls, open handles, and misuse, which is refused and reported.
 #include "workbench/machine/gate/gate.h"
 
 #include <gmock/gmock.h>
@@ -45,15 +46,6 @@ TEST_F(GateOfMachine, FailsTheKthCallOfAllWithItsDocumentedFailure) {
   EXPECT_TRUE(gate.CallsOf("QueryDosDeviceW").at(0).injected);
 }
 
-TEST_F(GateOfMachine, FailsOneFunctionFromACallOn) {
-  gate.Inject({.function = "RegOpenKeyExW", .from = 2, .count = Fault::kEveryLater, .error = ERROR_BADKEY});
-  EXPECT_EQ(OpenAndClose(), ERROR_SUCCESS);
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(OpenAndClose(), ERROR_BADKEY);
-  EXPECT_NE(Query(), 0u);
-  gate.ClearFaults();
-  EXPECT_EQ(OpenAndClose(), ERROR_SUCCESS);
-}
-
 TEST_F(GateOfMachine, CountsWhatIsOpenAndReportsASecondClose) {
   HKEY key = nullptr;
   ASSERT_EQ(probe.OpenKey(kKey, &key), ERROR_SUCCESS);
@@ -66,17 +58,47 @@ TEST_F(GateOfMachine, CountsWhatIsOpenAndReportsASecondClose) {
   EXPECT_THAT(gate.Violations(), ElementsAre(HasSubstr("RegCloseKey")));
 }
 
-TEST_F(GateOfMachine, FailsTheKthAllocation) {
-  const auto allocate = [&] { return probe.Call<void*(std::size_t)>("Allocate", std::size_t{10}); };
-  gate.FailAllocation(2);
-  void* first = allocate();
-  EXPECT_NE(first, nullptr);
-  EXPECT_EQ(allocate(), nullptr);
-  void* third = allocate();
-  EXPECT_NE(third, nullptr);
-  EXPECT_EQ(gate.Allocations(), 3u);
-  probe.Call<void(void*)>("Free", first);
-  probe.Call<void(void*)>("Free", third);
+TEST(RedirectionOfMachine, CatchesWhatIsLookedUpAtRunTime) {
+  Machine machine;
+  const ProbeDll probe(machine);
+  using Query = DWORD(WINAPI*)(const wchar_t*, wchar_t*, DWORD);
+  const auto query =
+      reinterpret_cast<Query>(reinterpret_cast<AnyFunction>(probe.Find("kernel32.dll", "QueryDosDeviceW")));
+  machine.DosNames().Define(L"COM3", L"\\Device\\A");
+  wchar_t target[64] = {};
+  EXPECT_NE(query(L"COM3", target, 64), 0u);
+  EXPECT_STREQ(target, L"\\Device\\A");
+  EXPECT_EQ(probe.Find("gdi32.dll", "ComDBOpen"), nullptr);
+  EXPECT_NE(probe.Find("setupapi.dll", "SetupDiSelectDevice"), nullptr);
+  EXPECT_NE(probe.Find("mapi32.dll", "MAPILogon"), nullptr);
+  EXPECT_THAT(machine.Calls().Violations(),
+              ElementsAre(HasSubstr("SetupDiSelectDevice is not simulated"),
+                          HasSubstr("loads mapi32.dll from where it is found first")));
+}
+
+TEST(ComPortsOfMachine, OpenOnlyOnceAndOnlyWhenTheyAreThere) {
+  Machine machine;
+  const DeviceServer server = AddDeviceServer(machine, {.comNumbers = {7, 8}});
+  const ProbeDll probe(machine);
+  const HANDLE open = probe.OpenFile(L"\\\\.\\COM7");
+  ASSERT_NE(open, INVALID_HANDLE_VALUE);
+  EXPECT_EQ(machine.Calls().OpenCount(HandleKind::ComPortFile), 1u);
+  const auto refusal = [&](const wchar_t* path) {
+    EXPECT_EQ(probe.OpenFile(path), INVALID_HANDLE_VALUE);
+    return GetLastError();
+  };
+  EXPECT_EQ(refusal(L"\\\\.\\COM7"), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  EXPECT_TRUE(probe.CloseFile(open));
+  EXPECT_TRUE(probe.CloseFile(probe.OpenFile(L"\\\\.\\com7")));
+  server.ports[1]->port->openElsewhere = true;
+  EXPECT_EQ(refusal(L"\\\\.\\COM8"), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  EXPECT_EQ(refusal(L"\\\\.\\COM9"), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+  EXPECT_THAT(machine.Calls().OpenHandles(), IsEmpty());
+  EXPECT_THAT(machine.Calls().Violations(), IsEmpty());
+  EXPECT_FALSE(probe.CloseFile(open));
+  EXPECT_FALSE(probe.Call<BOOL(HANDLE)>("ControlWithoutCount", open));
+  EXPECT_THAT(machine.Calls().Violations(),
+              ElementsAre(HasSubstr("CloseHandle: not an open handle"), HasSubstr("Windows would crash")));
 }
 
 }  // namespace

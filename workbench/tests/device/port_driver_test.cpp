@@ -1,4 +1,4 @@
-// The simulated driver of a port: what it refuses, and that a fault meets the request that it names.
+// The simulated driver of a port: what it refuses.
 #include "workbench/simulated_driver/port_driver.h"
 
 #include <gmock/gmock.h>
@@ -9,9 +9,7 @@
 namespace workbench {
 namespace {
 
-using testing::IsEmpty;
 using testing::SizeIs;
-using Operation = DriverFault::Operation;
 using Bytes = std::vector<std::byte>;
 
 constexpr DriverOpen kAgreedOpen{
@@ -51,25 +49,16 @@ std::vector<RequestRow> RequestRows() {
   constexpr auto port = kPortSet;
   constexpr auto bus = kBusSet;
   return {
-      {"size of the port's set", none, kGetCurrentSize, Header(port), 4, true},
       {"port's set", port, kGetCurrent, Header(port), 132, true},
-      {"bus's set", bus, kGetCurrent, Header(bus), 151, true},
       {"write of the bus's set", none, kSetCurrent, Write(bus), 0, true},
       {"unused code", none, 0x8001E00C, Header(port), 4, false},
       {"no input", none, kGetCurrentSize, {}, 4, false},
-      {"a byte more than a header", none, kGetDefaultSize, Write(port, -131), 4, false},
-      {"third set", none, kGetCurrentSize, Header(2), 4, false},
       {"wrong mark", none, kGetCurrentSize, Header(port, 0xFFFFFFFE), 4, false},
-      {"size into 8 bytes", none, kGetCurrentSize, Header(port), 8, false},
-      {"read without size", none, kGetCurrent, Header(port), 132, false},
       {"read of the other set", port, kGetCurrent, Header(bus), 151, false},
-      {"defaults after the current size", port, kGetDefault, Header(port), 132, false},
       {"read into too little", port, kGetCurrent, Header(port), 131, false},
-      {"write a byte short", none, kSetCurrent, Write(port, -1), 0, false},
       {"write with an output buffer", none, kSetCurrent, Write(port), 4, false},
       {"text one longer than it is", none, kSetCurrent, Write(bus, 0, 24, 4), 0, false},
       {"text without its zero", none, kSetCurrent, Write(bus, 0, 31, 'x'), 0, false},
-      {"a zero inside a text", none, kSetCurrent, Write(bus, 0, 29, 0), 0, false},
       {"not a 7-bit character", none, kSetCurrent, Write(bus, 0, 28, 0xE4), 0, false},
   };
 }
@@ -101,11 +90,7 @@ TEST_F(PortDriverTest, RefusesAnOpenThatIsNotAsAgreed) {
   } rows[] = {
       {"read only", [](DriverOpen& o) { o.access = GENERIC_READ; }},
       {"shared", [](DriverOpen& o) { o.share = FILE_SHARE_READ; }},
-      {"always", [](DriverOpen& o) { o.disposition = OPEN_ALWAYS; }},
       {"not overlapped", [](DriverOpen& o) { o.flags = 0; }},
-      {"an attribute more", [](DriverOpen& o) { o.flags |= FILE_ATTRIBUTE_NORMAL; }},
-      {"security", [](DriverOpen& o) { o.hasSecurity = true; }},
-      {"template", [](DriverOpen& o) { o.hasTemplate = true; }},
   };
   driver_.Close(session_);
   std::size_t violations = 0;
@@ -143,23 +128,6 @@ TEST_F(PortDriverTest, RefusesAndRecordsEveryMalformedRequest) {
   EXPECT_EQ(driver_.Control(session_, overlapped).error, DWORD{ERROR_INVALID_PARAMETER});
   EXPECT_THAT(driver_.Violations(), SizeIs(violations + 1));
   EXPECT_EQ(driver_.Current(kPortSet), before);
-}
-
-TEST_F(PortDriverTest, FailsTheRequestThatAFaultNames) {
-  driver_.Inject(
-      {.operation = Operation::Size, .value = ERROR_BUSY, .selector = kBusSet, .from = 2, .count = 1});
-  EXPECT_TRUE(AskSize(kBusSet));
-  EXPECT_TRUE(AskSize(kPortSet)) << "not counted";
-  EXPECT_FALSE(AskSize(kBusSet));
-  EXPECT_EQ(driver_.Records().back().error, DWORD{ERROR_BUSY});
-  EXPECT_TRUE(AskSize(kBusSet));
-  driver_.Inject({.operation = Operation::Open, .value = ERROR_ACCESS_DENIED});
-  driver_.Close(session_);
-  EXPECT_EQ(driver_.Open(++session_, kAgreedOpen), DWORD{ERROR_ACCESS_DENIED});
-  EXPECT_EQ(driver_.OpenSessions(), 0u);
-  EXPECT_THAT(driver_.Violations(), IsEmpty());
-  EXPECT_THROW(driver_.Inject({.operation = Operation::Write, .misbehaviour = Misbehaviour::TextLength}),
-               std::invalid_argument);
 }
 
 }  // namespace

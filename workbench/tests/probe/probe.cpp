@@ -1,28 +1,15 @@
-// A small DLL that reaches the platform in every way that the product does: through its import table,
-// through delay-loading, and through what it looks up itself.
+// A small DLL that reaches the platform through its import table and through what it looks up itself.
 #include <windows.h>
 
 #include <setupapi.h>
 
-#include <cstdlib>
-
 extern "C" {
-LONG WINAPI ComDBOpen(HANDLE* database);
-LONG WINAPI ComDBClose(HANDLE database);
-
 #define PROBE __declspec(dllexport)
 
 PROBE DWORD Query(const wchar_t* name) {
   wchar_t target[64];
   return QueryDosDeviceW(name, target, 64);
 }
-PROBE LONG OpenByDelayLoad(HANDLE* database) {
-  return ComDBOpen(database);
-}
-PROBE LONG CloseByDelayLoad(HANDLE database) {
-  return ComDBClose(database);
-}
-
 PROBE FARPROC FindByName(const char* dll, const char* name) {
   return GetProcAddress(LoadLibraryA(dll), name);
 }
@@ -42,12 +29,6 @@ PROBE BOOL ControlWithoutCount(HANDLE file) {
 }
 PROBE BOOL CloseFile(HANDLE file) {
   return CloseHandle(file);
-}
-PROBE void* Allocate(std::size_t size) {
-  return std::malloc(size);
-}
-PROBE void Free(void* memory) {
-  std::free(memory);
 }
 
 PROBE HDEVINFO AllDevices(const GUID* classGuid, DWORD flags) {
