@@ -20,13 +20,6 @@ TEST(WideStringTest, CopiesShareTextUntilOneIsChanged) {
   EXPECT_EQ(first, L"com77");
 }
 
-TEST(WideStringTest, NullAndEmptyAreTheEmptyText) {
-  const CWideString fromNull(static_cast<const wchar_t*>(nullptr));
-  EXPECT_TRUE(fromNull.IsEmpty());
-  EXPECT_STREQ(fromNull.Text(), L"");
-  EXPECT_EQ(fromNull, CWideString(L""));
-}
-
 TEST(WideStringTest, FormatsEveryConversionTheSystemUses) {
   EXPECT_EQ(CWideString::Format(L"%d.%d", -1, 2147483647), L"-1.2147483647");
   EXPECT_EQ(CWideString::Format(L"(%s:%u)", CWideString(L"10.0.0.1"), 4294967295U), L"(10.0.0.1:4294967295)");
@@ -46,21 +39,6 @@ TEST(WideStringTest, FailedConversionKeepsTextAndSetsErrorState) {
   EXPECT_EQ(CWideString(L"QX-582").ToNarrow(2), "QX");
   EXPECT_EQ(CWideString(L"caf\u00E9").ToNarrow(3), "caf");
   EXPECT_EQ(CWideString(L"caf\x80").ToNarrow(4), std::nullopt);
-}
-
-TEST(WideStringTest, ReplaceFindsEveryOccurrenceOnce) {
-  CWideString name(L"Port (COM1) COM1COM11");
-  EXPECT_EQ(name.Replace(L"COM1", L"COM12"), 3U);
-  EXPECT_EQ(name, L"Port (COM12) COM12COM121");
-  EXPECT_EQ(name.Replace(L"", L"x"), 0U);
-}
-
-TEST(WideStringTest, PartsPastTheEndAreEmpty) {
-  const CWideString text(L"COM7");
-  EXPECT_EQ(text.Mid(3), L"7");
-  EXPECT_EQ(text.Mid(1, 2), L"OM");
-  EXPECT_EQ(text.Mid(4), L"");
-  EXPECT_EQ(text.Mid(99, 1), L"");
 }
 
 TEST(Utf16Test, SurrogatesSurviveTheRoundTrip) {

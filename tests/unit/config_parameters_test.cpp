@@ -1,4 +1,4 @@
-// The two parameter sets beside the drivers' own list of them, and what they hold before a driver answered.
+// The two parameter sets beside the drivers' own list of them.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -55,21 +55,6 @@ TEST(ConfigParametersTest, StreamOfTheDriverFillsAMemberForEachOfItsNames) {
   Bus bus;
   ExpectNamesOfTheDrivers(bus, Bus::kSelector);
   ExpectMemberForEachPlace(bus, Bus::kSelector);
-}
-
-TEST(ConfigParametersTest, SetsBeforeADriverAnsweredHoldTheirInitialValues) {
-  Port port;
-  const std::uint32_t kUnknown = 0xFFFFFFFF;
-  Bytes expected;
-  for (const std::uint32_t value :
-       {0U,       921600U,  60U,      0U,       0U,       0U,       0U,       0U,   1U, 0U, kUnknown,
-        kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, 255U, 0U, 0U, 0U,
-        0U,       0U,       0U,       0U,       0U,       1U,       1U,       1U,   1U, 1U, 1U}) {
-    for (int shift = 0; shift < 32; shift += 8) expected.push_back(static_cast<std::uint8_t>(value >> shift));
-  }
-  EXPECT_EQ(Written(port), expected);
-  Bus bus;
-  EXPECT_EQ(Written(bus), Bytes(142)) << "nothing indeterminate reaches a driver";
 }
 
 }  // namespace
