@@ -77,14 +77,6 @@ TEST_F(InstallBackup, ABackupGoesUnlessItHasPageValues) {
   EXPECT_EQ(BaudRate(), 600u) << "restored again";
 }
 
-TEST_F(InstallBackup, APortWithoutABackupIsNew) {
-  Registry().SetDword(Key(), L"Baudrate", 300);
-  InstallAll();
-  EXPECT_EQ(BaudRate(), 300u);
-  EXPECT_EQ(machine.Calls().CountOf("DefineDosDeviceW"), 0u);
-  EXPECT_EQ(PlacesOf(machine, Port()).portsValue, L"9600,n,8,1");
-}
-
 // Without a saved name nothing is renamed and no default written.
 TEST_F(InstallBackup, APortThatIsNotRenamedKeepsItsPortsValue) {
   Registry().SetText(workbench::kPortsKey, L"COM5:", L"115200,e,7,2");
@@ -96,6 +88,7 @@ TEST_F(InstallBackup, APortThatIsNotRenamedKeepsItsPortsValue) {
 
 TEST_F(InstallBackup, TheNumberThatThePortStillHoldsIsClaimedAgainUnasked) {
   Reinstall({5});
+  Port().port->openElsewhere = true;
   machine.Calls().ClearLog();
   InstallAll();
   EXPECT_THAT(PortNames(), ElementsAre(L"COM5"));
@@ -103,20 +96,6 @@ TEST_F(InstallBackup, TheNumberThatThePortStillHoldsIsClaimedAgainUnasked) {
   EXPECT_THAT(Questions(), IsEmpty());
   EXPECT_THAT(machine.Calls().OrderOf({"ComDBReleasePort", "ComDBClaimPort"}),
               ElementsAre("ComDBReleasePort", "ComDBReleasePort", "ComDBClaimPort"));
-}
-
-TEST(InstallBackupOpen, AnOpenPortIsRenamedUnaskedAsLongAsItsNameIsADosDevice) {
-  for (const bool isDevice : {false, true}) {
-    BackupHost host;
-    host.Reinstall({8});
-    host.Port().port->openElsewhere = true;
-    // Asked first whether the port is to be looked at at all.
-    if (!isDevice) host.machine.Calls().Inject({.function = "QueryDosDeviceW", .from = 2});
-    host.InstallAll();
-    EXPECT_THAT(host.PortNames(), ElementsAre(isDevice ? L"COM5" : L"COM8"));
-    EXPECT_THAT(host.machine.ComNames().Claimed(), ElementsAre(isDevice ? 5 : 8));
-    EXPECT_THAT(host.Questions(), IsEmpty());
-  }
 }
 
 TEST_F(InstallBackup, AUsbPortIsRestoredAndThenTakesItsFixedNumber) {
@@ -158,28 +137,6 @@ TEST_F(InstallBackup, OddValuesComeBackAsNumbersAndTextsOrNotAtAll) {
     if (!raw) continue;
     EXPECT_EQ(raw->type, row.type) << row.name.substr(0, 20);
     EXPECT_EQ(Bytes(raw->data.begin(), raw->data.end()), *row.restored) << row.name.substr(0, 20);
-  }
-}
-
-// Nothing is lost that was not there to save, and the ports still go.
-TEST(InstallBackupKeys, AKeyThatDoesNotOpenLeavesNoBackupOrAnEmptyOne) {
-  const std::pair<const char*, bool> cases[] = {{"SetupDiOpenDevRegKey", false},
-                                                {"RegCreateKeyExW", false},
-                                                {"RegOpenKeyExW", true},
-                                                {"CM_Get_Device_ID_Size", false}};
-  for (const auto& [function, isBackedUp] : cases) {
-    SCOPED_TRACE(function);
-    BackupHost host;
-    host.Registry().SetDword(host.Key(), L"Baudrate", 300);
-    const std::wstring backup = BackupKeyOf(host.Port());
-    host.machine.Calls().Inject({.function = function});
-    host.Reinstall({8});
-    host.machine.Calls().ClearFaults();
-    EXPECT_EQ(host.Registry().HasKey(backup), isBackedUp);
-    host.InstallAll();
-    EXPECT_FALSE(host.BaudRate());
-    // An empty backup counts: the port is neither sorted nor given the default settings.
-    EXPECT_EQ(PlacesOf(host.machine, host.Port()).portsValue.empty(), isBackedUp);
   }
 }
 

@@ -150,26 +150,6 @@ TEST_F(InstallCoInstaller, ANewPortGetsTheDefaultSettingsUnderTheMutex) {
   EXPECT_EQ(machine.Calls().OpenCount(HandleKind::Mutex), 1u);
 }
 
-TEST(InstallCoInstallerVersions, ServersAreSortedFromWindowsSixOneOn) {
-  const struct {
-    DWORD minor;
-    bool isUnknown;
-    bool sorts;
-  } cases[] = {{0, false, false}, {1, false, true}, {1, true, false}};
-  for (const auto& row : cases) {
-    InstallHost host;
-    host.machine.System().majorVersion = 6;
-    host.machine.System().minorVersion = row.minor;
-    host.machine.System().versionCallFails = row.isUnknown;
-    host.AddServer({5});
-    host.InstallAll();
-    EXPECT_EQ(
-        host.machine.Registry().Dword(host.Parameters(*host.server.card), L"ChildPortNameSorted").has_value(),
-        row.sorts);
-    EXPECT_EQ(PlacesOf(host.machine, host.Port()).portsValue, L"9600,n,8,1");
-  }
-}
-
 TEST_F(InstallCoInstaller, DriverUpdatePassesItsArgumentsOn) {
   AddServer({5});
   machine.System().updateNeedsReboot = true;

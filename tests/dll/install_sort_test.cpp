@@ -51,6 +51,18 @@ TEST(InstallSortWhen, OnlyAReadyServerWithoutTheFlagIsSortedAndRestarted) {
       {"one number twice", {4, 4}, nullptr, {L"COM4", L"COM4"}, 1},
       {"sorted before", {7, 5}, [](InstallHost& host) { SetFlag(host, 1); }, {L"COM7", L"COM5"}, 1},
       {"another flag", {7, 5}, [](InstallHost& host) { SetFlag(host, 2); }, {L"COM5", L"COM7"}, 1, true},
+      {"Windows 6.0",
+       {7, 5},
+       [](InstallHost& host) {
+         host.machine.System().majorVersion = 6, host.machine.System().minorVersion = 0;
+       },
+       {L"COM7", L"COM5"},
+       std::nullopt},
+      {"Windows does not tell its version",
+       {7, 5},
+       [](InstallHost& host) { host.machine.System().versionCallFails = true; },
+       {L"COM7", L"COM5"},
+       std::nullopt},
       {"a port is not started",
        {7, 5, 6},
        [](InstallHost& host) { host.machine.Devices().Stop(host.Port(2)); },
