@@ -82,22 +82,15 @@ TEST_F(ComServer, ThreadsLocaleIsTheSystemsForTheStepsOnly) {
 
 // Both registrations end in the same place on Wine, so it is the calls that tell.
 TEST_F(ComServer, EnvironmentDecidesWhetherItIsRegisteredForTheUser) {
-  const struct {
-    const wchar_t* environment;
-    std::vector<std::string> calls;
-  } cases[] = {
-      {L"1", {"RegisterTypeLibForUser", "UnRegisterTypeLibForUser"}},
-      {L"0", {"RegisterTypeLib", "UnRegisterTypeLib"}},
-  };
-  for (const auto& one : cases) {
-    machine_.Calls().ClearLog();
-    SetEnvironmentVariableW(L"OAPERUSERTLIBREG", one.environment);
+  for (const wchar_t* const forUser : {L"1", L"0"}) {
+    SetEnvironmentVariableW(L"OAPERUSERTLIBREG", forUser);
     EXPECT_EQ(dll_.RegisterServer(), S_OK);
     EXPECT_EQ(dll_.UnregisterServer(), S_OK);
-    EXPECT_EQ(machine_.Calls().OrderOf({"RegisterTypeLib", "UnRegisterTypeLib", "RegisterTypeLibForUser",
-                                        "UnRegisterTypeLibForUser"}),
-              one.calls);
   }
+  EXPECT_EQ(machine_.Calls().OrderOf({"RegisterTypeLib", "UnRegisterTypeLib", "RegisterTypeLibForUser",
+                                      "UnRegisterTypeLibForUser"}),
+            (std::vector<std::string>{"RegisterTypeLibForUser", "UnRegisterTypeLibForUser", "RegisterTypeLib",
+                                      "UnRegisterTypeLib"}));
 }
 
 // Data that nothing in the DLL applies. Blanks do not count.

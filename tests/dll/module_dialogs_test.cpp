@@ -4,7 +4,6 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
-#include <cwchar>
 #include <map>
 #include <string>
 #include <vector>
@@ -76,27 +75,14 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
     }
     parent_ = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 800, 800, nullptr, nullptr, nullptr,
                             nullptr);
-    OpenWithFont(kFontSize);
+    dialog_ = CreateDialogParamW(module_, MAKEINTRESOURCEW(GetParam().id), parent_, &NoMessages, 0);
+    ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
   }
   void TearDown() override {
     if (parent_ != nullptr) DestroyWindow(parent_);
     if (module_ != nullptr) FreeLibrary(module_);
   }
 
-  // Opens the dialog with its font in another size, in points.
-  void OpenWithFont(WORD points) {
-    if (dialog_ != nullptr) DestroyWindow(dialog_);
-    const HRSRC resource = FindResourceW(module_, MAKEINTRESOURCEW(GetParam().id), RT_DIALOG);
-    const auto* const bytes = static_cast<const char*>(LockResource(LoadResource(module_, resource)));
-    std::vector<char> form(bytes, bytes + SizeofResource(module_, resource));
-    // An extended template's fixed part, no menu, no class, the title; then the size of the font.
-    constexpr std::size_t kTitle = 26 + 2 * sizeof(WORD);
-    auto* const title = reinterpret_cast<wchar_t*>(form.data() + kTitle);
-    title[std::wcslen(title) + 1] = points;
-    dialog_ = CreateDialogIndirectParamW(module_, reinterpret_cast<const DLGTEMPLATE*>(form.data()), parent_,
-                                         &NoMessages, 0);
-    ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
-  }
   static int Dpi() {
     const HDC screen = GetDC(nullptr);
     const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
@@ -134,9 +120,6 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
     return text;
   }
 
-  void ExpectTextsFit(WORD points);
-
-  static constexpr WORD kFontSize = 8;  // the templates' own, in points
   HMODULE module_ = nullptr;
   HWND parent_ = nullptr;
   HWND dialog_ = nullptr;
@@ -175,16 +158,7 @@ TEST_P(ModuleDialogs, ControlsLieApartInsideAStandardPage) {
   }
 }
 
-// Dialog units follow the font: 8 points at 120 DPI are as 10 here, and at 192 DPI as 16.
 TEST_P(ModuleDialogs, NoTextIsCutOff) {
-  for (const WORD points : std::initializer_list<WORD>{8, 10, 16}) {
-    SCOPED_TRACE(std::to_string(points) + " points");
-    OpenWithFont(points);
-    ExpectTextsFit(points);
-  }
-}
-
-void ModuleDialogs::ExpectTextsFit(WORD points) {
   const HDC context = GetDC(dialog_);
   SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(dialog_, WM_GETFONT, 0, 0)));
   for (const HWND child : Children()) {
@@ -197,7 +171,7 @@ void ModuleDialogs::ExpectTextsFit(WORD points) {
     const std::wstring text = widest != kWidest.end() ? widest->second : TextOf(child);
     if (text.empty() || GetParam().hiddenTexts.contains(GetDlgCtrlID(child))) continue;
     const RECT place = PlaceOf(child);
-    const LONG room = place.right - place.left - FrameOf(child) * points / kFontSize;
+    const LONG room = place.right - place.left - FrameOf(child);
     // What DrawText needs for the text, wrapped at the control's width.
     RECT needed = {0, 0, room, 0};
     DrawTextW(context, text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK);

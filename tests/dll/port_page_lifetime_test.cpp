@@ -44,12 +44,6 @@ TEST_F(PortPageLifetime, APortWhoseSettingsCannotBeReadGetsNoPage) {
     EXPECT_EQ(answer.offered, 0u) << cause;
     EXPECT_EQ(SetsOfPages(), 0u) << cause;
   };
-  for (const char* function :
-       {"SetupDiEnumDeviceInterfaces", "CreateFileW", "DeviceIoControl", "CM_Get_Parent"}) {
-    machine.Calls().Inject({.function = function, .count = workbench::Fault::kEveryLater});
-    expectNoPage(function);
-    machine.Calls().ClearFaults();
-  }
   Driver().Inject({.operation = DriverFault::Operation::Read, .selector = kBusSet});
   expectNoPage("the bus set is refused");
   Driver().ClearFaults();

@@ -31,7 +31,6 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {"RS-232, idle", PortState{}, {}, 0, {}},
     {"everything different from the driver",
      PortState{.baudRate = 115200,
                .dataBits = 7,
@@ -51,15 +50,6 @@ const Row kRows[] = {
       .flowControl = L"Xon/Xoff",
       .ctsBox = "checked",
       .dsrBox = "checked"}},
-    {"RS-422: no DSR, CTS as set",
-     PortState{.duplex = 1, .state = 2, .portMode = 1},
-     {{"PortType", 1}, {"EmulateCTSTrue", 1}},
-     1,
-     {.state = L"Tunneling",
-      .mode = L"RS422/485",
-      .duplex = L"RS422 full-duplex mode",
-      .ctsBox = "checked",
-      .dsrBox = kLocked}},
     {"RS-485: neither DSR nor CTS",
      PortState{.duplex = 2, .portMode = 1},
      {{"PortType", 1}},
@@ -78,11 +68,6 @@ const Row kRows[] = {
       .parity = L"Odd",
       .stopBits = L"2",
       .flowControl = L"DTR/DSR"}},
-    {"only the bus knew that the port is RS-422/485: the port learns it after its duplex mode was shown",
-     std::nullopt,
-     {},
-     1,
-     {.state = L"Offline", .mode = L"RS422/485", .duplex = L"None", .dsrBox = kLocked}},
 };
 
 TEST_F(PortPageStatus, APageShowsTheDeviceAndWhereItIsSilentTheDriver) {
