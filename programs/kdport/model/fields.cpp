@@ -61,7 +61,7 @@ std::optional<std::uint32_t> AddressOf(std::string_view text) {
   std::uint32_t address = 0;
   for (int part = 0; part < 4; ++part) {
     const std::size_t end = part < 3 ? text.find('.') : text.size();
-    if (end == std::string_view::npos || end > 3) return std::nullopt;
+    if (end > 3) return std::nullopt;  // a missing dot too
     const auto number = NumberOf(text.substr(0, end));
     if (!number || *number > 255) return std::nullopt;
     address = address << 8 | *number;

@@ -69,7 +69,7 @@ enum class Text {
 
 // A text of the table with what stands in its places.
 struct Message {
-  Text text;
+  Text text{};
   std::vector<std::string> arguments;
 };
 

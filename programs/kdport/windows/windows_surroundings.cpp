@@ -94,6 +94,7 @@ std::vector<LiveStatus> CWindowsSurroundings::AskServers(const Host& host, std::
   }
   const Documents documents = FetchDocuments(asked, timeout);
   std::vector<LiveStatus> live;
+  live.reserve(sets.size());
   auto document = documents.begin();
   for (const auto& one : sets) live.push_back(StatusOf(*one, one->known ? *document++ : std::nullopt));
   return live;
@@ -154,8 +155,8 @@ void CWindowsSurroundings::ShowProgress(std::size_t over, std::size_t all) {
 
 // Catches Ctrl+C from the first question on: before the first step it ends the program as usual.
 bool CWindowsSurroundings::IsInterrupted() {
-  static const bool caught = SetConsoleCtrlHandler(NoteInterruption, TRUE) != FALSE;
-  return caught && interrupted;
+  static const bool kCaught = SetConsoleCtrlHandler(NoteInterruption, TRUE) != FALSE;
+  return kCaught && interrupted;
 }
 
 }  // namespace KdPort
