@@ -2,6 +2,14 @@
 
 namespace KdPort {
 
+namespace {
+
+std::size_t At(std::int32_t number) {
+  return static_cast<std::size_t>(number);
+}
+
+}  // namespace
+
 std::string Port::Key() const {
   return server + "/" + std::to_string(index);
 }
@@ -15,6 +23,14 @@ std::vector<Holder> HoldersOf(const Host& host, std::int32_t number) {
     if (ComNumber(device.name) == number) holders.push_back({nullptr, &device});
   }
   return holders;
+}
+
+CHolders::CHolders(const Host& host) {
+  for (const Port& port : host.ports) byNumber_[At(port.Number())].push_back({&port, nullptr});
+  for (const ForeignDevice& device : host.foreign) {
+    byNumber_[At(ComNumber(device.name))].push_back({nullptr, &device});
+  }
+  byNumber_.front().clear();
 }
 
 bool IsClaimed(const Host& host, std::int32_t number) {

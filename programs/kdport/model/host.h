@@ -1,9 +1,11 @@
 // A host as kdport sees it, read once at the start of a command. All text is UTF-8, as everywhere in kdport.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -59,6 +61,20 @@ struct Holder {
 
 // All who have the number, present or not; empty when nobody has. The host has to outlive them.
 [[nodiscard]] std::vector<Holder> HoldersOf(const Host& host, std::int32_t number);
+
+// The same for every number at once, for who asks about many. The host has to outlive it and to stay as it
+// is.
+class CHolders {
+ public:
+  explicit CHolders(const Host& host);
+  // `number` from 0, which nobody has, to the highest.
+  [[nodiscard]] std::span<const Holder> Of(std::int32_t number) const {
+    return byNumber_[static_cast<std::size_t>(number)];
+  }
+
+ private:
+  std::array<std::vector<Holder>, kHighestNumber + 1> byNumber_;
+};
 
 // Whether the database has the number claimed; false when it cannot be read.
 [[nodiscard]] bool IsClaimed(const Host& host, std::int32_t number);

@@ -16,7 +16,7 @@ std::string BracketedName(const std::string& friendlyName) {
 
 class CChecker {
  public:
-  explicit CChecker(const Host& host) : host_(host) {}
+  explicit CChecker(const Host& host) : host_(host), holders_(host) {}
 
   void CheckReadable();
   void CheckPort(std::size_t i);
@@ -34,6 +34,7 @@ class CChecker {
   [[nodiscard]] bool IsShared(const Port& port) const;
 
   const Host& host_;
+  const CHolders holders_;
   std::vector<Finding> findings_;
 };
 
@@ -54,7 +55,7 @@ void CChecker::CheckPort(std::size_t i) {
 
 void CChecker::CheckShared(std::size_t i) {
   const Port& port = host_.ports[i];
-  for (const Holder& holder : HoldersOf(host_, port.Number())) {
+  for (const Holder& holder : holders_.Of(port.Number())) {
     if (holder.port == &port || !holder.IsPresent()) continue;
     Find(i, Text::NameShared, Place::None, {DisplayName(holder), port.name, port.Key()});
   }
@@ -92,7 +93,7 @@ void CChecker::CheckDatabase(std::size_t i) {
 
 void CChecker::FindGhosts() {
   for (std::int32_t number = 1; number <= kHighestNumber; ++number) {
-    const std::vector<Holder> holders = HoldersOf(host_, number);
+    const std::span<const Holder> holders = holders_.Of(number);
     if (!IsClaimed(host_, number) || std::ranges::any_of(holders, &Holder::IsPresent)) continue;
     Finding& finding = findings_.emplace_back();
     finding.message = {Text::Ghost, {ComName(number), ""}};
@@ -123,8 +124,7 @@ bool CChecker::IsForeign(const std::string& kernelDevice) const {
 }
 
 bool CChecker::IsShared(const Port& port) const {
-  const std::vector<Holder> holders = HoldersOf(host_, port.Number());
-  return std::ranges::count_if(holders, &Holder::IsPresent) > 1;
+  return std::ranges::count_if(holders_.Of(port.Number()), &Holder::IsPresent) > 1;
 }
 
 }  // namespace

@@ -11,7 +11,8 @@ namespace {
 
 class CPlanner {
  public:
-  CPlanner(const Host& host, const std::vector<Wish>& wishes, bool force) : host_(host), force_(force) {
+  CPlanner(const Host& host, const std::vector<Wish>& wishes, bool force)
+      : host_(host), holders_(host), force_(force) {
     for (const Wish& wish : wishes) wishes_.push_back(OnlyChanges(wish));
   }
 
@@ -52,6 +53,7 @@ class CPlanner {
   void Hinder(std::size_t port, Text text, std::vector<std::string> more = {});
 
   const Host& host_;
+  const CHolders holders_;
   const bool force_;
   std::vector<Wish> wishes_;
   std::vector<Move> moves_;
@@ -95,7 +97,7 @@ void CPlanner::CheckTarget(const Move& move) {
     return Hinder(move.port, Text::NumberWantedTwice, {target, PortOf(wanting->port).Key()});
   }
   wanting = &move;
-  const std::vector<Holder> holders = HoldersOf(host_, move.to);
+  const std::span<const Holder> holders = holders_.Of(move.to);
   for (const Holder& holder : holders) {
     if (!Moves(holder)) return Hinder(move.port, Text::NumberHeld, {target, DisplayName(holder)});
   }
