@@ -3,13 +3,6 @@
 
 namespace {
 
-constexpr wchar_t kInUse[] =
-    L"The port has been opened by another application.  Renaming the port may have an unpredictable effect "
-    L"on the other application.  Do you wish to continue?";
-constexpr wchar_t kTaken[] =
-    L"This COM name is being used by another device (such as another com port or modem).  Using duplicate "
-    L"names can lead to inaccessible devices and changed settings.  Do you want to continue?|Error|68";
-
 class AdvancedDevice : public PageTest {
  protected:
   AdvancedDevice() { PageOf(); }
@@ -67,7 +60,7 @@ TEST_F(AdvancedDevice, AChosenNumberIsRenamedToWithoutTheDrivers) {
 TEST_F(AdvancedDevice, ATakenNumberIsGivenAfterAYesWithoutItsMark) {
   machine.Screen().Answer(IDNO);
   EXPECT_FALSE(Apply(L"COM8 (in use)").stayedOpen) << "a declined rename is no failure";
-  EXPECT_THAT(BoxTexts(), ElementsAre(kTaken));
+  EXPECT_THAT(BoxTexts(), ElementsAre(std::wstring(kNameTaken) + L"|Error|68"));
   EXPECT_EQ(PortName(), L"COM7");
   machine.Screen().Answer(IDYES);
   EXPECT_FALSE(Apply(L"COM8 (in use)").stayedOpen);
@@ -76,8 +69,8 @@ TEST_F(AdvancedDevice, ATakenNumberIsGivenAfterAYesWithoutItsMark) {
 
 // The question about renaming is asked for the switches as well, and once more for a new number.
 TEST_F(AdvancedDevice, OfAPortInUseTheSwitchesAndTheRenameAskOneByOne) {
-  const std::wstring asksForSwitches = kInUse + std::wstring(L"|Warning!|68");
-  const std::wstring asksForRename = kInUse + std::wstring(L"|Error|68");
+  const std::wstring asksForSwitches = kPortOpen + std::wstring(L"|Warning!|68");
+  const std::wstring asksForRename = kPortOpen + std::wstring(L"|Error|68");
   Port().port->openElsewhere = true;
   machine.Screen().Answer(IDNO);
   EXPECT_TRUE(Apply(L"COM20", true).stayedOpen);

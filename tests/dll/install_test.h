@@ -1,4 +1,4 @@
-// What the tests of installation share: a computer without a device server, and the texts of its questions.
+// What the tests of installation share: a computer without a device server.
 #pragma once
 
 #include "rig_test.h"
@@ -57,10 +57,3 @@ class InstallHost : public Rig {
 };
 
 class InstallTest : public testing::Test, public InstallHost {};
-
-inline constexpr wchar_t kNameTaken[] =
-    L"This COM name is being used by another device (such as another com port or modem).  Using duplicate "
-    L"names can lead to inaccessible devices and changed settings.  Do you want to continue?";
-inline constexpr wchar_t kPortOpen[] =
-    L"The port has been opened by another application.  Renaming the port may have an unpredictable effect "
-    L"on the other application.  Do you wish to continue?";

@@ -66,16 +66,6 @@ TEST_F(PortPageApply, ADriverThatRefusesKeepsItsSettingsAndTheSheetCloses) {
   EXPECT_THAT(Boxes(), IsEmpty());
 }
 
-// A port without a name cannot be opened, so the question comes; a yes writes to the driver alone.
-TEST_F(PortPageApply, WithoutAPortNameNothingGoesToThePortsKey) {
-  PageOf();
-  machine.Registry().DeleteValue(workbench::ParametersKeyOf(Port().instanceId), L"PortName");
-  machine.Screen().Answer(IDYES);
-  EXPECT_TRUE(Apply(IDC_PORT_CTS_ALWAYS_TRUE));
-  EXPECT_EQ(PortSet().Number("EmulateCTSTrue"), 1u);
-  EXPECT_EQ(machine.Registry().Text(workbench::kPortsKey, L":"), std::nullopt);
-}
-
 TEST_F(PortPageApply, AnOfflineDeviceIsReportedAndTheSettingsAreWritten) {
   PageOf();
   web.Stop();

@@ -30,3 +30,11 @@ class RigTest : public testing::Test, public Rig {
     EXPECT_THAT(Misuse(), testing::IsEmpty()) << machine.Calls().LogText();
   }
 };
+
+// What is asked about a new COM name.
+inline constexpr wchar_t kNameTaken[] =
+    L"This COM name is being used by another device (such as another com port or modem).  Using duplicate "
+    L"names can lead to inaccessible devices and changed settings.  Do you want to continue?";
+inline constexpr wchar_t kPortOpen[] =
+    L"The port has been opened by another application.  Renaming the port may have an unpredictable effect "
+    L"on the other application.  Do you wish to continue?";

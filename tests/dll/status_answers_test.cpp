@@ -94,17 +94,4 @@ TEST_F(StatusAnswers, EachAnswerIsShownAndStoredAsFarAsItHasTags) {
   }
 }
 
-// A short answer after a long one, over one connection that may be kept: nothing of the first shines through.
-TEST_F(StatusAnswers, EachRefreshStartsAnew) {
-  web.QueueAnswer("/p1", {.body = At(1000, 3000)});
-  web.QueueAnswer("/p1", {.body = "x"});
-  web.QueueAnswer("/p1", {.body = "<state>2</state>"});
-  EXPECT_EQ(PageOf().Text(IDC_PORT_STATE), L"Connected");
-  Tick();
-  EXPECT_EQ(PageOf().Text(IDC_PORT_STATE), L"Offline");
-  EXPECT_EQ(PageOf().Text(IDC_PORT_BAUD_RATE), L"4800") << "which the driver has by now";
-  Tick();
-  EXPECT_EQ(PageOf().Text(IDC_PORT_STATE), L"Tunneling");
-}
-
 }  // namespace

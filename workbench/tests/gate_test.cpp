@@ -1,4 +1,4 @@
-// What the gate sees of a module: failed calls, open handles, and misuse, which is refused and reported.
+// What the gate sees of a module: what it looks up, what is open, and misuse, which is refused and reported.
 #include "workbench/machine/gate/gate.h"
 
 #include <gmock/gmock.h>
@@ -12,41 +12,17 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr wchar_t kKey[] = L"Software\\Probe";
-
 class GateOfMachine : public testing::Test {
  protected:
   Machine machine;
   Gate& gate = machine.Calls();
   ProbeDll probe{machine};
-
-  GateOfMachine() {
-    machine.Registry().MakeKey(kKey);
-    machine.DosNames().Define(L"COM3", L"\\Device\\A");
-    gate.ClearLog();
-  }
-  LSTATUS OpenAndClose() {
-    HKEY key = nullptr;
-    const LSTATUS status = probe.OpenKey(kKey, &key);
-    if (status == ERROR_SUCCESS) probe.CloseKey(key);
-    return status;
-  }
-  DWORD Query() { return probe.Call<DWORD(const wchar_t*)>("Query", L"COM3"); }
 };
 
-TEST_F(GateOfMachine, FailsTheKthCallOfAllWithItsDocumentedFailure) {
-  gate.Inject({.from = 3});
-  EXPECT_EQ(OpenAndClose(), ERROR_SUCCESS);  // calls 1 and 2
-  SetLastError(0);
-  EXPECT_EQ(Query(), 0u);
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-  EXPECT_NE(Query(), 0u);
-  EXPECT_EQ(gate.FaultableCalls(), 4u);
-  EXPECT_EQ(gate.InjectedFaults(), 1u);
-  EXPECT_TRUE(gate.CallsOf("QueryDosDeviceW").at(0).injected);
-}
-
 TEST_F(GateOfMachine, CountsWhatIsOpenAndReportsASecondClose) {
+  constexpr wchar_t kKey[] = L"Software\\Probe";
+  machine.Registry().MakeKey(kKey);
+  gate.ClearLog();
   HKEY key = nullptr;
   ASSERT_EQ(probe.OpenKey(kKey, &key), ERROR_SUCCESS);
   EXPECT_THAT(gate.LeftOpen(), ElementsAre("registry key of RegOpenKeyExW"));
@@ -58,9 +34,7 @@ TEST_F(GateOfMachine, CountsWhatIsOpenAndReportsASecondClose) {
   EXPECT_THAT(gate.Violations(), ElementsAre(HasSubstr("RegCloseKey")));
 }
 
-TEST(RedirectionOfMachine, CatchesWhatIsLookedUpAtRunTime) {
-  Machine machine;
-  const ProbeDll probe(machine);
+TEST_F(GateOfMachine, CatchesWhatIsLookedUpAtRunTime) {
   using Query = DWORD(WINAPI*)(const wchar_t*, wchar_t*, DWORD);
   const auto query =
       reinterpret_cast<Query>(reinterpret_cast<AnyFunction>(probe.Find("kernel32.dll", "QueryDosDeviceW")));
@@ -71,18 +45,15 @@ TEST(RedirectionOfMachine, CatchesWhatIsLookedUpAtRunTime) {
   EXPECT_EQ(probe.Find("gdi32.dll", "ComDBOpen"), nullptr);
   EXPECT_NE(probe.Find("setupapi.dll", "SetupDiSelectDevice"), nullptr);
   EXPECT_NE(probe.Find("mapi32.dll", "MAPILogon"), nullptr);
-  EXPECT_THAT(machine.Calls().Violations(),
-              ElementsAre(HasSubstr("SetupDiSelectDevice is not simulated"),
-                          HasSubstr("loads mapi32.dll from where it is found first")));
+  EXPECT_THAT(gate.Violations(), ElementsAre(HasSubstr("SetupDiSelectDevice is not simulated"),
+                                             HasSubstr("loads mapi32.dll from where it is found first")));
 }
 
-TEST(ComPortsOfMachine, OpenOnlyOnceAndOnlyWhenTheyAreThere) {
-  Machine machine;
+TEST_F(GateOfMachine, OpensComPortsOnlyOnceAndOnlyWhenTheyAreThere) {
   const DeviceServer server = AddDeviceServer(machine, {.comNumbers = {7, 8}});
-  const ProbeDll probe(machine);
   const HANDLE open = probe.OpenFile(L"\\\\.\\COM7");
   ASSERT_NE(open, INVALID_HANDLE_VALUE);
-  EXPECT_EQ(machine.Calls().OpenCount(HandleKind::ComPortFile), 1u);
+  EXPECT_EQ(gate.OpenCount(HandleKind::ComPortFile), 1u);
   const auto refusal = [&](const wchar_t* path) {
     EXPECT_EQ(probe.OpenFile(path), INVALID_HANDLE_VALUE);
     return GetLastError();
@@ -93,11 +64,11 @@ TEST(ComPortsOfMachine, OpenOnlyOnceAndOnlyWhenTheyAreThere) {
   server.ports[1]->port->openElsewhere = true;
   EXPECT_EQ(refusal(L"\\\\.\\COM8"), static_cast<DWORD>(ERROR_ACCESS_DENIED));
   EXPECT_EQ(refusal(L"\\\\.\\COM9"), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-  EXPECT_THAT(machine.Calls().OpenHandles(), IsEmpty());
-  EXPECT_THAT(machine.Calls().Violations(), IsEmpty());
+  EXPECT_THAT(gate.OpenHandles(), IsEmpty());
+  EXPECT_THAT(gate.Violations(), IsEmpty());
   EXPECT_FALSE(probe.CloseFile(open));
   EXPECT_FALSE(probe.Call<BOOL(HANDLE)>("ControlWithoutCount", open));
-  EXPECT_THAT(machine.Calls().Violations(),
+  EXPECT_THAT(gate.Violations(),
               ElementsAre(HasSubstr("CloseHandle: not an open handle"), HasSubstr("Windows would crash")));
 }
 

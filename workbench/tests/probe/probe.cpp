@@ -6,10 +6,6 @@
 extern "C" {
 #define PROBE __declspec(dllexport)
 
-PROBE DWORD Query(const wchar_t* name) {
-  wchar_t target[64];
-  return QueryDosDeviceW(name, target, 64);
-}
 PROBE FARPROC FindByName(const char* dll, const char* name) {
   return GetProcAddress(LoadLibraryA(dll), name);
 }
