@@ -9,8 +9,8 @@
 
 #include "kdport/commands/options.h"
 #include "kdport/commands/surroundings.h"
-#include "kdport/exit_code.h"
-#include "kdport/output/texts.h"
+#include "kdport/model/exit_code.h"
+#include "kdport/model/texts.h"
 #include "kdport/plan/planner.h"
 
 namespace KdPort {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "kdport/output/texts.h"
+#include "kdport/model/texts.h"
 
 namespace KdPort {
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "kdport/exit_code.h"
+#include "kdport/model/exit_code.h"
 #include "kdport/model/host.h"
-#include "kdport/output/texts.h"
+#include "kdport/model/texts.h"
 #include "kdport/plan/wish.h"
 
 namespace KdPort {

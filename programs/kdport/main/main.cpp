@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "kdport/commands/kdport.h"
-#include "kdport/exit_code.h"
+#include "kdport/model/exit_code.h"
 #include "kdport/windows/text.h"
 #include "kdport/windows/windows_surroundings.h"
 

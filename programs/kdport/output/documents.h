@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "kdport/exit_code.h"
+#include "kdport/model/exit_code.h"
 #include "kdport/model/host.h"
 #include "kdport/model/live.h"
 #include "kdport/plan/check.h"

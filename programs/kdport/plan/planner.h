@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "kdport/model/host.h"
-#include "kdport/output/texts.h"
+#include "kdport/model/texts.h"
 #include "kdport/plan/step.h"
 #include "kdport/plan/wish.h"
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "kdport/exit_code.h"
-#include "kdport/output/texts.h"
+#include "kdport/model/exit_code.h"
+#include "kdport/model/texts.h"
 #include "kdport/run/host_access.h"
 
 namespace KdPort {

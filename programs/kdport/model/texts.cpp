@@ -1,4 +1,4 @@
-#include "kdport/output/texts.h"
+#include "kdport/model/texts.h"
 
 #include <iterator>
 
