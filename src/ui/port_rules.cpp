@@ -5,7 +5,7 @@
 namespace {
 
 // Stores a box into its setting; true when that changed it.
-bool Store(std::uint32_t& setting, std::uint32_t supported, bool checked) noexcept {
+bool StoreBox(std::uint32_t& setting, std::uint32_t supported, bool checked) noexcept {
   if (checked == (setting != 0) || supported == 0) return false;
   setting = checked ? 1 : 0;
   return true;
@@ -17,10 +17,10 @@ bool ApplyHandshake(CVcpParameters& port, std::uint32_t portIndex, HandshakeBoxe
                     bool settingsChanged) noexcept {
   bool changed = settingsChanged;
   if (!IsRs422485Port(port.PortType, portIndex)) {
-    if (Store(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
-    if (Store(port.EmulateDSRTrue, port.DsrSupported, boxes.dsrAlwaysTrue)) changed = true;
+    if (StoreBox(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
+    if (StoreBox(port.EmulateDSRTrue, port.DsrSupported, boxes.dsrAlwaysTrue)) changed = true;
   } else if (port.DuplexMode != kDuplexRs485) {
-    if (Store(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
+    if (StoreBox(port.EmulateCTSTrue, port.CtsSupported, boxes.ctsAlwaysTrue)) changed = true;
   }
   return changed;
 }
