@@ -140,6 +140,7 @@ ExitCode CCommandRun::ChoosePorts(const std::vector<std::string>& words) {
   Selection selection = Select(host_, words);
   ports_ = std::move(selection.ports);
   std::vector<Message> faults;
+  faults.reserve(selection.unmatched.size());
   for (const std::string& word : selection.unmatched) faults.push_back({Text::NoSuchPort, {word}});
   return faults.empty() ? ExitCode::Done : Fail(ExitCode::NoSuchPort, faults);
 }
@@ -160,6 +161,7 @@ ExitCode CCommandRun::ChangeValues(FieldGroup group) {
   if (const ExitCode exit = ReadValues(group, values); !IsDone(exit)) return exit;
   if (const ExitCode exit = Prepare(options_.ports); !IsDone(exit)) return exit;
   std::vector<Wish> wishes;
+  wishes.reserve(ports_.size());
   for (const std::size_t port : ports_) wishes.push_back({.port = port, .number = {}, .values = values});
   return Change(MakePlan(host_, wishes, options_.force), {});
 }
