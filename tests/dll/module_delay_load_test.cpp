@@ -23,6 +23,17 @@ struct Rig {
   workbench::Device& port = *AddDeviceServer(machine, {.comNumbers = {5}}).ports[0];
 };
 
+// A library of that name in the current directory, or beside the host, is not the system's.
+TEST(ModuleDelayLoad, LibrariesAreThoseOfTheSystemDirectory) {
+  Rig rig;
+  EXPECT_TRUE(rig.RenameClaims(9));
+  wchar_t system[MAX_PATH] = {};
+  GetSystemDirectoryW(system, MAX_PATH);
+  for (const workbench::Call& load : rig.machine.Calls().CallsOf("LoadLibraryExW")) {
+    EXPECT_TRUE(load.Text(0).starts_with(std::wstring(system) + L'\\')) << load.detail;
+  }
+}
+
 TEST(ModuleDelayLoad, AFailedLoadIsTriedAgain) {
   Rig rig;
   rig.FailLoads(1);
