@@ -65,13 +65,9 @@ std::vector<Row> Rows() {
       {"a value as long as a piece",
        {.body = Baud(longest)},
        {L"Offline", std::wstring(longest.begin(), longest.end()), 0x7FFFFFFF}},
-      {"tags at the end of a whole piece", {.body = At(kPiece - kTagBytes, kPiece)}},
       {"tags behind a whole piece", {.body = At(kPiece, kPiece + kTagBytes)}},
-      {"tags before a second piece", {.body = At(0, kPiece + 1)}, kNothing},
       {"tags cut in two by the pieces", {.body = At(kPiece - 20, 2 * kPiece)}, kNothing},
-      {"tags in the last of many pieces", {.body = At(39 * kPiece, 40 * kPiece)}},
       {"in small pieces", {.body = kTags, .pieceSize = 7, .pause = 3ms}},
-      {"late", {.body = kTags, .delay = 300ms}},
       {"chunked", {.body = kTags, .framing = Framing::Chunked}},
       {"until the connection closes", {.body = kTags, .framing = Framing::UntilClose}},
   };

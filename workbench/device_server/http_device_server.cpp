@@ -50,15 +50,9 @@ void HttpDeviceServer::SetAnswer(const std::string& path, const Answer& answer) 
   answers_[path] = answer;
 }
 
-void HttpDeviceServer::QueueAnswer(const std::string& path, const Answer& answer) {
-  const std::scoped_lock hold(lock_);
-  queued_[path].push_back(answer);
-}
-
 void HttpDeviceServer::ClearAnswers() {
   const std::scoped_lock hold(lock_);
   answers_.clear();
-  queued_.clear();
 }
 
 std::vector<LoggedRequest> HttpDeviceServer::Requests() const {
@@ -96,7 +90,7 @@ void HttpDeviceServer::Serve(SOCKET client) {
   const auto request = ParseRequestHead(std::string_view(received).substr(0, end));
   if (!request) return;
   std::string document;
-  const Answer answer = TakeAnswer(request->target, document);
+  const Answer answer = AnswerOn(request->target, document);
   const std::string bytes = Render(answer, std::move(document));
   {
     // Logged before the answer goes out: a client that has its answer finds its request in the log.
@@ -106,17 +100,12 @@ void HttpDeviceServer::Serve(SOCKET client) {
   if (Send(client, answer, bytes)) CloseGracefully(client);
 }
 
-Answer HttpDeviceServer::TakeAnswer(const std::string& path, std::string& document) {
+Answer HttpDeviceServer::AnswerOn(const std::string& path, std::string& document) {
   const std::scoped_lock hold(lock_);
   const auto port =
       std::ranges::find_if(ports_, [&](const auto& one) { return path == "/p" + std::to_string(one.first); });
   document = port == ports_.end() ? "<html><body>There is nothing here</body></html>\r\n"
                                   : StatusDocument(port->second);
-  if (const auto queue = queued_.find(path); queue != queued_.end() && !queue->second.empty()) {
-    Answer answer = std::move(queue->second.front());
-    queue->second.pop_front();
-    return answer;
-  }
   if (const auto scripted = answers_.find(path); scripted != answers_.end()) return scripted->second;
   return {.status = port == ports_.end() ? 404 : 200};
 }

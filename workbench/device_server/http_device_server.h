@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <mutex>
 #include <string>
@@ -43,10 +42,8 @@ class HttpDeviceServer {
 
   void SetPort(unsigned portNumber, const PortState& state);
 
-  // What to answer on a path from now on; on the next request only, before that (a queue); the ordinary
-  // thing again.
+  // What to answer on a path from now on; the ordinary thing again.
   void SetAnswer(const std::string& path, const Answer& answer);
-  void QueueAnswer(const std::string& path, const Answer& answer);
   void ClearAnswers();
 
   [[nodiscard]] std::vector<LoggedRequest> Requests() const;
@@ -55,7 +52,7 @@ class HttpDeviceServer {
  private:
   void ServeClients();
   void Serve(SOCKET client);
-  [[nodiscard]] Answer TakeAnswer(const std::string& path, std::string& document);
+  [[nodiscard]] Answer AnswerOn(const std::string& path, std::string& document);
   [[nodiscard]] bool Send(SOCKET client, const Answer& answer, std::string_view bytes) const;
   [[nodiscard]] bool Wait(std::chrono::milliseconds time) const;
 
@@ -67,7 +64,6 @@ class HttpDeviceServer {
   std::thread thread_;
   std::map<unsigned, PortState> ports_;
   std::map<std::string, Answer> answers_;
-  std::map<std::string, std::deque<Answer>> queued_;
   std::vector<LoggedRequest> requests_;
 };
 

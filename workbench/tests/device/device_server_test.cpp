@@ -47,8 +47,8 @@ TEST_F(DeviceServerTest, AnswersAsScripted) {
   EXPECT_THAT(Get(), AllOf(Not(HasSubstr("Content-Length")), EndsWith("\r\n\r\n" + document_)));
   server_.SetAnswer("/p1", {.raw = std::string("not\0HTTP", 8)});
   EXPECT_EQ(Get(), std::string("not\0HTTP", 8));
-  server_.QueueAnswer("/p1", {.status = 404, .body = "once"});
-  EXPECT_THAT(Get(), AllOf(HasSubstr(" 404 "), EndsWith("\r\n\r\nonce")));
+  server_.SetAnswer("/p1", {.status = 404, .body = "gone"});
+  EXPECT_THAT(Get(), AllOf(HasSubstr(" 404 "), EndsWith("\r\n\r\ngone")));
   server_.ClearAnswers();
   EXPECT_THAT(Get(), EndsWith("\r\n\r\n" + document_));
   EXPECT_EQ(server_.Requests().size(), 5u);
