@@ -49,7 +49,8 @@ const struct {
     {"Windows 6.0",
      {7, 5},
      [](InstallHost& host) {
-       host.machine.System().majorVersion = 6, host.machine.System().minorVersion = 0;
+       host.machine.System().majorVersion = 6;
+       host.machine.System().minorVersion = 0;
      },
      {L"COM7", L"COM5"},
      std::nullopt},
