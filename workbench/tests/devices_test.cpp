@@ -1,5 +1,4 @@
-// Misuse of device sets and of the class installer is refused and reported, and places that disagree are
-// seen.
+// Misuse of device sets is refused and reported, and places that disagree are seen.
 #include <gmock/gmock.h>
 
 #include "workbench/machine/models/device_text.h"
@@ -21,22 +20,6 @@ class DevicesOfMachine : public testing::Test {
     return probe.Call<HDEVINFO(const GUID*, DWORD)>("AllDevices", classGuid, flags);
   }
   BOOL Destroy(HDEVINFO set) { return probe.Call<BOOL(HDEVINFO)>("Destroy", set); }
-  BOOL Change(DeviceElement& element, DWORD state, DWORD scope, DWORD size = sizeof(SP_PROPCHANGE_PARAMS)) {
-    SP_PROPCHANGE_PARAMS change{};
-    change.ClassInstallHeader.cbSize = sizeof change.ClassInstallHeader;
-    change.ClassInstallHeader.InstallFunction = DIF_PROPERTYCHANGE;
-    change.StateChange = state;
-    change.Scope = scope;
-    if (!probe.Call<BOOL(HDEVINFO, SP_DEVINFO_DATA*, SP_CLASSINSTALL_HEADER*, DWORD)>(
-            "ClassParams", element.Set(), element.Data(), &change.ClassInstallHeader, size)) {
-      return FALSE;
-    }
-    return Install(DIF_PROPERTYCHANGE, element);
-  }
-  BOOL Install(DI_FUNCTION function, DeviceElement& element) {
-    return probe.Call<BOOL(DI_FUNCTION, HDEVINFO, SP_DEVINFO_DATA*)>("ClassInstaller", function,
-                                                                     element.Set(), element.Data());
-  }
 };
 
 TEST_F(DevicesOfMachine, MisuseOfSetsIsReported) {
@@ -56,20 +39,6 @@ TEST_F(DevicesOfMachine, MisuseOfSetsIsReported) {
       machine.Calls().Violations(),
       ElementsAre(HasSubstr("wrong size 28"), HasSubstr("not of this set"),
                   HasSubstr("SetupDiDestroyDeviceInfoList: not a device"), HasSubstr("neither a class")));
-}
-
-TEST_F(DevicesOfMachine, AMalformedPropertyChangeIsRefusedAndReported) {
-  DeviceElement port(machine, *server.ports[0]);
-  EXPECT_FALSE(Install(DIF_PROPERTYCHANGE, port));
-  EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_NO_CLASSINSTALL_PARAMS));
-  EXPECT_FALSE(Change(port, DICS_DISABLE, DICS_FLAG_GLOBAL, 16));
-  EXPECT_FALSE(Change(port, DICS_DISABLE, 7));
-  EXPECT_FALSE(Change(port, 9, DICS_FLAG_GLOBAL));
-  EXPECT_FALSE(Change(port, DICS_STOP, DICS_FLAG_GLOBAL));
-  EXPECT_TRUE(server.ports[0]->started);
-  EXPECT_THAT(machine.Calls().Violations(),
-              ElementsAre(HasSubstr("wrong size"), HasSubstr("unknown scope"), HasSubstr("unknown state"),
-                          HasSubstr("one hardware profile")));
 }
 
 TEST_F(DevicesOfMachine, ThePlacesOfAComNameAreCompared) {

@@ -39,10 +39,4 @@ PROBE BOOL Enumerate(HDEVINFO set, DWORD index, SP_DEVINFO_DATA* data) {
 PROBE HKEY DeviceKey(HDEVINFO set, SP_DEVINFO_DATA* data, REGSAM access) {
   return SetupDiOpenDevRegKey(set, data, DICS_FLAG_GLOBAL, 0, DIREG_DEV, access);
 }
-PROBE BOOL ClassParams(HDEVINFO set, SP_DEVINFO_DATA* data, SP_CLASSINSTALL_HEADER* header, DWORD size) {
-  return SetupDiSetClassInstallParamsW(set, data, header, size);
-}
-PROBE BOOL ClassInstaller(DI_FUNCTION function, HDEVINFO set, SP_DEVINFO_DATA* data) {
-  return SetupDiCallClassInstaller(function, set, data);
-}
 }
