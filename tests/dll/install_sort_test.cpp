@@ -65,25 +65,6 @@ const struct {
      {L"COM7", L"COM5", L"COM6"},
      std::nullopt},
     {"a port has no name", {7, 5, 0}, nullptr, {L"COM7", L"COM5", L""}, std::nullopt},
-    {"no number is free to stand aside on",
-     {7, 5},
-     [](InstallHost& host) {
-       for (DWORD number = 3; number <= 255; ++number) host.machine.ComNames().Claim(number);
-     },
-     {L"COM7", L"COM5"},
-     1,
-     true},
-    {"the database does not open",
-     {7, 5},
-     [](InstallHost& host) { host.machine.ComNames().openError = ERROR_ACCESS_DENIED; },
-     {L"COM7", L"COM5"},
-     1,
-     true},
-    {"the second new name of a swap is refused, and the old one put back",
-     {7, 5},
-     [](InstallHost& host) { host.machine.Calls().Inject({.function = "DefineDosDeviceW", .from = 4}); },
-     {L"COM7", L"COM3"},
-     std::nullopt},
 };
 
 TEST(InstallSortWhen, OnlyAReadyServerWithoutTheFlagIsSortedAndRestarted) {

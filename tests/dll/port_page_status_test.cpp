@@ -4,100 +4,46 @@
 
 namespace {
 
-using workbench::PortState;
-
-class PortPageStatus : public PageTest {};
-
-struct Shown {
-  const wchar_t* state = L"Idle";
-  const wchar_t* mode = L"RS232";
-  const wchar_t* baudRate = L"9600";
-  const wchar_t* dataBits = L"8";
-  const wchar_t* parity = L"None";
-  const wchar_t* stopBits = L"1";
-  const wchar_t* flowControl = L"None";
-  const wchar_t* duplex = nullptr;  // null: the row is hidden
-  const char* ctsBox = "clear";
-  const char* dsrBox = "clear";
-};
-constexpr char kLocked[] = "checked, disabled, label disabled";
-
-struct Row {
-  const char* name;
-  std::optional<PortState> device;  // nothing: the device server is off, in this row and those behind it
-  std::vector<std::pair<const char*, std::uint32_t>> port;
-  std::uint32_t portTypeOfBus;
-  Shown shown;
-};
-
-const Row kRows[] = {
-    {"everything different from the driver",
-     PortState{.baudRate = 115200,
-               .dataBits = 7,
-               .parity = 3,
-               .stopBits = 3,
-               .flowControl = 4,
-               .state = 1,
-               .portMode = 2},
-     {{"EmulateCTSTrue", 1}, {"EmulateDSRTrue", 7}},
-     0,
-     {.state = L"Connected",
-      .mode = L"RS232/422/485",
-      .baudRate = L"115200",
-      .dataBits = L"7",
-      .parity = L"Even",
-      .stopBits = L"1.5",
-      .flowControl = L"Xon/Xoff",
-      .ctsBox = "checked",
-      .dsrBox = "checked"}},
-    {"RS-485: neither DSR nor CTS",
-     PortState{.duplex = 2, .portMode = 1},
-     {{"PortType", 1}},
-     1,
-     {.mode = L"RS422/485",
-      .duplex = L"RS485 half-duplex autogating mode",
-      .ctsBox = kLocked,
-      .dsrBox = kLocked}},
-    {"the device server is off: the driver's values",
-     std::nullopt,
-     {{"Baudrate", 19200}, {"Databits", 2}, {"Parity", 1}, {"Stopbits", 2}, {"FlowControl", 2}},
-     0,
-     {.state = L"Offline",
-      .baudRate = L"19200",
-      .dataBits = L"7",
-      .parity = L"Odd",
-      .stopBits = L"2",
-      .flowControl = L"DTR/DSR"}},
-};
-
-TEST_F(PortPageStatus, APageShowsTheDeviceAndWhereItIsSilentTheDriver) {
-  const workbench::ParameterValues port = PortSet();
-  const workbench::ParameterValues bus = BusSet();
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    PortSet() = port;
-    BusSet() = bus;
-    for (const auto& [name, value] : row.port) PortSet().SetNumber(name, value);
-    BusSet().SetNumber("PortType", row.portTypeOfBus);
-    if (row.device) web.SetPort(1, *row.device);
-    if (!row.device) web.Stop();
-    const PageSheet sheet(*this);
-    const std::pair<int, const wchar_t*> texts[] = {{IDC_PORT_STATE, row.shown.state},
-                                                    {IDC_PORT_MODE, row.shown.mode},
-                                                    {IDC_PORT_BAUD_RATE, row.shown.baudRate},
-                                                    {IDC_PORT_DATA_BITS, row.shown.dataBits},
-                                                    {IDC_PORT_PARITY, row.shown.parity},
-                                                    {IDC_PORT_STOP_BITS, row.shown.stopBits},
-                                                    {IDC_PORT_FLOW_CONTROL, row.shown.flowControl}};
-    for (const auto& [control, text] : texts) EXPECT_EQ(sheet.Text(control), text);
-    for (const int control : {IDC_PORT_DUPLEX, IDC_PORT_DUPLEX_LABEL}) {
-      EXPECT_EQ(sheet.IsShown(control), row.shown.duplex != nullptr);
+class PortPageStatus : public PageTest {
+ protected:
+  // From the state down to the flow control.
+  static std::vector<std::wstring> TextsOf(const PageSheet& sheet) {
+    std::vector<std::wstring> texts;
+    for (const int control : {IDC_PORT_STATE, IDC_PORT_MODE, IDC_PORT_BAUD_RATE, IDC_PORT_DATA_BITS,
+                              IDC_PORT_PARITY, IDC_PORT_STOP_BITS, IDC_PORT_FLOW_CONTROL}) {
+      texts.push_back(sheet.Text(control));
     }
-    if (row.shown.duplex != nullptr) {
-      EXPECT_EQ(sheet.Text(IDC_PORT_DUPLEX), row.shown.duplex);
-    }
-    EXPECT_EQ(sheet.Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), row.shown.ctsBox);
-    EXPECT_EQ(sheet.Box(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL), row.shown.dsrBox);
+    return texts;
+  }
+};
+
+TEST_F(PortPageStatus, APageShowsTheDevicesValuesAndTheDriversBoxes) {
+  web.SetPort(1, {.baudRate = 115200,
+                  .dataBits = 7,
+                  .parity = 3,
+                  .stopBits = 3,
+                  .flowControl = 4,
+                  .state = 1,
+                  .portMode = 2});
+  PortSet().SetNumber("EmulateCTSTrue", 1);
+  EXPECT_THAT(TextsOf(PageOf()),
+              ElementsAre(L"Connected", L"RS232/422/485", L"115200", L"7", L"Even", L"1.5", L"Xon/Xoff"));
+  EXPECT_EQ(PageOf().Box(IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL), "checked");
+  EXPECT_EQ(PageOf().Box(IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL), "clear");
+  EXPECT_FALSE(PageOf().IsShown(IDC_PORT_DUPLEX));
+  EXPECT_FALSE(PageOf().IsShown(IDC_PORT_DUPLEX_LABEL));
+}
+
+TEST_F(PortPageStatus, AnRs485PortHasADuplexModeAndNeitherDsrNorCts) {
+  PortSet().SetNumber("PortType", 1);
+  BusSet().SetNumber("PortType", 1);
+  web.SetPort(1, {.duplex = 2, .portMode = 1});
+  EXPECT_EQ(PageOf().Text(IDC_PORT_DUPLEX), L"RS485 half-duplex autogating mode");
+  EXPECT_TRUE(PageOf().IsShown(IDC_PORT_DUPLEX));
+  EXPECT_TRUE(PageOf().IsShown(IDC_PORT_DUPLEX_LABEL));
+  for (const auto& [box, label] : {std::pair{IDC_PORT_CTS_ALWAYS_TRUE, IDC_PORT_CTS_LABEL},
+                                   {IDC_PORT_DSR_ALWAYS_TRUE, IDC_PORT_DSR_LABEL}}) {
+    EXPECT_EQ(PageOf().Box(box, label), "checked, disabled, label disabled");
   }
 }
 
@@ -123,9 +69,17 @@ TEST_F(PortPageStatus, OpeningReadsTheDeviceOnceAndWritesBothSets) {
   EXPECT_EQ(web.Requests().size(), 1u);
 }
 
-TEST_F(PortPageStatus, AnOfflineDeviceIsReportedWhenThePageOpens) {
+TEST_F(PortPageStatus, AnOfflineDeviceIsReportedAndThePageShowsTheDriver) {
+  for (const auto& [name, value] : {std::pair{"Baudrate", 19200u},
+                                    {"Databits", 2u},
+                                    {"Parity", 1u},
+                                    {"Stopbits", 2u},
+                                    {"FlowControl", 2u}}) {
+    PortSet().SetNumber(name, value);
+  }
   web.Stop();
   const PageSheet sheet(*this);
+  EXPECT_THAT(TextsOf(sheet), ElementsAre(L"Offline", L"RS232", L"19200", L"7", L"Odd", L"2", L"DTR/DSR"));
   EXPECT_THAT(BoxTexts(), ElementsAre(L"Cannot load device information data from the device. Device may be "
                                       L"offline.|Warning|48"));
   EXPECT_EQ(Boxes().at(0).owner, sheet.Page());
