@@ -27,7 +27,7 @@ inline KdPort::Port MakePort(std::uint32_t index, const std::string& name) {
 
 inline void Claim(KdPort::Host& host, std::int32_t number) {
   if (!host.claimed) host.claimed.emplace();
-  if (number > 0) (*host.claimed)[static_cast<std::size_t>(number) - 1] = 1;
+  SetClaimed(host, number, true);
 }
 
 // Ports 1, 2, ... of one device server with these numbers, in good order.
@@ -53,7 +53,7 @@ class CFakeHost : public KdPort::CHostAccess {
   KdPort::Outcome Rename(const KdPort::Port& port, std::int32_t number) override {
     if (const auto refusal = Count(); refusal.kind != KdPort::Outcome::Done) return refusal;
     heldTwice = heldTwice || !HoldersOf(host, number).empty() || IsClaimed(host, number);
-    (*host.claimed)[static_cast<std::size_t>(port.Number()) - 1] = 0;
+    SetClaimed(host, port.Number(), false);
     Find(port).name = KdPort::ComName(number);
     Claim(host, number);
     return {};
@@ -76,7 +76,7 @@ class CFakeHost : public KdPort::CHostAccess {
   }
   KdPort::Outcome Release(std::int32_t number) override {
     if (const auto refusal = Count(); refusal.kind != KdPort::Outcome::Done) return refusal;
-    (*host.claimed)[static_cast<std::size_t>(number) - 1] = 0;
+    SetClaimed(host, number, false);
     return {};
   }
 

@@ -44,7 +44,7 @@ struct Case {
 void AddPort(CBytes& bytes, Case& made) {
   const std::size_t place = made.host.ports.size();
   const std::uint8_t number = bytes.Next(), wanted = bytes.Next(), state = bytes.Next();
-  Port port = MakePort(static_cast<std::uint32_t>(place), number != 0 ? ComName(number) : "");
+  Port port = MakePort(static_cast<std::uint32_t>(place + 1), number != 0 ? ComName(number) : "");
   port.present = (state & 1) == 0;
   port.open = (state & 2) != 0;
   if ((state & 4) != 0) port.dosTarget.reset();

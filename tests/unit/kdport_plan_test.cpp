@@ -40,12 +40,19 @@ TEST(KdPortPlan, NumbersChangePlacesWithoutEverBeingHeldTwice) {
   };
   for (const auto& row : cases) {
     CFakeHost machine(MakeHost(row.have));
+    for (std::size_t i = 0; i < row.have.size(); ++i) {
+      // Its predecessor, which is not present any more, holds nothing.
+      Port& absent = machine.host.ports.emplace_back(Port(machine.host.ports[i]));
+      absent.instanceId += "OLD";
+      absent.present = false;
+    }
     Host host = machine.host;
     const Plan plan = MakePlan(host, WishNumbers(row.want), false);
     ASSERT_TRUE(plan.obstacles.empty()) << Say(plan.obstacles.front().message);
     EXPECT_EQ(plan.steps.size(), row.steps);
     EXPECT_EQ(RunSteps(host, plan.steps, machine, {}).exit, ExitCode::Done);
     EXPECT_FALSE(machine.heldTwice);
+    machine.host.ports.resize(row.have.size());
     EXPECT_EQ(NumbersOf(machine.host), row.want);
   }
 }
@@ -72,8 +79,10 @@ TEST(KdPortPlan, EachObstacleIsNamedWithItsOwner) {
     void (*change)(Host&) = [](Host&) {};
   } cases[] = {
       {{{0, 8, {}}}, "COM5 (KDSRV\\1&2/1) cannot become COM8: Modem (MODEM\\1) has it"},
-      {{{0, 7, {}}}, "COM5 (KDSRV\\1&2/1) cannot become COM7: KDSRV\\1&2/3 has it"},
-      {{{0, 9, {}}}, "COM5 (KDSRV\\1&2/1) cannot become COM9: it is claimed, by nobody that is present"},
+      {{{0, 7, {}}},
+       "COM5 (KDSRV\\1&2/1) cannot become COM7: it is claimed by nobody that is present; KDBUS\\PORT\\1&3 "
+       "had it"},
+      {{{0, 9, {}}}, "COM5 (KDSRV\\1&2/1) cannot become COM9: it is claimed by nobody that is present"},
       {{{1, 10, {}}}, "a program has COM6 (KDSRV\\1&2/2) open"},
       {{{2, 10, {}}}, "COM7 (KDSRV\\1&2/3) is not present"},
       {{fast},

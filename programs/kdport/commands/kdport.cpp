@@ -144,7 +144,7 @@ int RunKdPort(std::vector<std::string> words, CSurroundings& surroundings) {
     app.parse(words);
   } catch (const CLI::Success&) {
     const auto asked = app.get_subcommands();
-    surroundings.Print(asked.empty() ? app.help() : asked.front()->help());
+    surroundings.Print(asked.empty() ? app.help() : asked.front()->help("kdport"));
     return static_cast<int>(ExitCode::Done);
   } catch (const CLI::ParseError& error) {
     const auto asked = app.get_subcommands();

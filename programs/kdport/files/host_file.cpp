@@ -19,7 +19,10 @@ constexpr std::size_t kMostFaults = 100;
 class CHostFileReader {
  public:
   CHostFileReader(std::string_view document, const Host& host) : csv_(document) {
-    for (std::size_t i = 0; i < host.ports.size(); ++i) ports_[Folded(host.ports[i].Key())].push_back(i);
+    for (std::size_t i = 0; i < host.ports.size(); ++i) {
+      const Port& port = host.ports[i];
+      ports_[Folded(port.server + "/" + std::to_string(port.index))].push_back(i);
+    }
   }
 
   WishFile Read();

@@ -19,7 +19,7 @@ namespace KdPort {
 struct Port {
   std::string instanceId;
   std::string server;       // the device server's instance id
-  std::uint32_t index = 0;  // the port's number on its device server
+  std::uint32_t index = 0;  // the port's number on its device server, from 1; 0 when unknown
   std::string name;         // "PortName" as it stands; empty when there is none
   std::string friendlyName;
   std::string kernelDevice;              // what its DOS device has to point at; empty when unknown
@@ -33,7 +33,7 @@ struct Port {
 
   // 0 when the port has no well-formed COM name.
   [[nodiscard]] std::int32_t Number() const { return ComNumber(name); }
-  // SERVER/INDEX.
+  // SERVER/INDEX; the instance id when the index is not known.
   [[nodiscard]] std::string Key() const;
 };
 
@@ -59,11 +59,11 @@ struct Holder {
   [[nodiscard]] bool IsPresent() const { return port != nullptr ? port->present : foreign->present; }
 };
 
-// All who have the number, present or not; empty when nobody has. The host has to outlive them.
+// Who has the number: all who are present; when nobody is, those who had it last, as long as the database has
+// it claimed. The host has to outlive them.
 [[nodiscard]] std::vector<Holder> HoldersOf(const Host& host, std::int32_t number);
 
-// The same for every number at once, for who asks about many. The host has to outlive it and to stay as it
-// is.
+// The same for every number, for who asks about many. The host has to outlive it and to stay as it is.
 class CHolders {
  public:
   explicit CHolders(const Host& host);
@@ -78,9 +78,11 @@ class CHolders {
 
 // Whether the database has the number claimed; false when it cannot be read.
 [[nodiscard]] bool IsClaimed(const Host& host, std::int32_t number);
+void SetClaimed(Host& host, std::int32_t number, bool claimed);
 
-// How messages call a device.
+// How messages call a device, and those who had a number and are not present.
 [[nodiscard]] std::string DisplayName(const Port& port);
 [[nodiscard]] std::string DisplayName(const Holder& holder);
+[[nodiscard]] std::string FormerHolders(std::span<const Holder> holders);
 
 }  // namespace KdPort

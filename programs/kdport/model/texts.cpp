@@ -52,7 +52,7 @@ constexpr Row kRows[] = {
     {Text::SharedWithForeign, "shared-with-foreign", "{0} shares its name with {1}, which would lose it",
      "rename that device in Device Manager"},
     {Text::NumberHeld, "number-held", "{0} cannot become {1}: {2} has it", "choose another number"},
-    {Text::NumberGhost, "number-ghost", "{0} cannot become {1}: it is claimed, by nobody that is present",
+    {Text::NumberGhost, "number-ghost", "{0} cannot become {1}: it is claimed by nobody that is present{2}",
      "kdport repair --release-ghosts releases it"},
     {Text::NumberWantedTwice, "number-wanted-twice", "{0} cannot become {1}: {2} is to become that too", ""},
     {Text::NoFreeNumber, "no-free-number",

@@ -45,7 +45,7 @@ Json MessagesJson(std::span<const Message> messages) {
 Json PortJson(const Port& port) {
   return {{"name", OrNull(port.name)},
           {"server", port.server},
-          {"index", port.index},
+          {"index", port.index != 0 ? Json(port.index) : Json()},
           {"device", port.instanceId},
           {"friendlyName", port.friendlyName},
           {"present", port.present},

@@ -13,6 +13,10 @@ std::string FieldText(const Port& port, Field field) {
   return value ? TextOf(field, *value) : kUnknown;
 }
 
+std::string IndexText(const Port& port) {
+  return port.index != 0 ? std::to_string(port.index) : kUnknown;
+}
+
 // "9600,8,none,1,rtscts"
 std::string LineText(const Port& port) {
   std::string text;
@@ -62,7 +66,7 @@ std::string ListText(const Host& host, std::span<const std::size_t> ports) {
   CTable table({"NAME", "SERVER", "PORT", "ADDRESS", "DATA PORT", "LINE", "STATE"});
   for (const std::size_t i : ports) {
     const Port& port = host.ports[i];
-    table.Add({port.name.empty() ? kUnknown : port.name, port.server, std::to_string(port.index),
+    table.Add({port.name.empty() ? kUnknown : port.name, port.server, IndexText(port),
                FieldText(port, Field::Address), FieldText(port, Field::DataPort), LineText(port),
                !port.present ? "absent"
                : port.open   ? "open"
@@ -76,8 +80,8 @@ std::string LiveText(const Host& host, std::span<const std::size_t> ports, std::
   for (std::size_t i = 0; i < ports.size(); ++i) {
     const Port& port = host.ports[ports[i]];
     const LiveStatus& now = live[i];
-    table.Add({port.name.empty() ? kUnknown : port.name, port.server, std::to_string(port.index), now.state,
-               now.mode, now.baud, now.dataBits, now.parity, now.stopBits, now.flowControl});
+    table.Add({port.name.empty() ? kUnknown : port.name, port.server, IndexText(port), now.state, now.mode,
+               now.baud, now.dataBits, now.parity, now.stopBits, now.flowControl});
   }
   return table.Print();
 }

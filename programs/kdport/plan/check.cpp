@@ -96,9 +96,7 @@ void CChecker::FindGhosts() {
     const std::span<const Holder> holders = holders_.Of(number);
     if (!IsClaimed(host_, number) || std::ranges::any_of(holders, &Holder::IsPresent)) continue;
     Finding& finding = findings_.emplace_back();
-    finding.message = {Text::Ghost, {ComName(number), ""}};
-    for (const Holder& holder : holders)
-      finding.message.arguments[1] += "; " + DisplayName(holder) + " had it";
+    finding.message = {Text::Ghost, {ComName(number), FormerHolders(holders)}};
     const bool foreign = std::ranges::any_of(holders, [](const Holder& h) { return h.foreign != nullptr; });
     if (!foreign) finding.mend = Step{.kind = StepKind::Release, .to = number};
   }

@@ -1,5 +1,6 @@
 #include "kdport/plan/planner.h"
 
+#include <algorithm>
 #include <array>
 #include <set>
 
@@ -40,6 +41,7 @@ class CPlanner {
   void CheckPort(const Wish& wish);
   void CheckTarget(const Move& move);
   void CheckDosDevice(const Move& move);
+  [[nodiscard]] bool IsGhost(std::int32_t number) const;
   void CheckValues(const Wish& wish);
   void CheckBaud(const Wish& wish);
   void PlanRenames();
@@ -77,6 +79,7 @@ void CPlanner::CollectMoves() {
     if (!wish.number) continue;
     moves_.push_back({wish.port, PortOf(wish.port).Number(), *wish.number});
     moving_.insert(wish.port);
+    plan_.changes.push_back({wish.port, "name", PortOf(wish.port).name, ComName(*wish.number)});
   }
 }
 
@@ -98,10 +101,17 @@ void CPlanner::CheckTarget(const Move& move) {
   }
   wanting = &move;
   const std::span<const Holder> holders = holders_.Of(move.to);
+  if (IsGhost(move.to)) return Hinder(move.port, Text::NumberGhost, {target, FormerHolders(holders)});
   for (const Holder& holder : holders) {
     if (!Moves(holder)) return Hinder(move.port, Text::NumberHeld, {target, DisplayName(holder)});
   }
-  if (holders.empty() && IsClaimed(host_, move.to)) Hinder(move.port, Text::NumberGhost, {target});
+}
+
+// What `repair` would release.
+bool CPlanner::IsGhost(std::int32_t number) const {
+  return IsClaimed(host_, number) && std::ranges::none_of(holders_.Of(number), [](const Holder& holder) {
+           return holder.foreign != nullptr || holder.IsPresent();
+         });
 }
 
 void CPlanner::CheckValues(const Wish& wish) {
@@ -139,9 +149,6 @@ void CPlanner::CheckDosDevice(const Move& move) {
 }
 
 void CPlanner::PlanRenames() {
-  for (const Move& move : moves_) {
-    plan_.changes.push_back({move.port, "name", PortOf(move.port).name, ComName(move.to)});
-  }
   for (const Port& port : host_.ports) numbers_.push_back(port.Number());
   const RenameOrder order = OrderRenames(moves_, Held());
   for (const Move& move : order.blocked) Hinder(move.port, Text::NoFreeNumber, {ComName(move.to)});
@@ -163,9 +170,8 @@ void CPlanner::TakeMove(const Move& move) {
 // both.
 void CPlanner::MendWhoStays(std::int32_t number) {
   for (std::size_t i = 0; i < numbers_.size(); ++i) {
-    if (numbers_[i] != number) continue;
+    if (numbers_[i] != number || !PortOf(i).present) continue;
     Mend(i, Place::Database);
-    if (!PortOf(i).present) continue;
     Mend(i, Place::DosDevice);
     Mend(i, Place::SerialMap);
   }
@@ -189,11 +195,9 @@ void CPlanner::PlanValues(const Wish& wish) {
 
 HeldNumbers CPlanner::Held() const {
   HeldNumbers held{};
-  for (const Port& port : host_.ports) ++held[static_cast<std::size_t>(port.Number())];
-  for (const ForeignDevice& device : host_.foreign) ++held[static_cast<std::size_t>(ComNumber(device.name))];
   for (std::int32_t number = 1; number <= kHighestNumber; ++number) {
-    std::size_t& holders = held[static_cast<std::size_t>(number)];
-    if (holders == 0 && IsClaimed(host_, number)) holders = 1;
+    const std::size_t holders = holders_.Of(number).size();
+    held[static_cast<std::size_t>(number)] = holders == 0 && IsClaimed(host_, number) ? 1 : holders;
   }
   return held;
 }

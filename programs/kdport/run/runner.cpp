@@ -50,8 +50,7 @@ class CRun {
     const Outcome outcome = Carry(result.step);
     if (outcome.kind == Outcome::Done) {
       result.state = StepState::Done;
-      if (result.step.kind == StepKind::Rename) host_.ports[result.step.port].name = ComName(result.step.to);
-      return;
+      return Follow(result.step);
     }
     if (outcome.kind == Outcome::Gone) gone_.insert(result.step.port);
     Account(result, StepState::Failed, Why(result.step, outcome));
@@ -60,6 +59,15 @@ class CRun {
     for (StepResult& other : report_.results) {
       if (other.state == StepState::NotBegun) other.why = {Text::RightsMissing, {}};
     }
+  }
+
+  // The host after a step: who has a number changes.
+  void Follow(const Step& step) {
+    if (step.kind == StepKind::Release) SetClaimed(host_, step.to, false);
+    if (step.kind != StepKind::Rename) return;
+    SetClaimed(host_, step.from, false);
+    SetClaimed(host_, step.to, true);
+    host_.ports[step.port].name = ComName(step.to);
   }
 
   std::optional<Message> Hindrance(const Step& step) const {

@@ -39,7 +39,8 @@ struct RunReport {
 
 // Takes the steps in order. A step that fails ends neither the run nor the rule that no number is held twice:
 // a rename whose number has not become free, and what comes later for a device that has gone, is not begun.
-// Without rights the run ends. `host` is what the steps were planned on; it follows the names on their way.
+// Without rights the run ends. `host` is what the steps were planned on; it follows names and claims on their
+// way.
 [[nodiscard]] RunReport RunSteps(Host& host, const std::vector<Step>& steps, CHostAccess& access,
                                  const Watcher& watcher);
 

@@ -1,5 +1,9 @@
 #include "kdport/windows/text.h"
 
+#include <setupapi.h>
+
+#include <cstdio>
+
 namespace KdPort {
 
 std::string Utf8(std::wstring_view text) {
@@ -18,14 +22,21 @@ std::wstring Wide(std::string_view text) {
   return wide;
 }
 
+// SetupAPI's own errors are written in hexadecimal everywhere, and Windows has their words under another
+// number.
 std::string ErrorWords(DWORD error) {
+  constexpr DWORD kSetupApi = APPLICATION_ERROR_MASK | ERROR_SEVERITY_ERROR;
+  const bool isSetupApi = (error & kSetupApi) == kSetupApi;
   wchar_t buffer[512];
   const DWORD length = FormatMessageW(
       FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr,
-      error, 0, buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
+      isSetupApi ? static_cast<DWORD>(HRESULT_FROM_SETUPAPI(error)) : error, 0, buffer,
+      static_cast<DWORD>(std::size(buffer)), nullptr);
   std::string words = Utf8({buffer, length});
   words.erase(words.find_last_not_of(" .\r\n") + 1);
-  return (words.empty() ? "error " : words + " (error ") + std::to_string(error) + (words.empty() ? "" : ")");
+  char number[16];
+  std::snprintf(number, sizeof number, isSetupApi ? "0x%08lX" : "%lu", error);
+  return words.empty() ? "error " + std::string(number) : words + " (error " + number + ")";
 }
 
 }  // namespace KdPort
