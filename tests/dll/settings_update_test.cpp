@@ -24,7 +24,7 @@ class SettingsUpdateTest : public RigTest {
     for (const std::uint32_t selector : {kPortSet, kBusSet}) {
       std::uint32_t number = selector == kPortSet ? 0x10 : 0x100;
       for (const workbench::Parameter& parameter : workbench::SetLayout(selector)) {
-        if (!parameter.isText) driver.Current(selector).SetNumber(parameter.name, number++);
+        if (parameter.text == nullptr) driver.Current(selector).SetNumber(parameter.name, number++);
       }
     }
   }

@@ -29,8 +29,8 @@ void ExpectMemberForEachPlace(CSsInformationSet& set, std::uint32_t selector) {
   std::uint32_t place = 0;
   for (const workbench::Parameter& parameter : workbench::SetLayout(selector)) {
     ++place;
-    if (parameter.isText) values.SetText(parameter.name, "text " + std::to_string(place));
-    if (!parameter.isText) values.SetNumber(parameter.name, place);
+    if (parameter.text != nullptr) values.SetText(parameter.name, "text " + std::to_string(place));
+    if (parameter.text == nullptr) values.SetNumber(parameter.name, place);
   }
   Bytes stream;
   for (const std::byte byte : values.Encode()) stream.push_back(std::to_integer<std::uint8_t>(byte));
@@ -44,7 +44,8 @@ void ExpectNamesOfTheDrivers(const CSsInformationSet& set, std::uint32_t selecto
   const auto layout = workbench::SetLayout(selector);
   ASSERT_EQ(set.Items().size(), layout.size());
   for (std::size_t i = 0; i < layout.size(); ++i) {
-    EXPECT_EQ(set.Items()[i]->name, CWideString(std::wstring(layout[i].name.begin(), layout[i].name.end())));
+    const std::string name = layout[i].name;
+    EXPECT_EQ(set.Items()[i]->name, CWideString(std::wstring(name.begin(), name.end())));
   }
 }
 

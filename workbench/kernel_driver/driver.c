@@ -11,18 +11,6 @@ NTSTATUS kd_complete(IRP* irp, NTSTATUS status, ULONG_PTR information) {
   return status;
 }
 
-static NTSTATUS NTAPI dispatch_create(DEVICE_OBJECT* device, IRP* irp) {
-  return kd_port_create(device->DeviceExtension, irp);
-}
-
-static NTSTATUS NTAPI dispatch_close(DEVICE_OBJECT* device, IRP* irp) {
-  return kd_port_close(device->DeviceExtension, irp);
-}
-
-static NTSTATUS NTAPI dispatch_control(DEVICE_OBJECT* device, IRP* irp) {
-  return kd_port_control(device->DeviceExtension, irp);
-}
-
 static void NTAPI unload(DRIVER_OBJECT* driver) {
   (void)driver;
 }
@@ -32,9 +20,9 @@ NTSTATUS NTAPI DriverEntry(DRIVER_OBJECT* driver, UNICODE_STRING* registry_path)
   KeInitializeSpinLock(&kd_lock);
   driver->DriverExtension->AddDevice = kd_add_device;
   driver->DriverUnload = unload;
-  driver->MajorFunction[IRP_MJ_CREATE] = dispatch_create;
-  driver->MajorFunction[IRP_MJ_CLOSE] = dispatch_close;
-  driver->MajorFunction[IRP_MJ_DEVICE_CONTROL] = dispatch_control;
+  driver->MajorFunction[IRP_MJ_CREATE] = kd_port_create;
+  driver->MajorFunction[IRP_MJ_CLOSE] = kd_port_close;
+  driver->MajorFunction[IRP_MJ_DEVICE_CONTROL] = kd_port_control;
   driver->MajorFunction[IRP_MJ_PNP] = kd_plug_and_play;
   return STATUS_SUCCESS;
 }

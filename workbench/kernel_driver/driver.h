@@ -22,9 +22,9 @@ NTSTATUS kd_complete(IRP* irp, NTSTATUS status, ULONG_PTR information);
 
 /* ports.c */
 NTSTATUS NTAPI kd_add_device(DRIVER_OBJECT* driver, DEVICE_OBJECT* bus);
-NTSTATUS kd_port_create(struct kd_port_device* device, IRP* irp);
-NTSTATUS kd_port_close(struct kd_port_device* device, IRP* irp);
-NTSTATUS kd_port_control(struct kd_port_device* device, IRP* irp);
+NTSTATUS NTAPI kd_port_create(DEVICE_OBJECT* device, IRP* irp);
+NTSTATUS NTAPI kd_port_close(DEVICE_OBJECT* device, IRP* irp);
+NTSTATUS NTAPI kd_port_control(DEVICE_OBJECT* device, IRP* irp);
 NTSTATUS NTAPI kd_plug_and_play(DEVICE_OBJECT* device, IRP* irp);
 
 /* reference.c. The string by which user mode tells the interfaces apart: a prefix and the name of the

@@ -1,31 +1,13 @@
 #include "parameter_sets.h"
 
-/* A parameter of a set: a text where there is one, otherwise the number. */
-struct parameter {
-  uint32_t number;
-  const char* text;
-};
-
-/* Like the tables that user mode has, in the order of the streams; kept apart from them on purpose. */
-static const struct parameter port_set[] = {
-    {0, 0},   {921600, 0}, {75, 0}, {0, 0},  {9600, 0},       {3, 0},      {0, 0},   {0, 0},   {0, 0},
-    {0, 0},   {75, 0},     {10, 0}, {85, 0}, {0x1007FFFF, 0}, {0x1F00, 0}, {0xF, 0}, {0x7, 0}, {0xF, 0},
-    {0x3, 0}, {0, 0},      {0, 0},  {0, 0},  {0, 0},          {0, 0},      {0, 0},   {0, 0},   {0, 0},
-    {1, 0},   {1, 0},      {1, 0},  {1, 0},  {1, 0},          {1, 0},
-};
-static const struct parameter bus_set[] = {
-    {512, 0}, {512, 0},  {921600, 0}, {60, 0},   {0, 0}, {0, 0},  {0, "TCP"}, {0, 0},        {0, 0},
-    {2, 0},   {0, 0},    {0, 0},      {1, 0},    {0, 0}, {0, 0},  {9000, 0},  {80, 0},       {1, 0},
-    {1, 0},   {1, 0},    {1, 0},      {1, 0},    {1, 0}, {0, 0},  {0, 0},     {0, 0},        {1, 0},
-    {1, 0},   {4096, 0}, {500, 0},    {5000, 0}, {1, 0}, {16, 0}, {0, 0},     {0, "QX-582"},
-};
+#include "parameter_layout.h"
 
 static const struct {
-  const struct parameter* parameters;
+  const struct kd_parameter* parameters;
   size_t count;
 } sets[KD_SET_COUNT] = {
-    {port_set, sizeof port_set / sizeof *port_set},
-    {bus_set, sizeof bus_set / sizeof *bus_set},
+    {kd_port_layout, sizeof kd_port_layout / sizeof *kd_port_layout},
+    {kd_bus_layout, sizeof kd_bus_layout / sizeof *kd_bus_layout},
 };
 
 uint32_t kd_number_at(const uint8_t* bytes) {
@@ -47,7 +29,7 @@ static void append_text(struct kd_set* set, const char* text) {
 void kd_initial_set(uint32_t selector, struct kd_set* set) {
   set->length = 0;
   for (size_t i = 0; i < sets[selector].count; ++i) {
-    const struct parameter* parameter = &sets[selector].parameters[i];
+    const struct kd_parameter* parameter = &sets[selector].parameters[i];
     if (parameter->text != 0) {
       append_text(set, parameter->text);
     } else {

@@ -121,28 +121,31 @@ static BOOLEAN opened_as_agreed(const IO_STACK_LOCATION* stack) {
          (options & (FILE_SYNCHRONOUS_IO_ALERT | FILE_SYNCHRONOUS_IO_NONALERT)) == 0;
 }
 
-NTSTATUS kd_port_create(struct kd_port_device* device, IRP* irp) {
+NTSTATUS NTAPI kd_port_create(DEVICE_OBJECT* device, IRP* irp) {
+  struct kd_port_device* port = device->DeviceExtension;
   const IO_STACK_LOCATION* stack = IoGetCurrentIrpStackLocation(irp);
   NTSTATUS status = STATUS_SUCCESS;
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
-  if (device->open || !opened_as_agreed(stack)) {
+  if (port->open || !opened_as_agreed(stack)) {
     status = STATUS_INVALID_PARAMETER;
   } else {
-    device->open = TRUE;
-    kd_begin_session(&device->port);
+    port->open = TRUE;
+    kd_begin_session(&port->port);
   }
   KeReleaseSpinLock(&kd_lock, irql);
   return kd_complete(irp, status, 0);
 }
 
-NTSTATUS kd_port_close(struct kd_port_device* device, IRP* irp) {
+NTSTATUS NTAPI kd_port_close(DEVICE_OBJECT* device, IRP* irp) {
+  struct kd_port_device* port = device->DeviceExtension;
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
-  device->open = FALSE;
+  port->open = FALSE;
   KeReleaseSpinLock(&kd_lock, irql);
   return kd_complete(irp, STATUS_SUCCESS, 0);
 }
 
-NTSTATUS kd_port_control(struct kd_port_device* device, IRP* irp) {
+NTSTATUS NTAPI kd_port_control(DEVICE_OBJECT* device, IRP* irp) {
+  struct kd_port_device* port = device->DeviceExtension;
   const IO_STACK_LOCATION* stack = IoGetCurrentIrpStackLocation(irp);
   const struct kd_request request = {.code = stack->Parameters.DeviceIoControl.IoControlCode,
                                      .buffer = irp->AssociatedIrp.SystemBuffer,
@@ -150,7 +153,7 @@ NTSTATUS kd_port_control(struct kd_port_device* device, IRP* irp) {
                                      .output_length = stack->Parameters.DeviceIoControl.OutputBufferLength};
   uint32_t returned = 0;
   const KIRQL irql = KeAcquireSpinLockRaiseToDpc(&kd_lock);
-  const bool answered = kd_answer(&device->port, &request, &returned);
+  const bool answered = kd_answer(&port->port, &request, &returned);
   KeReleaseSpinLock(&kd_lock, irql);
   return kd_complete(irp, answered ? STATUS_SUCCESS : STATUS_INVALID_PARAMETER, returned);
 }

@@ -58,7 +58,8 @@ void PutNumber(std::span<std::byte> bytes, std::size_t offset, std::uint32_t num
 std::optional<std::size_t> FirstTextOffset(std::size_t streamLength) {
   if (streamLength == ParameterValues(kPortSet).Encode().size()) return std::nullopt;
   const auto layout = SetLayout(kBusSet);
-  return 4 * static_cast<std::size_t>(std::ranges::find(layout, true, &Parameter::isText) - layout.begin());
+  const auto isText = [](const Parameter& parameter) { return parameter.text != nullptr; };
+  return 4 * static_cast<std::size_t>(std::ranges::find_if(layout, isText) - layout.begin());
 }
 
 bool CanHave(Operation operation, Misbehaviour misbehaviour) {

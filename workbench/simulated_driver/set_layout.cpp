@@ -7,81 +7,6 @@
 namespace workbench {
 namespace {
 
-// Kept on purpose: OverridBaudRates
-constexpr Parameter kPortLayout[] = {
-    {"PortType", 0u},
-    {"MaxBaudRate", 921600u},
-    {"MinBaudRate", 75u},
-    {"DuplexMode", 0u},
-    {"Baudrate", 9600u},
-    {"Databits", 3u},
-    {"Parity", 0u},
-    {"Stopbits", 0u},
-    {"FlowControl", 0u},
-    {"LogLevel", 0u},
-    {"ReceiveTriggerLevel", 75u},
-    {"TransmitTriggerLevel", 10u},
-    {"FlowControlTriggerLevel", 85u},
-    {"SupportedBaudRates", 0x1007FFFFu},
-    {"SupportedParities", 0x1F00u},
-    {"SupportedDataBits", 0xFu},
-    {"SupportedStopBits", 0x7u},
-    {"SupportedFlowControls", 0xFu},
-    {"SupportedDuplexModes", 0x3u},
-    {"OverridBaudRates", 0u},
-    {"OverrideDataBits", 0u},
-    {"OverrideParity", 0u},
-    {"OverrideStopbits", 0u},
-    {"OverrideFlowControl", 0u},
-    {"EmulateCTSTrue", 0u},
-    {"EmulateDSRTrue", 0u},
-    {"422485CtsTrue", 0u},
-    {"CtsSupported", 1u},
-    {"RtsSupported", 1u},
-    {"DtrSupported", 1u},
-    {"DsrSupported", 1u},
-    {"DcdSupported", 1u},
-    {"RiSupported", 1u},
-};
-
-constexpr Parameter kBusLayout[] = {
-    {"RxFifoSize", 512u},
-    {"TxFifoSize", 512u},
-    {"MaximumBaudRate", 921600u},
-    {"MinimumBaudRate", 60u},
-    {"PortType", 0u},
-    {"SerialPortType", 0u},
-    {"InterfaceType", "TCP"},
-    {"AddressToConnect", 0u},
-    {"PortNumber", 0u},
-    {"ProtocolType", 2u},
-    {"ConnectionIdleTimeout", 0u},
-    {"ConnectionAttemptTimeout", 0u},
-    {"AutoDetect", 1u},
-    {"MACAddress1", 0u},
-    {"MACAddress2", 0u},
-    {"ServerConfigPort", 9000u},
-    {"ServerWebPort", 80u},
-    {"CtsSupported", 1u},
-    {"RtsSupported", 1u},
-    {"DtrSupported", 1u},
-    {"DsrSupported", 1u},
-    {"DcdSupported", 1u},
-    {"RiSupported", 1u},
-    {"ForceCOMPortConnect", 0u},
-    {"IgnoreModelChecking", 0u},
-    {"IgnoreForceProtocol", 0u},
-    {"SerialPortIndex", 1u},
-    {"EnableCBFC", 1u},
-    {"CBFCInitialCredit", 4096u},
-    {"CBFCInitialNegotiationTimeout", 500u},
-    {"TelnetNegotiationTimeout", 5000u},
-    {"RealTxFifoEmulation", 1u},
-    {"RealTxFifoEmulationSize", 16u},
-    {"ExtraDelayOnWriteReq", 0u},
-    {"Model", "QX-582"},
-};
-
 void Append(std::vector<std::byte>& stream, std::uint32_t number) {
   const auto bytes = std::as_bytes(std::span(&number, 1));
   stream.insert(stream.end(), bytes.begin(), bytes.end());
@@ -129,16 +54,15 @@ std::string Shown(const ParameterValue& value) {
 }  // namespace
 
 std::span<const Parameter> SetLayout(std::uint32_t selector) {
-  if (selector == kPortSet) return kPortLayout;
-  if (selector == kBusSet) return kBusLayout;
+  if (selector == kPortSet) return kd_port_layout;
+  if (selector == kBusSet) return kd_bus_layout;
   return {};
 }
 
 ParameterValues::ParameterValues(std::uint32_t selector) : selector_(selector) {
   if (SetLayout(selector).empty()) throw std::out_of_range("set " + std::to_string(selector));
   for (const Parameter& parameter : SetLayout(selector)) {
-    const auto* text = std::get_if<std::string_view>(&parameter.initial);
-    values_.push_back(text ? ParameterValue(std::string(*text)) : std::get<std::uint32_t>(parameter.initial));
+    values_.push_back(parameter.text ? ParameterValue(parameter.text) : parameter.number);
   }
 }
 

@@ -1,6 +1,4 @@
-// The parameter sets of a port's drivers, as the drivers' own manual lists them: names, order, defaults.
-//
-// Deliberately apart from the product's tables: a slip in either one shows as a difference.
+// The values of a port's parameter sets, by name and as streams.
 #pragma once
 
 #include <cstddef>
@@ -12,6 +10,8 @@
 #include <variant>
 #include <vector>
 
+#include "workbench/kernel_driver/parameter_layout.h"
+
 namespace workbench {
 
 // Selectors of the two sets.
@@ -21,11 +21,7 @@ inline constexpr std::uint32_t kBusSet = 1;   // network bus driver
 // A DWORD, or narrow text of 7-bit characters.
 using ParameterValue = std::variant<std::uint32_t, std::string>;
 
-struct Parameter {
-  std::string_view name;
-  std::variant<std::uint32_t, std::string_view> initial;
-  bool isText = std::holds_alternative<std::string_view>(initial);
-};
+using Parameter = kd_parameter;
 
 // The parameters of a set in stream order; empty for a selector that does not exist.
 [[nodiscard]] std::span<const Parameter> SetLayout(std::uint32_t selector);
