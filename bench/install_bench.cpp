@@ -17,8 +17,8 @@
 
 #include "measure.h"
 #include "tests/kdport/probe/kdport_probe.h"
-#include "workbench/machine/models/device_text.h"
 #include "workbench/rig/rig.h"
+#include "workbench/text/device_text.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "workbench/machine/machine.h"
+#include "workbench/machine/dll.h"
 
 namespace {
 

@@ -4,7 +4,8 @@
 
 #include <string_view>
 
-#include "workbench/machine/machine.h"
+#include "workbench/machine/builders.h"
+#include "workbench/machine/dll.h"
 
 namespace {
 

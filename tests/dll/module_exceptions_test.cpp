@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "footprint.h"
-#include "workbench/machine/machine.h"
+#include "workbench/machine/builders.h"
+#include "workbench/machine/dll.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ void ThrowInTheDll(workbench::Machine& machine, const workbench::Device& port) {
   const workbench::Dll dll(machine);
   machine.Calls().ClearLog();
   machine.Calls().FailAllocation(1);
-  EXPECT_EQ(dll.NPortSettingsUpdate(port.instanceId.c_str(), nullptr, 57600, 3, 1, 0, 4), FALSE);
+  EXPECT_EQ(dll.NPortSettingsUpdate(port.instanceId.c_str(), nullptr, 57600, 3, 1, 0, 4), 0u);
   EXPECT_EQ(machine.Calls().FailedAllocations(), 1u);
 }
 

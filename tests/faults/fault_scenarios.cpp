@@ -104,22 +104,21 @@ bool RunRename(ScenarioRig& rig, Trouble trouble) {
 
 // What an update answers is the truth. Only where memory runs out behind the last write, all is written and
 // the export fails all the same.
-bool TellsTheTruth(BOOL done, bool written, Trouble trouble) {
-  if (trouble == Trouble::None) return done == TRUE && written;
-  if (trouble == Trouble::Memory && done == FALSE) return true;
-  return done == (written ? TRUE : FALSE);
+bool TellsTheTruth(KdUpdateResult done, bool written, Trouble trouble) {
+  if (trouble == Trouble::Memory && done == 0) return true;
+  return done == (written ? 1u : 0u) && (written || trouble != Trouble::None);
 }
 
 bool RunSettingsUpdate(ScenarioRig& rig, Trouble trouble) {
-  const BOOL done =
+  const KdUpdateResult done =
       rig.dll->NPortSettingsUpdate(rig.server.ports[0]->instanceId.c_str(), nullptr, 57600, 3, 1, 0, 4);
   return TellsTheTruth(done, rig.drivers[0].Current(kPortSet).Number("Baudrate") == 57600, trouble);
 }
 
 bool RunNetworkUpdate(ScenarioRig& rig, Trouble trouble) {
   rig.server.ports[0]->port->openElsewhere = true;  // so that the device is restarted
-  const BOOL done = rig.dll->NPortNetworkInfoUpdate(rig.server.ports[0]->instanceId.c_str(), nullptr,
-                                                    0x0A000001, 966, 0, 4001, 80, 1, 2, 1, 1);
+  const KdUpdateResult done = rig.dll->NPortNetworkInfoUpdate(
+      rig.server.ports[0]->instanceId.c_str(), nullptr, 0x0A000001, 966, 0, 4001, 80, 1, 2, 1, 1);
   PortDriver& driver = rig.drivers[0];
   const bool written = driver.Current(kBusSet).Number("AddressToConnect") == 0x0A000001 &&
                        driver.Current(kPortSet).Number("DuplexMode") == 1;

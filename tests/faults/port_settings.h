@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "workbench/machine/machine.h"
+#include "workbench/machine/builders.h"
 
 namespace workbench {
 

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/kdport/probe/kdport_probe.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {

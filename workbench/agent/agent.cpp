@@ -14,7 +14,7 @@ AnyFunction ChooseForProgram(const char*, const char* name) {
 
 // Threads of the program's run time close handles that they got by calls that are not seen here.
 std::wstring WithoutUnseenHandles(std::wstring faults) {
-  constexpr std::wstring_view kUnseen = L"VIOLATION: CloseHandle: closes a file that is not open\n";
+  constexpr std::wstring_view kUnseen = L"VIOLATION: CloseHandle: closes what is not open\n";
   for (std::size_t at = 0; (at = faults.find(kUnseen)) != std::wstring::npos;)
     faults.erase(at, kUnseen.size());
   return faults;

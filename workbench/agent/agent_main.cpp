@@ -7,7 +7,7 @@
 #include <string>
 
 #include "workbench/agent/agent.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/text/device_text.h"
 
 namespace {
 

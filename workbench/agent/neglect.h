@@ -1,7 +1,7 @@
 // What becomes of a host that nobody looks after.
 #pragma once
 
-#include "workbench/machine/machine.h"
+#include "workbench/machine/builders.h"
 
 namespace workbench {
 

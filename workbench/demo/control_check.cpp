@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "workbench/demo/report.h"
-#include "workbench/machine/text_table.h"
 #include "workbench/rig/page_controls.h"
+#include "workbench/text/text_table.h"
 
 namespace workbench {
 namespace {

@@ -13,6 +13,9 @@ using std::min;
 #include <memory>
 #include <stdexcept>
 
+#include "workbench/rig/page_controls.h"
+#include "workbench/text/device_text.h"
+
 namespace workbench {
 namespace {
 
@@ -60,13 +63,18 @@ UniqueBitmap Capture(HWND window) {
 
 }  // namespace
 
-Picture::Picture(HWND window) : bitmap_(Capture(window)) {}
+void Album::Take(HWND window, const std::string& fileName) {
+  if (fileName.empty()) return;
+  PaintNow(window);
+  pictures_.emplace_back(fileName, Capture(window));
+}
 
-void Picture::Save(const std::wstring& fileName) const {
+void Album::Save() const {
   const GdiplusSession session;
-  const std::unique_ptr<Gdiplus::Bitmap> picture(Gdiplus::Bitmap::FromHBITMAP(bitmap_.Get(), nullptr));
-  if (!picture || picture->Save(fileName.c_str(), &kPngEncoder, nullptr) != Gdiplus::Ok) {
-    throw std::runtime_error("The picture cannot be written");
+  for (const auto& [fileName, bitmap] : pictures_) {
+    const std::unique_ptr<Gdiplus::Bitmap> picture(Gdiplus::Bitmap::FromHBITMAP(bitmap.Get(), nullptr));
+    if (!picture || picture->Save(Widen(fileName).c_str(), &kPngEncoder, nullptr) != Gdiplus::Ok)
+      throw std::runtime_error("The picture cannot be written: " + fileName);
   }
 }
 

@@ -4,23 +4,26 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "base/unique_handle.h"
 
 namespace workbench {
 
-// What a window showed at one moment. Taken and saved apart, because the encoder is a COM class that the
-// registry of a simulated machine does not have: take it while the machine lives, save it afterwards.
-class Picture {
+// Pictures of windows, taken and saved apart, because the encoder is a COM class that the registry of a
+// simulated machine does not have: take them while the machine lives, save them afterwards.
+class Album {
  public:
-  // Takes the window with everything in it. It should be on the screen and uncovered. Throws
-  // std::runtime_error when there is no picture.
-  explicit Picture(HWND window);
-  // Writes a PNG, 24 bits per pixel. Throws std::runtime_error when it cannot be written.
-  void Save(const std::wstring& fileName) const;
+  // Paints the window and takes it with everything in it, for this file; nothing when the name is empty. It
+  // should be on the screen and uncovered. Throws std::runtime_error when there is no picture.
+  void Take(HWND window, const std::string& fileName);
+  // Writes a PNG each, 24 bits per pixel. Throws std::runtime_error when one cannot be written.
+  void Save() const;
 
  private:
-  CUniqueHandle<GdiHandleTraits<HBITMAP>> bitmap_;
+  using UniqueBitmap = CUniqueHandle<GdiHandleTraits<HBITMAP>>;
+  std::vector<std::pair<std::string, UniqueBitmap>> pictures_;
 };
 
 }  // namespace workbench

@@ -1,6 +1,6 @@
 #include "workbench/demo/report.h"
-#include "workbench/machine/models/device_text.h"
-#include "workbench/machine/text_table.h"
+#include "workbench/text/device_text.h"
+#include "workbench/text/text_table.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -54,6 +54,12 @@ void Print(const std::wstring& text) {
   const std::string bytes = Narrow(text);
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
   std::fflush(stdout);
+}
+
+bool PrintBeside(const std::wstring& happened, const std::wstring& expected) {
+  Print(happened);
+  if (happened != expected) Print(L"  DIFFERS, expected is:\n" + expected);
+  return happened == expected;
 }
 
 std::wstring CaptionOf(Machine& machine, const Device& device) {

@@ -27,6 +27,8 @@ struct ListedDevice {
 
 // Writes UTF-8 to the standard output.
 void Print(const std::wstring& text);
+// Prints what happened and, where it is not the same, what should have. True when it is.
+[[nodiscard]] bool PrintBeside(const std::wstring& happened, const std::wstring& expected);
 
 // One line per message box: caption, icon, text, answer.
 [[nodiscard]] std::wstring FormatMessageBoxes(const std::vector<MessageBoxRecord>& boxes);

@@ -8,7 +8,7 @@
 
 #include "base/unique_handle.h"
 #include "workbench/demo/commands.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {

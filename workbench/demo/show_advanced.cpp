@@ -12,7 +12,6 @@
 #include "workbench/demo/control_check.h"
 #include "workbench/demo/picture.h"
 #include "workbench/demo/report.h"
-#include "workbench/machine/models/device_text.h"
 #include "workbench/rig/page_controls.h"
 #include "workbench/rig/page_sheet.h"
 #include "workbench/rig/sample_rig.h"
@@ -23,28 +22,26 @@ namespace {
 
 struct Tab {
   const wchar_t* title;
-  const wchar_t* picture;
+  const char* picture;
 };
-constexpr Tab kTabs[] = {{L"Port Settings", L"advanced-device"},
-                         {L"TCP/IP Settings", L"advanced-tcp-ip"},
-                         {L"About", L"advanced-about"}};
+constexpr Tab kTabs[] = {{L"Port Settings", "advanced-device"},
+                         {L"TCP/IP Settings", "advanced-tcp-ip"},
+                         {L"About", "advanced-about"}};
 
-// Pictures by name, when they are wanted.
-struct Album {
-  bool wanted = false;
-  std::vector<std::pair<std::wstring, Picture>> pictures{};
+// The pictures, and the folder that they are for: "" when none are wanted.
+struct Folder {
+  std::string name;
+  Album album{};
 
-  void Take(HWND sheet, const wchar_t* name) {
-    if (!wanted) return;
-    PaintNow(sheet);
-    pictures.emplace_back(name, Picture(sheet));
+  void Take(HWND sheet, const char* picture) {
+    album.Take(sheet, name.empty() ? "" : name + "/" + picture + ".png");
   }
 };
 
 // The list opened, from its beginning, with as many lines as there is room for above the sheet's end.
-void TakeComList(HWND sheet, HWND page, Album& album) {
+void TakeComList(HWND sheet, HWND page, Folder& folder) {
   constexpr WPARAM kLines = 20;
-  if (!album.wanted) return;
+  if (folder.name.empty()) return;
   const HWND combo = GetDlgItem(page, IDC_DEVICE_COM_NUMBER);
   COMBOBOXINFO parts{};
   parts.cbSize = sizeof parts;
@@ -56,11 +53,11 @@ void TakeComList(HWND sheet, HWND page, Album& album) {
     SendMessageW(parts.hwndList, LB_SETTOPINDEX, 0, 0);
     PaintNow(parts.hwndList);
   }
-  album.Take(sheet, L"advanced-com-list");
+  folder.Take(sheet, "advanced-com-list");
   SendMessageW(combo, CB_SHOWDROPDOWN, FALSE, 0);
 }
 
-bool LookThrough(const OpenSheet& sheet, unsigned port, Album& album) {
+bool LookThrough(const OpenSheet& sheet, unsigned port, Folder& folder) {
   const std::wstring caption = sheet.Caption();
   Print(L"\n" + caption + L"\n");
   // The system puts words of its own around it.
@@ -76,43 +73,42 @@ bool LookThrough(const OpenSheet& sheet, unsigned port, Album& album) {
     }
     Print(L"\n  [" + std::wstring(kTabs[tab].title) + L"]\n");
     right = ReportChecks(checks, L"Drivers and host say") && right;
-    album.Take(sheet.Window(), kTabs[tab].picture);
-    if (tab == OpenSheet::kDevice) TakeComList(sheet.Window(), page, album);
+    folder.Take(sheet.Window(), kTabs[tab].picture);
+    if (tab == OpenSheet::kDevice) TakeComList(sheet.Window(), page, folder);
   }
   return right;
 }
 
 // Presses the button and looks through the sheet that comes up.
-bool Visit(SampleRig& rig, unsigned port, Album& album) {
+bool Visit(SampleRig& rig, unsigned port, Folder& folder) {
   const std::wstring caption = CaptionOf(rig.machine, rig.Port(port - 1));
   const PageSheet page(rig, rig.Port(port - 1), {.caption = caption.c_str()});
   const DriverValues before = ValuesOf(rig);
   rig.Boxes().clear();
   bool right = true;
   const SheetVisit visit([&](const OpenSheet& sheet) {
-    right = LookThrough(sheet, port, album);
+    right = LookThrough(sheet, port, folder);
     sheet.PressCancel();
   });
   page.Click(IDC_PORT_ADVANCED);
   right = visit.Finish() && right;
-  const std::wstring unwanted = FormatMessageBoxes(rig.Boxes()) + FormatChanges(before, ValuesOf(rig));
-  if (!unwanted.empty()) Print(L"  DIFFERS: looking changes nothing and asks nothing\n" + unwanted);
-  return right && unwanted.empty();
+  // Looking changes nothing and asks nothing.
+  return PrintBeside(FormatMessageBoxes(rig.Boxes()) + FormatChanges(before, ValuesOf(rig)), L"") && right;
 }
 
-bool Show(unsigned port, Album& album) {
+bool Show(unsigned port, Folder& folder) {
   SampleRig rig;
   rig.Load();
-  const bool right = Visit(rig, port, album);
+  const bool right = Visit(rig, port, folder);
   return EndsWell(rig) && right;
 }
 
 }  // namespace
 
-int ShowAdvanced(unsigned port, const std::string& folder) {
-  Album album{.wanted = !folder.empty()};
-  const bool right = Show(port, album);
-  for (const auto& [name, picture] : album.pictures) picture.Save(Widen(folder) + L"/" + name + L".png");
+int ShowAdvanced(unsigned port, const std::string& folderName) {
+  Folder folder{.name = folderName};
+  const bool right = Show(port, folder);
+  folder.album.Save();
   Print(right ? L"\nEverything is as the drivers and the host have it.\n"
               : L"\nNot everything is as it should be.\n");
   return right ? 0 : 1;

@@ -3,44 +3,29 @@
 #include "workbench/demo/control_check.h"
 #include "workbench/demo/picture.h"
 #include "workbench/demo/report.h"
-#include "workbench/machine/models/device_text.h"
 #include "workbench/rig/page_sheet.h"
 #include "workbench/rig/sample_rig.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
 
-constexpr wchar_t kOfflineText[] =
-    L"Cannot load device information data from the device. Device may be offline.";
-
-using Pictures = std::vector<std::pair<std::string, Picture>>;
-
 // An unreachable device makes the page warn once; nothing else makes it ask or warn.
-bool CheckMessageBoxes(const std::vector<MessageBoxRecord>& boxes, bool offline) {
-  Print(FormatMessageBoxes(boxes));
-  if (!offline) return boxes.empty();
-  return boxes.size() == 1 && boxes[0].text == kOfflineText && boxes[0].caption == L"Warning" &&
-         (boxes[0].style & (MB_TYPEMASK | MB_ICONMASK)) == (MB_OK | MB_ICONEXCLAMATION);
-}
+constexpr wchar_t kOfflineWarning[] =
+    L"  Message box \"Warning\" (exclamation): Cannot load device information data from the device. Device "
+    L"may be "
+    L"offline. -> OK\n";
 
-// The page asks for its port's document, once, and for nothing else.
-bool CheckRequests(const std::vector<LoggedRequest>& requests, unsigned port, bool offline) {
+std::wstring FormatRequests(const std::vector<LoggedRequest>& requests) {
+  std::wstring text;
   for (const LoggedRequest& logged : requests) {
-    Print(L"  Request: " + Widen(logged.request.method + " " + logged.request.target) + L" -> " +
-          std::to_wstring(logged.status) + L"\n");
+    text += L"  Request: " + Widen(logged.request.method + " " + logged.request.target) + L" -> " +
+            std::to_wstring(logged.status) + L"\n";
   }
-  if (offline) return requests.empty();
-  return requests.size() == 1 && requests[0].request.target == "/p" + std::to_string(port) &&
-         requests[0].status == 200;
+  return text;
 }
 
-bool CheckChanges(const std::wstring& changes, const std::wstring& expected) {
-  Print(changes);
-  if (changes != expected) Print(L"  DIFFERS, the drivers should have changed:\n" + expected);
-  return changes == expected;
-}
-
-bool ShowPage(SampleRig& rig, const PageOptions& options, unsigned port, Pictures& pictures) {
+bool ShowPage(SampleRig& rig, const PageOptions& options, unsigned port, Album& album) {
   const DriverValues before = ValuesOf(rig);
   rig.Boxes().clear();
   rig.web.ClearRequests();
@@ -54,30 +39,32 @@ bool ShowPage(SampleRig& rig, const PageOptions& options, unsigned port, Picture
   // They are the same on every port's page.
   if (options.tips && port == (options.port ? options.port : 1)) PrintTips(sheet.Page());
   for (const auto& [of, file] : options.pictures) {
-    if (of == port) pictures.emplace_back(file, Picture(sheet.Window()));
+    if (of == port) album.Take(sheet.Window(), file);
   }
-  right = CheckChanges(FormatChanges(before, ValuesOf(rig)), ExpectedChanges(port, options.offline)) && right;
-  right = CheckRequests(rig.web.Requests(), port, options.offline) && right;
-  return CheckMessageBoxes(rig.Boxes(), options.offline) && right;
+  right = PrintBeside(FormatChanges(before, ValuesOf(rig)), ExpectedChanges(port, options.offline)) && right;
+  // The page asks for its port's document, once, and for nothing else.
+  const std::wstring request = L"  Request: GET /p" + std::to_wstring(port) + L" -> 200\n";
+  right = PrintBeside(FormatRequests(rig.web.Requests()), options.offline ? L"" : request) && right;
+  return PrintBeside(FormatMessageBoxes(rig.Boxes()), options.offline ? kOfflineWarning : L"") && right;
 }
 
-bool ShowAll(const PageOptions& options, Pictures& pictures) {
+bool ShowAll(const PageOptions& options, Album& album) {
   SampleRig rig;
   if (options.offline) rig.web.Stop();
   rig.Load();
   bool right = true;
   const unsigned first = options.port ? options.port : 1;
   const unsigned last = options.port ? first : SampleRig::kPorts;
-  for (unsigned port = first; port <= last; ++port) right = ShowPage(rig, options, port, pictures) && right;
+  for (unsigned port = first; port <= last; ++port) right = ShowPage(rig, options, port, album) && right;
   return EndsWell(rig) && right;
 }
 
 }  // namespace
 
 int ShowPages(const PageOptions& options) {
-  Pictures pictures;
-  const bool right = ShowAll(options, pictures);
-  for (const auto& [file, picture] : pictures) picture.Save(Widen(file));
+  Album album;
+  const bool right = ShowAll(options, album);
+  album.Save();
   Print(!right            ? L"\nNot everything is as it should be.\n"
         : options.offline ? L"\nEverything is as it should be with the device out of reach.\n"
                           : L"\nEverything is as the device said.\n");

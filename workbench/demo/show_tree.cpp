@@ -5,8 +5,6 @@
 #include "workbench/demo/picture.h"
 #include "workbench/demo/report.h"
 #include "workbench/demo/tree_window.h"
-#include "workbench/machine/models/device_text.h"
-#include "workbench/rig/page_controls.h"
 #include "workbench/rig/sample_rig.h"
 
 namespace workbench {
@@ -50,16 +48,13 @@ void WorkInWindow(Rig& rig, TreeWindow& window) {
   window.RunUntilClosed();
 }
 
-bool Show(bool interactive, bool pictured, std::optional<Picture>& picture) {
+bool Show(bool interactive, const std::string& picture, Album& album) {
   SampleRig rig;
   Print(FormatDevices(rig.machine));
-  if (interactive || pictured) {
+  if (interactive || !picture.empty()) {
     rig.Load();
     TreeWindow window(rig);
-    if (pictured) {
-      PaintNow(window.Window());
-      picture.emplace(window.Window());
-    }
+    album.Take(window.Window(), picture);
     if (interactive) WorkInWindow(rig, window);
   }
   return EndsWell(rig);
@@ -68,9 +63,9 @@ bool Show(bool interactive, bool pictured, std::optional<Picture>& picture) {
 }  // namespace
 
 int ShowTree(bool interactive, const std::string& picture) {
-  std::optional<Picture> taken;
-  const bool right = Show(interactive, !picture.empty(), taken);
-  if (taken) taken->Save(Widen(picture));
+  Album album;
+  const bool right = Show(interactive, picture, album);
+  album.Save();
   return right ? 0 : 1;
 }
 

@@ -93,19 +93,15 @@ void TreeWindow::Fill() {
 
 void TreeWindow::Select(const Device& device) {
   for (HTREEITEM item = TreeView_GetRoot(tree_); item; item = TreeView_GetNextVisible(tree_, item)) {
-    TVITEMW asked{};
-    asked.mask = TVIF_PARAM | TVIF_HANDLE;
-    asked.hItem = item;
-    SendMessageW(tree_, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&asked));
-    if (asked.lParam == reinterpret_cast<LPARAM>(&device)) TreeView_SelectItem(tree_, item);
+    if (DeviceOf(item) == &device) TreeView_SelectItem(tree_, item);
   }
 }
 
-Device* TreeWindow::SelectedDevice() const {
+Device* TreeWindow::DeviceOf(HTREEITEM item) const {
   TVITEMW asked{};
   asked.mask = TVIF_PARAM | TVIF_HANDLE;
-  asked.hItem = TreeView_GetSelection(tree_);
-  if (!asked.hItem || !SendMessageW(tree_, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&asked))) return nullptr;
+  asked.hItem = item;
+  SendMessageW(tree_, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&asked));
   return reinterpret_cast<Device*>(asked.lParam);
 }
 
@@ -161,7 +157,7 @@ bool TreeWindow::Handle(UINT message, LPARAM lParam) {
 }
 
 void TreeWindow::OpenSelected() {
-  Device* const device = SelectedDevice();
+  Device* const device = DeviceOf(TreeView_GetSelection(tree_));
   if (!device) return;
   opening(*device);
   try {

@@ -49,7 +49,7 @@ class TreeWindow {
   bool Handle(UINT message, LPARAM lParam);
   void MakeImages();
   void Fill();
-  [[nodiscard]] Device* SelectedDevice() const;
+  [[nodiscard]] Device* DeviceOf(HTREEITEM item) const;  // null for the computer itself, and for no item
   void OpenSelected();
   void SetStatus(const wchar_t* text);
 

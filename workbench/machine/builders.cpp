@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "workbench/machine/machine.h"
-#include "workbench/machine/models/device_text.h"
-#include "workbench/machine/text_table.h"
+#include "workbench/text/device_text.h"
+#include "workbench/text/text_table.h"
 
 namespace workbench {
 namespace {

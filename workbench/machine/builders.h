@@ -7,11 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "workbench/machine/models/device_tree.h"
+#include "workbench/machine/models/machine.h"
 
 namespace workbench {
-
-class Machine;
 
 inline constexpr GUID kPortsClass = {
     0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};

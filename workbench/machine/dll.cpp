@@ -3,8 +3,8 @@
 #include <stdexcept>
 
 #include "workbench/machine/gate/redirection.h"
-#include "workbench/machine/machine.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
@@ -12,6 +12,19 @@ namespace {
 template <class Function>
 void Find(HMODULE module, const char* name, Function& function) {
   function = reinterpret_cast<Function>(reinterpret_cast<AnyFunction>(GetProcAddress(module, name)));
+}
+
+// What imports may be pointed at: every table is handed to the gate, once.
+void KnowTables() {
+  static const bool known = [] {
+    for (const auto& table :
+         {kDeviceTreeRows, kDeviceSetRows, kDevicePropertyRows, kComNameRows, kFileRows, kHostRows,
+          kScreenRows, kModuleRows, kKernelRows, kRegistryRows, kInternetRows, kWindowRows}) {
+      AddRows(table);
+    }
+    return true;
+  }();
+  static_cast<void>(known);
 }
 
 AnyFunction ChooseHook(const char*, const char* name) {
@@ -45,6 +58,7 @@ Dll::Dll(Machine& machine, const std::wstring& path) : module_(LoadLibraryW(path
   if (module_ == nullptr) {
     throw std::runtime_error("cannot load " + Narrow(path) + ", error " + std::to_string(GetLastError()));
   }
+  KnowTables();
   redirection_ = std::make_unique<Redirection>(module_, ChooseHook);
   ReportUnsimulated(machine, *redirection_);
   FindExports();

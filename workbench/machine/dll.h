@@ -1,17 +1,14 @@
 // The DLL under test, loaded and redirected.
 #pragma once
 
-#include <windows.h>
-
-#include <prsht.h>
-#include <setupapi.h>
-
 #include <memory>
 #include <string>
 
+#include "kdui10.h"
+#include "workbench/machine/models/machine.h"
+
 namespace workbench {
 
-class Machine;
 class Redirection;
 
 // KdUUI10.DLL, with its platform calls pointed at a machine, and its exports as typed functions. The
@@ -19,17 +16,6 @@ class Redirection;
 // that it does not have stays null.
 class Dll {
  public:
-  using CoInstaller = DWORD(WINAPI*)(DI_FUNCTION, HDEVINFO, SP_DEVINFO_DATA*, COINSTALLER_CONTEXT_DATA*);
-  using PortPropPage = BOOL(WINAPI*)(SP_PROPSHEETPAGE_REQUEST*, LPFNADDPROPSHEETPAGE, LPARAM);
-  using TwoTexts = BOOL(WINAPI*)(const wchar_t*, const wchar_t*);
-  using NetworkInfoUpdate = BOOL(WINAPI*)(const wchar_t* deviceInstanceId, void* reserved, DWORD address,
-                                          DWORD dataPort, DWORD reserved2, DWORD configPort, DWORD webPort,
-                                          DWORD mac1, DWORD mac2, DWORD duplexMode, DWORD portType);
-  using SettingsUpdate = BOOL(WINAPI*)(const wchar_t* deviceInstanceId, void* reserved, DWORD baudRate,
-                                       DWORD dataBits, DWORD parity, DWORD stopBits, DWORD flowControl);
-  using NoArguments = HRESULT(WINAPI*)();
-  using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
-
   // The file beside the running program, or another one.
   explicit Dll(Machine& machine, const std::wstring& path = DefaultPath());
   ~Dll();
@@ -39,17 +25,17 @@ class Dll {
   [[nodiscard]] static std::wstring DefaultPath();
   [[nodiscard]] HMODULE Module() const { return module_; }
 
-  CoInstaller CoInstallCard = nullptr;
-  CoInstaller CoInstallPort = nullptr;
-  PortPropPage PropPage = nullptr;
-  TwoTexts ChangeComNumber = nullptr;
-  TwoTexts UpdateDriver = nullptr;
-  NetworkInfoUpdate NPortNetworkInfoUpdate = nullptr;
-  SettingsUpdate NPortSettingsUpdate = nullptr;
-  NoArguments CanUnloadNow = nullptr;
-  NoArguments RegisterServer = nullptr;
-  NoArguments UnregisterServer = nullptr;
-  GetClassObject ClassObject = nullptr;
+  KdUCoInstallCardFn CoInstallCard = nullptr;
+  KdUCoInstallPortFn CoInstallPort = nullptr;
+  KdUPortPropPageFn PropPage = nullptr;
+  KdChangeComNumberFn ChangeComNumber = nullptr;
+  KdUpdateDriverFn UpdateDriver = nullptr;
+  KdNPortNetworkInfoUpdateFn NPortNetworkInfoUpdate = nullptr;
+  KdNPortSettingsUpdateFn NPortSettingsUpdate = nullptr;
+  KdDllCanUnloadNowFn CanUnloadNow = nullptr;
+  KdDllRegisterServerFn RegisterServer = nullptr;
+  KdDllUnregisterServerFn UnregisterServer = nullptr;
+  KdDllGetClassObjectFn ClassObject = nullptr;
 
  private:
   void FindExports();

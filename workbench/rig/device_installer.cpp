@@ -12,7 +12,7 @@ DWORD DeviceInstaller::Call(Device& device, DI_FUNCTION function, COINSTALLER_CO
     element.emplace(machine_, device);
   }
   const bool isPort = IsEqualGUID(device.classGuid, kPortsClass) != 0;
-  const Dll::CoInstaller coInstaller = isPort ? dll_.CoInstallPort : dll_.CoInstallCard;
+  const KdUCoInstallPortFn coInstaller = isPort ? dll_.CoInstallPort : dll_.CoInstallCard;
   const DWORD result = coInstaller(function, element->Set(), element->Data(), &context);
   const std::lock_guard lock(machine_.StateLock());
   element.reset();

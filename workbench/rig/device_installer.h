@@ -7,7 +7,8 @@
 
 #include <string>
 
-#include "workbench/machine/machine.h"
+#include "workbench/machine/builders.h"
+#include "workbench/machine/dll.h"
 
 namespace workbench {
 

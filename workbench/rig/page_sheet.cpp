@@ -2,8 +2,6 @@
 
 #include <stdexcept>
 
-#include "workbench/rig/page_controls.h"
-
 namespace workbench {
 
 PageRequest::PageRequest(Rig& rig, Device& device, DWORD request, bool accept)
@@ -61,23 +59,11 @@ void PageSheet::Close() {
   if (IsWindow(sheet_)) DestroyWindow(sheet_);
 }
 
-std::wstring PageSheet::Text(int id) const {
-  return TextOf(page_, id);
-}
-
-bool PageSheet::IsShown(int id) const {
-  return workbench::IsShown(page_, id);
-}
-
 std::string PageSheet::Box(int box, int label) const {
   std::string words = IsChecked(page_, box) ? "checked" : "clear";
   if (!IsWindowEnabled(Control(box))) words += ", disabled";
   if (!IsWindowEnabled(Control(label))) words += ", label disabled";
   return words;
-}
-
-void PageSheet::Click(int id) const {
-  workbench::Click(page_, id);
 }
 
 void PageSheet::Check(int id, bool check) const {

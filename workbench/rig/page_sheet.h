@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "workbench/rig/page_controls.h"
 #include "workbench/rig/rig.h"
 
 namespace workbench {
@@ -54,12 +55,12 @@ class PageSheet {
   [[nodiscard]] HWND Page() const { return page_; }
   [[nodiscard]] HWND Control(int id) const { return GetDlgItem(page_, id); }
 
-  [[nodiscard]] std::wstring Text(int id) const;
-  [[nodiscard]] bool IsShown(int id) const;
+  [[nodiscard]] std::wstring Text(int id) const { return TextOf(page_, id); }
+  [[nodiscard]] bool IsShown(int id) const { return workbench::IsShown(page_, id); }
   // A check box and its label in words: "checked", "clear", with "disabled" and "label disabled" behind it.
   [[nodiscard]] std::string Box(int box, int label) const;
   // As a click of the user: a disabled control takes none.
-  void Click(int id) const;
+  void Click(int id) const { workbench::Click(page_, id); }
   void Check(int id, bool check) const;
 
   // Presses OK; true when the sheet has ended (and is destroyed).

@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "workbench/device_server/http_device_server.h"
-#include "workbench/machine/machine.h"
+#include "workbench/machine/builders.h"
+#include "workbench/machine/dll.h"
 #include "workbench/rig/device_installer.h"
 #include "workbench/simulated_driver/port_driver.h"
 

@@ -1,8 +1,8 @@
 // Misuse of device sets is refused and reported, and places that disagree are seen.
 #include <gmock/gmock.h>
 
-#include "workbench/machine/models/device_text.h"
 #include "workbench/tests/probe_dll.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {

@@ -25,7 +25,7 @@ TEST_F(GateOfMachine, CountsWhatIsOpenAndReportsASecondClose) {
   gate.ClearLog();
   HKEY key = nullptr;
   ASSERT_EQ(probe.OpenKey(kKey, &key), ERROR_SUCCESS);
-  EXPECT_THAT(gate.LeftOpen(), ElementsAre("registry key of RegOpenKeyExW"));
+  EXPECT_THAT(gate.LeftOpen(), ElementsAre("handle of RegOpenKeyExW"));
   gate.Inject({.function = "RegCloseKey"});
   EXPECT_EQ(probe.CloseKey(key), ERROR_INVALID_HANDLE) << "a failed close still closes";
   EXPECT_THAT(gate.OpenHandles(), IsEmpty());

@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "workbench/machine/builders.h"
 #include "workbench/machine/dll.h"
-#include "workbench/machine/machine.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 

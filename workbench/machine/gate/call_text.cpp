@@ -3,7 +3,7 @@
 
 #include "workbench/machine/gate/gate.h"
 #include "workbench/machine/gate/thunk.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {

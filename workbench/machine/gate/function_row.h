@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 #include "workbench/machine/gate/import_table.h"
 
@@ -31,7 +33,6 @@ enum class HandleKind : std::uint8_t {
   Module,
   ActivationContext,
 };
-[[nodiscard]] const char* NameOf(HandleKind kind);
 
 // How a function says whether it succeeded.
 enum class Outcome : std::uint8_t {
@@ -112,7 +113,10 @@ struct FunctionRow {
 inline constexpr const wchar_t* kSimulatedDlls[] = {L"setupapi.dll", L"cfgmgr32.dll", L"msports.dll",
                                                     L"newdev.dll"};
 
-// The row of a function, or null; names are unique over all DLLs.
-[[nodiscard]] const FunctionRow* FindRow(const char* name);
+// Makes rows known for good; they have to last as long as the program. Throws std::logic_error for a name
+// that has a row: names are unique over all DLLs.
+void AddRows(std::span<const FunctionRow> rows);
+// The row of a function, or null.
+[[nodiscard]] const FunctionRow* FindRow(std::string_view name);
 
 }  // namespace workbench

@@ -1,11 +1,10 @@
 #include "workbench/machine/gate/gate.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
-
-#include "workbench/machine/gate/allocation_paths.h"
-#include "workbench/machine/gate/thunk.h"
+#include <stdexcept>
 
 namespace workbench {
 namespace {
@@ -33,6 +32,18 @@ bool CanFail(const FunctionRow& row) {
   return row.failure.outcome != Outcome::CannotFail;
 }
 
+// The return addresses of the calls that the thread is in, as one number (FNV-1a).
+std::uint64_t PathOfCalls() {
+  void* addresses[48] = {};
+  const USHORT count = CaptureStackBackTrace(0, ARRAYSIZE(addresses), addresses, nullptr);
+  std::uint64_t path = 14695981039346656037u;
+  for (USHORT i = 0; i < count; ++i)
+    path = (path ^ reinterpret_cast<std::uint64_t>(addresses[i])) * 1099511628211u;
+  return path;
+}
+
+std::atomic<Gate*> current{nullptr};
+
 }  // namespace
 
 std::uint64_t Call::Number(std::size_t index) const {
@@ -43,13 +54,24 @@ std::wstring Call::Text(std::size_t index) const {
   return index < arguments.size() ? arguments[index].text : std::wstring();
 }
 
-Gate::Gate() : trace_(std::getenv("KD_WORKBENCH_TRACE") != nullptr) {}
+Gate::Gate() : trace_(std::getenv("KD_WORKBENCH_TRACE") != nullptr) {
+  Gate* none = nullptr;
+  if (!current.compare_exchange_strong(none, this)) throw std::logic_error("a machine is there already");
+}
+
+Gate::~Gate() {
+  current.store(nullptr);
+}
+
+Gate* Gate::Current() {
+  return current.load();
+}
 
 CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> arguments) {
   const std::scoped_lock guard(lock_);
   CallTicket ticket{.row = &row};
   if (row.allocates) {
-    ticket.inject = row.failure.outcome != Outcome::CannotFail && DecideAllocation();
+    ticket.inject = CanFail(row) && DecideAllocation();
     return ticket;
   }
   if (!row.logged) return ticket;
@@ -61,7 +83,6 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
   call.injected = ticket.inject;
   underWay_[call.thread].push_back(ticket.number);
   log_.push_back(std::move(call));
-  ++counts_[row.name];
   return ticket;
 }
 
@@ -82,7 +103,7 @@ bool Gate::Decide(const FunctionRow& row, std::optional<DWORD>& error) {
 
 bool Gate::DecideAllocation() {
   ++allocations_;
-  NoteAllocationPath();
+  if (notesPaths_) allocationPaths_.push_back(PathOfCalls());
   if (allocations_ < allocationFault_.from ||
       allocations_ - allocationFault_.from >= allocationFault_.count) {
     return false;
@@ -184,7 +205,7 @@ void Gate::Closed(HandleKind kind, std::uint64_t value, bool strict) {
   if (found != handles_.end()) {
     handles_.erase(found);
   } else if (strict) {
-    Violate("closes a " + std::string(NameOf(kind)) + " that is not open");
+    Violate("closes what is not open");
   }
 }
 
@@ -198,8 +219,7 @@ std::vector<Call> Gate::CallsOf(std::string_view function) const {
 
 std::size_t Gate::CountOf(std::string_view function) const {
   const std::scoped_lock guard(lock_);
-  const auto found = counts_.find(function);
-  return found == counts_.end() ? 0 : static_cast<std::size_t>(found->second);
+  return static_cast<std::size_t>(std::ranges::count(log_, function, &Call::function));
 }
 
 std::vector<std::string> Gate::OrderOf(std::initializer_list<std::string_view> functions) const {
@@ -222,7 +242,6 @@ std::string Gate::LogText() const {
 void Gate::ClearLog() {
   const std::scoped_lock guard(lock_);
   log_.clear();
-  counts_.clear();
   std::erase_if(handles_, [](const auto& entry) { return IsGone(entry.second); });
   faultable_ = injected_ = allocations_ = failedAllocations_ = 0;
   allocationFault_ = Fault{.count = 0};
@@ -268,7 +287,7 @@ std::vector<std::string> Gate::LeftOpen() const {
   std::vector<std::string> left;
   for (const OpenHandle& handle : OpenHandles()) {
     if (std::ranges::find(kKept, handle.kind) != std::end(kKept)) continue;
-    left.push_back(std::string(NameOf(handle.kind)) + " of " + handle.function);
+    left.push_back(std::string("handle of ") + handle.function);
   }
   return left;
 }

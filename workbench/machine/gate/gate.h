@@ -12,6 +12,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "workbench/machine/gate/function_row.h"
@@ -69,10 +70,22 @@ struct CallTicket {
   std::optional<DWORD> error{};
 };
 
+// Sets the last error and answers what says failure: FALSE, unless the function has another value.
+template <class Result = BOOL>
+Result FailWith(DWORD error, Result failure = {}) {
+  SetLastError(error);
+  return failure;
+}
+
 // The log, the faults and the handles of one machine. Every operation may be called on any thread.
 class Gate {
  public:
+  // Throws std::logic_error when there is one already: calls find it through Current.
   Gate();
+  ~Gate();
+  Gate(const Gate&) = delete;
+  Gate& operator=(const Gate&) = delete;
+  [[nodiscard]] static Gate* Current();  // null when there is none
 
   // -- for tests and stories
   [[nodiscard]] std::vector<Call> Log() const { return Locked(log_); }
@@ -82,7 +95,7 @@ class Gate {
   [[nodiscard]] std::vector<std::string> OrderOf(std::initializer_list<std::string_view> functions) const;
   // The log as text, one call per line.
   [[nodiscard]] std::string LogText() const;
-  // Forgets the log and the call counts; handles and violations stay.
+  // Forgets the log; handles and violations stay.
   void ClearLog();
 
   // Faults add up. They hold until ClearFaults; their counting starts now.
@@ -99,6 +112,11 @@ class Gate {
   // and those after it, `count` together (Fault::kEveryLater: for good).
   [[nodiscard]] std::uint64_t Allocations() const { return Locked(allocations_); }
   void FailAllocation(std::uint64_t kth, std::uint64_t count = 1);
+  // From now on, notes for each allocation the path of calls that leads to it, as one number: the same for
+  // the same path, as in a loop. On one thread.
+  void NoteAllocationPaths() { notesPaths_ = true; }
+  // What was noted, in order.
+  [[nodiscard]] std::vector<std::uint64_t> AllocationPaths() const { return Locked(allocationPaths_); }
   [[nodiscard]] std::uint64_t FailedAllocations() const { return Locked(failedAllocations_); }
   // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
   // frees what it had before.
@@ -107,7 +125,7 @@ class Gate {
   // What is open. Windows that were destroyed with their parent do not count.
   [[nodiscard]] std::vector<OpenHandle> OpenHandles() const;
   [[nodiscard]] std::size_t OpenCount(HandleKind kind) const;
-  // "key of RegOpenKeyExW" for each of them that the DLL does not keep on purpose: the mutex of the
+  // "handle of RegOpenKeyExW" for each of them that the DLL does not keep on purpose: the mutex of the
   // installation, the process that it has started, and modules that were loaded when first needed.
   [[nodiscard]] std::vector<std::string> LeftOpen() const;
 
@@ -122,6 +140,19 @@ class Gate {
   // Adds to the detail of the call that this thread is in.
   void Note(std::wstring_view detail);
   void Violate(std::string text);
+  // Records misuse that Windows answers with a failure, and fails with it.
+  template <class Result = BOOL>
+  Result Misused(std::string what, DWORD error, Result failure = {}) {
+    Violate(std::move(what));
+    return FailWith(error, failure);
+  }
+  // Whether a structure that the caller gives says its right size; otherwise that is misuse.
+  template <class Structure>
+  [[nodiscard]] bool HasSize(const Structure& given, const char* what) {
+    return given.cbSize == sizeof given ||
+           Misused(std::string(what) + " of the wrong size " + std::to_string(given.cbSize),
+                   ERROR_INVALID_USER_BUFFER);
+  }
   void Opened(HandleKind kind, std::uint64_t value);
   // A handle of the kind that was not open is a violation when `strict`.
   void Closed(HandleKind kind, std::uint64_t value, bool strict);
@@ -150,7 +181,6 @@ class Gate {
   // its own calls is under way. Not thread_local: the compiler emulates that, and frees the memory of such a
   // variable before it calls its destructor.
   std::map<DWORD, std::vector<std::uint64_t>> underWay_;
-  std::map<std::string, std::uint64_t, std::less<>> counts_;
   std::vector<ArmedFault> faults_;
   std::multimap<std::pair<HandleKind, std::uint64_t>, OpenHandle> handles_;
   std::vector<std::string> violations_;
@@ -159,6 +189,8 @@ class Gate {
   std::uint64_t faultable_ = 0;
   std::uint64_t injected_ = 0;
   std::uint64_t allocations_ = 0;
+  bool notesPaths_ = false;
+  std::vector<std::uint64_t> allocationPaths_;
   Fault allocationFault_{.count = 0};  // counted from construction or ClearLog
   std::uint64_t failedAllocations_ = 0;
   std::int64_t liveAllocations_ = 0;

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <bit>
 #include <cstdint>
 #include <string>
 #include <type_traits>
@@ -18,10 +16,6 @@
 
 namespace workbench {
 
-// The gate of the machine that lives now, or null.
-[[nodiscard]] Gate* CurrentGate();
-// The function that the row's DLL really exports, or null.
-[[nodiscard]] AnyFunction FindRealFunction(const FunctionRow& row);
 // An input text for the log: "#7" for a resource id or an ordinal, shortened when it is very long.
 [[nodiscard]] std::wstring LoggedText(const wchar_t* text);
 [[nodiscard]] std::wstring LoggedText(const char* text);
@@ -37,19 +31,10 @@ template <class T>
 std::uint64_t Bits(T value) {
   if constexpr (std::is_pointer_v<T>) {
     return reinterpret_cast<std::uint64_t>(value);
-  } else if constexpr (std::is_enum_v<T>) {
-    return static_cast<std::uint64_t>(value);
-  } else if constexpr (std::is_integral_v<T>) {
-    return static_cast<std::uint64_t>(value);
-  } else if constexpr (std::is_floating_point_v<T>) {
-    return std::bit_cast<std::uint64_t>(static_cast<double>(value));
+  } else if constexpr (std::is_class_v<T>) {
+    return 0;  // a GUID: the log does without
   } else {
-    // A structure passed by value (POINT, SIZE): its first eight bytes are enough for the log.
-    std::uint64_t bits = 0;
-    static_assert(std::is_trivially_copyable_v<T>);
-    std::copy_n(reinterpret_cast<const unsigned char*>(&value), std::min(sizeof value, sizeof bits),
-                reinterpret_cast<unsigned char*>(&bits));
-    return bits;
+    return static_cast<std::uint64_t>(value);
   }
 }
 
@@ -104,7 +89,7 @@ R InjectedResult(const Failure& failure, const std::optional<DWORD>& error) {
 // One call through the gate. The last error that the function left is what the caller finds.
 template <class R, class... A>
 R RunGated(const FunctionRow& row, R (*target)(A...), A... a) {
-  Gate* const gate = CurrentGate();
+  Gate* const gate = Gate::Current();
   if (gate == nullptr) return target(a...);
   const std::array<std::uint64_t, sizeof...(A)> bits{Bits(a)...};
   const auto enter = [&] {
@@ -143,7 +128,8 @@ template <FunctionName Name, class R, class... A>
 struct RealThunk<Name, R(A...)> {
   static R WINAPI Call(A... a) {
     static const FunctionRow& row = *FindRow(Name.text);
-    static const auto real = reinterpret_cast<R (*)(A...)>(FindRealFunction(row));
+    static const auto real = reinterpret_cast<R (*)(A...)>(
+        reinterpret_cast<AnyFunction>(GetProcAddress(LoadLibraryA(row.dll), row.name)));
     return RunGated<R, A...>(row, real, a...);
   }
 };

@@ -18,7 +18,9 @@ bool BeginsWith(std::wstring_view text, std::wstring_view start) {
 
 ComDatabase::ComDatabase(RegistrySandbox& registry) : registry_(registry) {
   if (const auto raw = registry_.Raw(kArbiterKey, kArbiterValue)) bits_ = raw->data;
-  if (bits_.empty()) Resize(kInitialPorts);
+  if (!bits_.empty()) return;
+  bits_.resize(256 / 8);
+  Store();
 }
 
 void ComDatabase::Store() {
@@ -46,11 +48,6 @@ void ComDatabase::Release(DWORD number) {
   if (!IsClaimed(number)) return;
   const std::size_t index = number - 1;
   bits_[index / 8] = static_cast<unsigned char>(bits_[index / 8] & ~(1u << (index % 8)));
-  Store();
-}
-
-void ComDatabase::Resize(DWORD ports) {
-  bits_.resize((ports + 7) / 8);
   Store();
 }
 

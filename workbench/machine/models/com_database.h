@@ -17,7 +17,6 @@ class RegistrySandbox;
 // Which COM numbers are taken: a bit map in the registry, where Windows keeps it. Numbers from 1.
 class ComDatabase {
  public:
-  static constexpr DWORD kInitialPorts = 256;
   static constexpr DWORD kMaximumPorts = 4096;
 
   explicit ComDatabase(RegistrySandbox& registry);
@@ -25,8 +24,7 @@ class ComDatabase {
   [[nodiscard]] bool IsClaimed(DWORD number) const;  // false for a number outside the database
   void Claim(DWORD number);                          // grows the database when it must
   void Release(DWORD number);
-  [[nodiscard]] DWORD Ports() const;  // how many numbers the database arbitrates
-  void Resize(DWORD ports);
+  [[nodiscard]] DWORD Ports() const;                 // how many numbers the database arbitrates
   [[nodiscard]] std::vector<DWORD> Claimed() const;  // ascending
 
   // Handles of ComDBOpen; no handle is used twice.

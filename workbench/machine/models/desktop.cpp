@@ -8,10 +8,8 @@ int Desktop::Show(HWND owner, const wchar_t* text, const wchar_t* caption, UINT 
                        .style = style};
   if (answerer_) {
     box.answer = answerer_(box);
-    box.scripted = true;
   } else if (!answers_.empty()) {
     box.answer = answers_.front();
-    box.scripted = true;
     answers_.pop_front();
   } else {
     box.answer =

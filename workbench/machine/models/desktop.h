@@ -16,7 +16,6 @@ struct MessageBoxRecord {
   std::wstring caption{};
   UINT style = 0;
   int answer = 0;
-  bool scripted = false;  // false: nobody had said what to answer
 };
 
 struct ShellRecord {
@@ -66,7 +65,6 @@ struct ProcessRecord {
   std::wstring application{}, commandLine{};
   bool inherit = false;
   DWORD flags = 0;
-  DWORD startupSize = 0;
 };
 struct DriverUpdateRecord {
   HWND owner = nullptr;

@@ -1,6 +1,8 @@
 #include "workbench/machine/models/device_sets.h"
 
-#include "workbench/machine/machine.h"
+#include <algorithm>
+
+#include "workbench/machine/models/machine.h"
 
 namespace workbench {
 
@@ -19,9 +21,7 @@ HDEVINFO DeviceSets::Create(std::unique_ptr<DeviceSet> set) {
 DeviceSet* DeviceSets::Find(HDEVINFO handle) {
   const auto found = sets_.find(reinterpret_cast<std::uint64_t>(handle));
   if (found != sets_.end()) return found->second.get();
-  machine_.Calls().Violate("not a device information set");
-  SetLastError(ERROR_INVALID_HANDLE);
-  return nullptr;
+  return machine_.Calls().Misused<DeviceSet*>("not a device information set", ERROR_INVALID_HANDLE);
 }
 
 bool DeviceSets::Destroy(HDEVINFO handle) {
@@ -39,26 +39,20 @@ SetElement& DeviceSets::Put(DeviceSet& set, Device& device) {
   return *set.elements.back();
 }
 
-SetElement* DeviceSets::FindElement(DeviceSet& set, const SP_DEVINFO_DATA* data) {
-  if (data == nullptr) {
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return nullptr;
-  }
-  if (data->cbSize != sizeof *data) {
-    machine_.Calls().Violate("SP_DEVINFO_DATA of the wrong size");
-    SetLastError(ERROR_INVALID_USER_BUFFER);
-    return nullptr;
-  }
-  for (const auto& element : set.elements) {
-    if (reinterpret_cast<ULONG_PTR>(element.get()) != data->Reserved) continue;
-    if (element->device->node != data->DevInst) break;
-    if (!element->device->removed) return element.get();
-    SetLastError(ERROR_NO_SUCH_DEVINST);
-    return nullptr;
-  }
-  machine_.Calls().Violate("an element that is not of this set");
-  SetLastError(ERROR_INVALID_PARAMETER);
-  return nullptr;
+SetElement* DeviceSets::FindElement(HDEVINFO handle, const SP_DEVINFO_DATA* data) {
+  const DeviceSet* set = Find(handle);
+  if (set == nullptr) return nullptr;
+  if (data == nullptr) return FailWith<SetElement*>(ERROR_INVALID_PARAMETER);
+  if (!machine_.Calls().HasSize(*data, "SP_DEVINFO_DATA")) return nullptr;
+  const auto found = std::ranges::find_if(set->elements, [&](const auto& one) {
+    return reinterpret_cast<ULONG_PTR>(one.get()) == data->Reserved && one->device->node == data->DevInst;
+  });
+  if (found == set->elements.end())
+    return machine_.Calls().Misused<SetElement*>("an element that is not of this set",
+                                                 ERROR_INVALID_PARAMETER);
+  if ((*found)->device->removed) return FailWith<SetElement*>(ERROR_NO_SUCH_DEVINST);
+  machine_.Calls().Note((*found)->device->instanceId);
+  return found->get();
 }
 
 void DeviceSets::Fill(const SetElement& element, SP_DEVINFO_DATA& data) {

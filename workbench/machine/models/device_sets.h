@@ -57,8 +57,9 @@ class DeviceSets {
   bool Destroy(HDEVINFO handle);
   // The element of the device, added when the set has none yet.
   SetElement& Put(DeviceSet& set, Device& device);
-  // The element that `data` names, or null with last error set; checks the size, the set and the device.
-  [[nodiscard]] SetElement* FindElement(DeviceSet& set, const SP_DEVINFO_DATA* data);
+  // The element that `data` names in a set, its id noted in the log, or null with last error set; checks the
+  // handle, the size, the set and the device.
+  [[nodiscard]] SetElement* FindElement(HDEVINFO handle, const SP_DEVINFO_DATA* data);
   static void Fill(const SetElement& element, SP_DEVINFO_DATA& data);
 
  private:

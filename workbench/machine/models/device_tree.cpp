@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "workbench/machine/machine.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/machine/models/machine.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {

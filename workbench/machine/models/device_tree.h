@@ -106,7 +106,6 @@ class DeviceTree {
   [[nodiscard]] const std::vector<DeviceEventRecord>& Events() const { return events_; }
   // Ids of the devices that had this event, in order.
   [[nodiscard]] std::vector<std::wstring> EventsOf(DeviceEvent event) const;
-  void ClearEvents() { events_.clear(); }
 
  private:
   void Record(DeviceEvent event, const Device& device);

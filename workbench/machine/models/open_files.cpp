@@ -1,17 +1,9 @@
 #include "workbench/machine/models/open_files.h"
 
-#include "workbench/machine/machine.h"
-#include "workbench/machine/models/device_text.h"
+#include "workbench/machine/models/machine.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
-namespace {
-
-HANDLE Refuse(DWORD error) {
-  SetLastError(error);
-  return INVALID_HANDLE_VALUE;
-}
-
-}  // namespace
 
 OpenFiles::~OpenFiles() {
   for (const auto& [handle, file] : files_) ::CloseHandle(handle);
@@ -27,15 +19,16 @@ HANDLE OpenFiles::Open(const DriverOpen& open, bool& handled) {
   if (path.starts_with(L"\\\\.\\")) return OpenComPort(path.substr(4));
   // "\\?\C:\..." is a file like any other.
   handled = path.find(L'#') != std::wstring_view::npos;
-  return Refuse(ERROR_FILE_NOT_FOUND);
+  return FailWith(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
 }
 
 HANDLE OpenFiles::OpenInterface(const DriverOpen& open, const DeviceInterface& instance,
                                 const Device& owner) {
-  if (instance.driver == nullptr || !instance.active || !owner.started) return Refuse(ERROR_FILE_NOT_FOUND);
+  if (instance.driver == nullptr || !instance.active || !owner.started)
+    return FailWith(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
   const std::uint64_t session = nextSession_++;
   const DWORD error = instance.driver->Open(session, open);
-  if (error != ERROR_SUCCESS) return Refuse(error);
+  if (error != ERROR_SUCCESS) return FailWith(error, INVALID_HANDLE_VALUE);
   const HANDLE handle = Keep({.driver = instance.driver, .session = session});
   machine_.Calls().Opened(HandleKind::DriverFile, reinterpret_cast<std::uint64_t>(handle));
   return handle;
@@ -44,9 +37,10 @@ HANDLE OpenFiles::OpenInterface(const DriverOpen& open, const DeviceInterface& i
 HANDLE OpenFiles::OpenComPort(std::wstring_view name) {
   const std::wstring target = machine_.DosNames().Target(name);
   Device* device = target.empty() ? nullptr : machine_.Devices().FindPort(target);
-  if (device == nullptr || !device->started) return Refuse(ERROR_FILE_NOT_FOUND);
+  if (device == nullptr || !device->started) return FailWith(ERROR_FILE_NOT_FOUND, INVALID_HANDLE_VALUE);
   // A serial port is exclusive: a second open is refused, whoever makes it.
-  if (device->port->openElsewhere || device->port->openHere) return Refuse(ERROR_ACCESS_DENIED);
+  if (device->port->openElsewhere || device->port->openHere)
+    return FailWith(ERROR_ACCESS_DENIED, INVALID_HANDLE_VALUE);
   device->port->openHere = true;
   const HANDLE handle = Keep({.port = device});
   machine_.Calls().Opened(HandleKind::ComPortFile, reinterpret_cast<std::uint64_t>(handle));
@@ -65,15 +59,10 @@ bool OpenFiles::Owns(HANDLE handle) const {
 
 bool OpenFiles::Control(HANDLE handle, const DriverRequest& request, DWORD* returned) {
   const auto found = files_.find(handle);
-  if (found == files_.end() || found->second.driver == nullptr) {
-    SetLastError(ERROR_INVALID_FUNCTION);
-    return false;
-  }
+  if (found == files_.end() || found->second.driver == nullptr) return FailWith(ERROR_INVALID_FUNCTION);
   const DriverAnswer answer = found->second.driver->Control(found->second.session, request);
   if (returned != nullptr) *returned = answer.returned;
-  if (answer.error == ERROR_SUCCESS) return true;
-  SetLastError(answer.error);
-  return false;
+  return answer.error == ERROR_SUCCESS || FailWith(answer.error);
 }
 
 bool OpenFiles::Close(HANDLE handle) {

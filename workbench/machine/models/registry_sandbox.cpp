@@ -51,15 +51,25 @@ CRegistryKey OpenToRead(const std::wstring& path) {
   return key;
 }
 
-std::vector<std::wstring> SubkeysOf(HKEY key) {
+// What RegEnumKeyExW or RegEnumValueW reports.
+template <class Enumerate>
+std::vector<std::wstring> NamesIn(HKEY key, Enumerate enumerate) {
   std::vector<std::wstring> names;
-  wchar_t name[256];
-  for (DWORD i = 0, size = 256;
-       RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-       ++i, size = 256) {
-    names.emplace_back(name, size);
+  std::wstring name(16384, L'\0');
+  for (DWORD i = 0;; ++i) {
+    auto size = static_cast<DWORD>(name.size());
+    if (enumerate(key, i, name.data(), &size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+      return names;
+    names.push_back(name.substr(0, size));
   }
-  return names;
+}
+
+std::vector<std::wstring> SubkeysOf(HKEY key) {
+  return NamesIn(key, RegEnumKeyExW);
+}
+
+std::vector<std::wstring> ValuesOf(HKEY key) {
+  return NamesIn(key, RegEnumValueW);
 }
 
 // Scratch keys of processes that ended without removing them.
@@ -90,11 +100,7 @@ void EmptyButSeeds(HKEY key, const std::wstring& place) {
     }
     EmptyButSeeds(Create(key, name).Get(), below + L"\\");
   }
-  wchar_t name[256];
-  for (DWORD size = 256;
-       RegEnumValueW(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS; size = 256) {
-    if (RegDeleteValueW(key, name) != ERROR_SUCCESS) break;
-  }
+  for (const std::wstring& name : ValuesOf(key)) RegDeleteValueW(key, name.c_str());
 }
 
 // The scratch key of this process. The seeds are copied once: there are many, and machines come and go by the
@@ -143,8 +149,7 @@ RegistrySandbox::~RegistrySandbox() {
 
 void RegistrySandbox::SetRaw(const std::wstring& path, const std::wstring& name, DWORD type, const void* data,
                              DWORD size) {
-  const CRegistryKey key = Create(HKEY_LOCAL_MACHINE, path);
-  Require(RegSetValueExW(key.Get(), name.c_str(), 0, type, static_cast<const BYTE*>(data), size), "set");
+  Require(RegSetKeyValueW(HKEY_LOCAL_MACHINE, path.c_str(), name.c_str(), type, data, size), "set");
 }
 
 void RegistrySandbox::SetText(const std::wstring& path, const std::wstring& name, const std::wstring& text) {
@@ -167,9 +172,7 @@ void RegistrySandbox::MakeKey(const std::wstring& path) {
 }
 
 void RegistrySandbox::DeleteValue(const std::wstring& path, const std::wstring& name) {
-  CRegistryKey key;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_SET_VALUE, key.Put()) != ERROR_SUCCESS) return;
-  RegDeleteValueW(key.Get(), name.c_str());
+  RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, path.c_str(), name.c_str());
 }
 
 void RegistrySandbox::DeleteKey(const std::wstring& path) {
@@ -205,24 +208,16 @@ std::optional<std::wstring> RegistrySandbox::Text(const std::wstring& path, cons
 
 std::optional<std::uint32_t> RegistrySandbox::Dword(const std::wstring& path,
                                                     const std::wstring& name) const {
-  const std::optional<RawValue> raw = Raw(path, name);
-  if (!raw || raw->type != REG_DWORD || raw->data.size() != sizeof(std::uint32_t)) return {};
   std::uint32_t value = 0;
-  std::copy(raw->data.begin(), raw->data.end(), reinterpret_cast<std::uint8_t*>(&value));
-  return value;
+  DWORD size = sizeof value;
+  const LSTATUS status =
+      RegGetValueW(HKEY_LOCAL_MACHINE, path.c_str(), name.c_str(), RRF_RT_REG_DWORD, nullptr, &value, &size);
+  return status == ERROR_SUCCESS ? std::optional(value) : std::nullopt;
 }
 
 std::vector<std::wstring> RegistrySandbox::ValueNames(const std::wstring& path) const {
-  std::vector<std::wstring> names;
   const CRegistryKey key = OpenToRead(path);
-  std::wstring name(16384, L'\0');
-  for (DWORD i = 0; key; ++i) {
-    auto size = static_cast<DWORD>(name.size());
-    if (RegEnumValueW(key.Get(), i, name.data(), &size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
-      break;
-    names.push_back(name.substr(0, size));
-  }
-  return names;
+  return key ? ValuesOf(key.Get()) : std::vector<std::wstring>();
 }
 
 std::vector<std::wstring> RegistrySandbox::KeyNames(const std::wstring& path) const {

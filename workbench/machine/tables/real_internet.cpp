@@ -24,8 +24,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> InternetRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kInternetRows = kRows;
 
 }  // namespace workbench

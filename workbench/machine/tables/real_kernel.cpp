@@ -47,8 +47,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> KernelRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kKernelRows = kRows;
 
 }  // namespace workbench

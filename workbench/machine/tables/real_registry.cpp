@@ -40,8 +40,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> RegistryRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kRegistryRows = kRows;
 
 }  // namespace workbench

@@ -56,8 +56,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> WindowRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kWindowRows = kRows;
 
 }  // namespace workbench

@@ -1,6 +1,6 @@
 // The COM name database (msports) and the DOS device names.
-#include "workbench/machine/models/device_text.h"
 #include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 // mingw-w64 has no header for msports.dll; these are the documented declarations.
 extern "C" {
@@ -15,7 +15,6 @@ LONG WINAPI ComDBGetCurrentPortUsage(HANDLE database, BYTE* buffer, DWORD size, 
 namespace workbench {
 namespace {
 
-constexpr ULONG kReportBits = 0;   // CDB_REPORT_BITS
 constexpr ULONG kReportBytes = 1;  // CDB_REPORT_BYTES
 
 bool IsOpenDatabase(MachineLock& machine, HANDLE handle) {
@@ -70,18 +69,13 @@ LONG WINAPI GetUsage(HANDLE database, BYTE* buffer, DWORD size, ULONG reportType
     *ports = names.Ports();
     return ERROR_SUCCESS;
   }
-  if (reportType != kReportBits && reportType != kReportBytes) {
-    machine->Calls().Violate("unknown report type");
+  if (reportType != kReportBytes) {
+    machine->Calls().Violate("only CDB_REPORT_BYTES is simulated");
     return ERROR_INVALID_PARAMETER;
   }
-  const DWORD room = reportType == kReportBytes ? size : size * 8;
-  const DWORD reported = std::min(room, names.Ports());
+  const DWORD reported = std::min(size, names.Ports());
   std::fill(buffer, buffer + size, BYTE{0});
-  for (DWORD index = 0; index < reported; ++index) {
-    const unsigned taken = names.IsClaimed(index + 1) ? 1u : 0u;
-    BYTE& place = buffer[reportType == kReportBytes ? index : index / 8];
-    place = static_cast<BYTE>(place | (reportType == kReportBytes ? taken : taken << (index % 8)));
-  }
+  for (DWORD index = 0; index < reported; ++index) buffer[index] = names.IsClaimed(index + 1) ? 1 : 0;
   if (ports != nullptr) *ports = reported;
   return ERROR_SUCCESS;
 }
@@ -91,10 +85,7 @@ DWORD PutTexts(const std::vector<std::wstring>& texts, wchar_t* buffer, DWORD le
   std::wstring all;
   for (const std::wstring& text : texts) all += text + L'\0';
   all += L'\0';
-  if (buffer == nullptr || all.size() > length) {
-    SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    return 0;
-  }
+  if (buffer == nullptr || all.size() > length) return FailWith<DWORD>(ERROR_INSUFFICIENT_BUFFER);
   all.copy(buffer, all.size());
   return static_cast<DWORD>(all.size());
 }
@@ -103,29 +94,21 @@ DWORD WINAPI QueryName(const wchar_t* name, wchar_t* buffer, DWORD length) {
   MachineLock machine;
   if (name == nullptr) return PutTexts(machine->DosNames().Names(), buffer, length);
   const std::vector<std::wstring> targets = machine->DosNames().Targets(name);
-  if (!targets.empty()) return PutTexts(targets, buffer, length);
-  SetLastError(ERROR_FILE_NOT_FOUND);
-  return 0;
+  return targets.empty() ? FailWith<DWORD>(ERROR_FILE_NOT_FOUND) : PutTexts(targets, buffer, length);
 }
 
 BOOL WINAPI DefineName(DWORD flags, const wchar_t* name, const wchar_t* target) {
   MachineLock machine;
-  constexpr DWORD kKnown =
-      DDD_RAW_TARGET_PATH | DDD_REMOVE_DEFINITION | DDD_EXACT_MATCH_ON_REMOVE | DDD_NO_BROADCAST_SYSTEM;
   const bool removes = (flags & DDD_REMOVE_DEFINITION) != 0;
-  if ((flags & ~kKnown) != 0 || name == nullptr || (target == nullptr && !removes)) {
-    machine->Calls().Violate("unknown flags or a missing text");
-    return FailWith(ERROR_INVALID_PARAMETER);
+  if ((flags & DDD_RAW_TARGET_PATH) == 0 || name == nullptr || (target == nullptr && !removes))
+    return machine->Calls().Misused("not a raw target path, or a missing text", ERROR_INVALID_PARAMETER);
+  if (!removes) {
+    machine->DosNames().Define(name, target);
+    return TRUE;
   }
-  // Without DDD_RAW_TARGET_PATH the target is a DOS path, which Windows turns into "\??\...".
-  std::wstring path = target == nullptr ? L"" : target;
-  if (!path.empty() && (flags & DDD_RAW_TARGET_PATH) == 0) path.insert(0, L"\\??\\");
-  if (removes) {
-    const bool exact = (flags & DDD_EXACT_MATCH_ON_REMOVE) != 0;
-    return machine->DosNames().Remove(name, path, exact) ? TRUE : FailWith(ERROR_FILE_NOT_FOUND);
-  }
-  machine->DosNames().Define(name, path);
-  return TRUE;
+  const bool exact = (flags & DDD_EXACT_MATCH_ON_REMOVE) != 0;
+  const bool removed = machine->DosNames().Remove(name, target == nullptr ? L"" : target, exact);
+  return removed ? TRUE : FailWith(ERROR_FILE_NOT_FOUND);
 }
 
 const FunctionRow kRows[] = {
@@ -143,8 +126,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> ComNameRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kComNameRows = kRows;
 
 }  // namespace workbench

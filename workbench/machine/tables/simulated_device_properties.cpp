@@ -30,48 +30,31 @@ const PropertyValue* FindProperty(DWORD property) {
   return found == std::end(kProperties) ? nullptr : found;
 }
 
-// The element that set and data name, with its id noted in the log; null with last error set.
-SetElement* FindElement(MachineLock& machine, HDEVINFO handle, const SP_DEVINFO_DATA* data) {
-  DeviceSet* set = machine->Sets().Find(handle);
-  SetElement* element = set == nullptr ? nullptr : machine->Sets().FindElement(*set, data);
-  if (element != nullptr) machine->Calls().Note(element->device->instanceId);
-  return element;
-}
-
-HKEY InvalidKey(DWORD error) {
-  SetLastError(error);
-  return static_cast<HKEY>(INVALID_HANDLE_VALUE);
+// What SetupDiOpenDevRegKey answers when it fails.
+HKEY NoKey(DWORD error) {
+  return FailWith(error, static_cast<HKEY>(INVALID_HANDLE_VALUE));
 }
 
 HKEY WINAPI OpenDevRegKey(HDEVINFO handle, SP_DEVINFO_DATA* data, DWORD scope, DWORD profile, DWORD type,
                           REGSAM access) {
   MachineLock machine;
-  const SetElement* element = FindElement(machine, handle, data);
+  const SetElement* element = machine->Sets().FindElement(handle, data);
   if (element == nullptr) return static_cast<HKEY>(INVALID_HANDLE_VALUE);
-  if (scope != DICS_FLAG_GLOBAL || profile != 0) {
-    machine->Calls().Violate("only the global scope and profile 0 are used here");
-    return InvalidKey(ERROR_INVALID_FLAGS);
+  if (scope != DICS_FLAG_GLOBAL || profile != 0 || type != DIREG_DEV) {
+    machine->Calls().Violate("only DIREG_DEV in the global scope and profile 0 is simulated");
+    return NoKey(ERROR_INVALID_FLAGS);
   }
-  std::wstring path = ParametersKeyOf(element->device->instanceId);
-  if (type == DIREG_DRV) {
-    const auto driver = machine->Registry().Text(EnumKeyOf(element->device->instanceId), L"Driver");
-    if (!driver) return InvalidKey(ERROR_KEY_DOES_NOT_EXIST);
-    path = L"System\\CurrentControlSet\\Control\\Class\\" + *driver;
-  } else if (type != DIREG_DEV) {
-    machine->Calls().Violate("key type is neither DIREG_DEV nor DIREG_DRV");
-    return InvalidKey(ERROR_INVALID_FLAGS);
-  }
+  const std::wstring path = ParametersKeyOf(element->device->instanceId);
   HKEY key = nullptr;
   const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, access, &key);
-  if (status == ERROR_FILE_NOT_FOUND) return InvalidKey(ERROR_KEY_DOES_NOT_EXIST);
-  if (status != ERROR_SUCCESS) return InvalidKey(static_cast<DWORD>(status));
-  return key;
+  if (status == ERROR_SUCCESS) return key;
+  return NoKey(status == ERROR_FILE_NOT_FOUND ? ERROR_KEY_DOES_NOT_EXIST : static_cast<DWORD>(status));
 }
 
 BOOL WINAPI GetProperty(HDEVINFO handle, SP_DEVINFO_DATA* data, DWORD property, DWORD* type, BYTE* buffer,
                         DWORD size, DWORD* required) {
   MachineLock machine;
-  const SetElement* element = FindElement(machine, handle, data);
+  const SetElement* element = machine->Sets().FindElement(handle, data);
   if (element == nullptr) return FALSE;
   const PropertyValue* known = FindProperty(property);
   if (known == nullptr) return FailWith(ERROR_INVALID_REG_PROPERTY);
@@ -92,7 +75,7 @@ bool IsTerminated(const BYTE* buffer, DWORD size) {
 BOOL WINAPI SetProperty(HDEVINFO handle, SP_DEVINFO_DATA* data, DWORD property, const BYTE* buffer,
                         DWORD size) {
   MachineLock machine;
-  const SetElement* element = FindElement(machine, handle, data);
+  const SetElement* element = machine->Sets().FindElement(handle, data);
   if (element == nullptr) return FALSE;
   const PropertyValue* known = FindProperty(property);
   if (known == nullptr || !known->writable) return FailWith(ERROR_INVALID_REG_PROPERTY);
@@ -113,13 +96,13 @@ InstallParameters* FindParameters(MachineLock& machine, HDEVINFO handle, const S
   DeviceSet* set = machine->Sets().Find(handle);
   if (set == nullptr) return nullptr;
   if (data == nullptr) return &set->parameters;
-  SetElement* element = FindElement(machine, handle, data);
+  SetElement* element = machine->Sets().FindElement(handle, data);
   return element == nullptr ? nullptr : &element->parameters;
 }
 
 bool IsRight(const MachineLock& machine, const SP_DEVINSTALL_PARAMS_W* parameters) {
-  if (parameters != nullptr) return HasSize(machine, *parameters, "SP_DEVINSTALL_PARAMS_W");
-  return FailWith(ERROR_INVALID_PARAMETER) != FALSE;
+  return parameters == nullptr ? FailWith(ERROR_INVALID_PARAMETER)
+                               : machine->Calls().HasSize(*parameters, "SP_DEVINSTALL_PARAMS_W");
 }
 
 BOOL WINAPI GetInstallParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_DEVINSTALL_PARAMS_W* result) {
@@ -188,10 +171,7 @@ BOOL WINAPI SetClassParams(HDEVINFO handle, SP_DEVINFO_DATA* data, SP_CLASSINSTA
   parameters->install.Flags &= ~static_cast<DWORD>(DI_CLASSINSTALLPARAMS);
   if (header == nullptr && size == 0) return TRUE;
   const char* wrong = header == nullptr ? "a size without parameters" : WrongClassParams(header, size);
-  if (wrong != nullptr) {
-    machine->Calls().Violate(wrong);
-    return FailWith(ERROR_INVALID_PARAMETER);
-  }
+  if (wrong != nullptr) return machine->Calls().Misused(wrong, ERROR_INVALID_PARAMETER);
   NoteClassParams(machine, header);
   const auto* bytes = reinterpret_cast<const std::byte*>(header);
   parameters->classInstall.assign(bytes, bytes + size);
@@ -216,7 +196,7 @@ BOOL ChangeProperty(MachineLock& machine, SetElement& element) {
 
 BOOL WINAPI CallClassInstaller(DI_FUNCTION function, HDEVINFO handle, SP_DEVINFO_DATA* data) {
   MachineLock machine;
-  SetElement* element = FindElement(machine, handle, data);
+  SetElement* element = machine->Sets().FindElement(handle, data);
   if (element == nullptr) return FALSE;
   if (function == DIF_PROPERTYCHANGE) {
     machine->Calls().Note(L"DIF_PROPERTYCHANGE");
@@ -227,8 +207,7 @@ BOOL WINAPI CallClassInstaller(DI_FUNCTION function, HDEVINFO handle, SP_DEVINFO
     machine->Devices().Remove(*element->device);
     return TRUE;
   }
-  machine->Calls().Violate("a class installer function that is not simulated");
-  return FailWith(ERROR_DI_DO_DEFAULT);
+  return machine->Calls().Misused("a class installer function that is not simulated", ERROR_DI_DO_DEFAULT);
 }
 
 const FunctionRow kRows[] = {
@@ -250,8 +229,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> DevicePropertyRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kDevicePropertyRows = kRows;
 
 }  // namespace workbench

@@ -5,19 +5,14 @@
 
 #include <algorithm>
 
-#include "workbench/machine/models/device_text.h"
 #include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
 
 constexpr DWORD kKnownClassFlags =
     DIGCF_DEFAULT | DIGCF_PRESENT | DIGCF_ALLCLASSES | DIGCF_PROFILE | DIGCF_DEVICEINTERFACE;
-
-HDEVINFO InvalidSet(DWORD error) {
-  SetLastError(error);
-  return INVALID_HANDLE_VALUE;
-}
 
 HDEVINFO WINAPI CreateList(const GUID* classGuid, HWND) {
   MachineLock machine;
@@ -43,13 +38,11 @@ bool IsWanted(const Device& device, const GUID* classGuid, DWORD flags) {
 
 HDEVINFO WINAPI GetClassDevs(const GUID* classGuid, const wchar_t* enumerator, HWND, DWORD flags) {
   MachineLock machine;
-  if ((flags & ~kKnownClassFlags) != 0) {
-    machine->Calls().Violate("unknown flags");
-    return InvalidSet(ERROR_INVALID_FLAGS);
-  }
+  if ((flags & ~kKnownClassFlags) != 0)
+    return machine->Calls().Misused("unknown flags", ERROR_INVALID_FLAGS, INVALID_HANDLE_VALUE);
   if (classGuid == nullptr && (flags & DIGCF_ALLCLASSES) == 0) {
-    machine->Calls().Violate("neither a class nor DIGCF_ALLCLASSES");
-    return InvalidSet(ERROR_INVALID_PARAMETER);
+    return machine->Calls().Misused("neither a class nor DIGCF_ALLCLASSES", ERROR_INVALID_PARAMETER,
+                                    INVALID_HANDLE_VALUE);
   }
   auto set = std::make_unique<DeviceSet>();
   set->onlyPresent = (flags & DIGCF_PRESENT) != 0;
@@ -71,12 +64,10 @@ BOOL WINAPI OpenInfo(HDEVINFO handle, const wchar_t* id, HWND, DWORD flags, SP_D
   MachineLock machine;
   DeviceSet* set = machine->Sets().Find(handle);
   if (set == nullptr) return FALSE;
-  if ((flags & ~static_cast<DWORD>(DIOD_INHERIT_CLASSDRVS | DIOD_CANCEL_REMOVE)) != 0) {
-    machine->Calls().Violate("unknown flags");
-    return FailWith(ERROR_INVALID_FLAGS);
-  }
+  if ((flags & ~static_cast<DWORD>(DIOD_INHERIT_CLASSDRVS | DIOD_CANCEL_REMOVE)) != 0)
+    return machine->Calls().Misused("unknown flags", ERROR_INVALID_FLAGS);
   if (id == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
-  if (data != nullptr && !HasSize(machine, *data, "SP_DEVINFO_DATA")) return FALSE;
+  if (data != nullptr && !machine->Calls().HasSize(*data, "SP_DEVINFO_DATA")) return FALSE;
   Device* device = machine->Devices().Find(std::wstring_view(id));
   if (device == nullptr) return FailWith(ERROR_NO_SUCH_DEVINST);
   if (set->classGuid && !IsEqualGUID(*set->classGuid, device->classGuid))
@@ -91,7 +82,7 @@ BOOL WINAPI EnumInfo(HDEVINFO handle, DWORD index, SP_DEVINFO_DATA* data) {
   DeviceSet* set = machine->Sets().Find(handle);
   if (set == nullptr) return FALSE;
   if (data == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
-  if (!HasSize(machine, *data, "SP_DEVINFO_DATA")) return FALSE;
+  if (!machine->Calls().HasSize(*data, "SP_DEVINFO_DATA")) return FALSE;
   if (index >= set->elements.size()) return FailWith(ERROR_NO_MORE_ITEMS);
   DeviceSets::Fill(*set->elements[index], *data);
   return TRUE;
@@ -100,8 +91,7 @@ BOOL WINAPI EnumInfo(HDEVINFO handle, DWORD index, SP_DEVINFO_DATA* data) {
 BOOL WINAPI GetInstanceId(HDEVINFO handle, SP_DEVINFO_DATA* data, wchar_t* buffer, DWORD length,
                           DWORD* required) {
   MachineLock machine;
-  DeviceSet* set = machine->Sets().Find(handle);
-  const SetElement* element = set == nullptr ? nullptr : machine->Sets().FindElement(*set, data);
+  const SetElement* element = machine->Sets().FindElement(handle, data);
   if (element == nullptr) return FALSE;
   const std::wstring& id = element->device->instanceId;
   if (required != nullptr) *required = static_cast<DWORD>(id.size() + 1);
@@ -117,8 +107,8 @@ BOOL WINAPI EnumInterfaces(HDEVINFO handle, SP_DEVINFO_DATA* only, const GUID* c
   DeviceSet* set = machine->Sets().Find(handle);
   if (set == nullptr) return FALSE;
   if (classGuid == nullptr || data == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
-  if (!HasSize(machine, *data, "SP_DEVICE_INTERFACE_DATA")) return FALSE;
-  const SetElement* wanted = only == nullptr ? nullptr : machine->Sets().FindElement(*set, only);
+  if (!machine->Calls().HasSize(*data, "SP_DEVICE_INTERFACE_DATA")) return FALSE;
+  const SetElement* wanted = only == nullptr ? nullptr : machine->Sets().FindElement(handle, only);
   if (only != nullptr && wanted == nullptr) return FALSE;
   // A set that was not made for this class of interfaces holds none of them.
   if (!set->interfaceClass || !IsEqualGUID(*set->interfaceClass, *classGuid))
@@ -140,7 +130,7 @@ BOOL WINAPI EnumInterfaces(HDEVINFO handle, SP_DEVINFO_DATA* only, const GUID* c
 // The interface that `data` names, with its element; null with last error set.
 const DeviceInterface* FindInterface(MachineLock& machine, DeviceSet& set,
                                      const SP_DEVICE_INTERFACE_DATA* data, SetElement** owner) {
-  if (data == nullptr || !HasSize(machine, *data, "SP_DEVICE_INTERFACE_DATA")) return nullptr;
+  if (data == nullptr || !machine->Calls().HasSize(*data, "SP_DEVICE_INTERFACE_DATA")) return nullptr;
   for (const auto& element : set.elements) {
     for (const auto& instance : element->device->interfaces) {
       if (reinterpret_cast<ULONG_PTR>(instance.get()) != data->Reserved) continue;
@@ -148,9 +138,8 @@ const DeviceInterface* FindInterface(MachineLock& machine, DeviceSet& set,
       return instance.get();
     }
   }
-  machine->Calls().Violate("an interface that is not of this set");
-  SetLastError(ERROR_INVALID_PARAMETER);
-  return nullptr;
+  return machine->Calls().Misused<const DeviceInterface*>("an interface that is not of this set",
+                                                          ERROR_INVALID_PARAMETER);
 }
 
 BOOL WINAPI GetInterfaceDetail(HDEVINFO handle, SP_DEVICE_INTERFACE_DATA* data,
@@ -161,11 +150,10 @@ BOOL WINAPI GetInterfaceDetail(HDEVINFO handle, SP_DEVICE_INTERFACE_DATA* data,
   SetElement* owner = nullptr;
   const DeviceInterface* instance = set == nullptr ? nullptr : FindInterface(machine, *set, data, &owner);
   if (instance == nullptr) return FALSE;
-  if ((detail == nullptr) != (size == 0)) {
-    machine->Calls().Violate("a detail buffer without a size, or a size without a buffer");
-    return FailWith(ERROR_INVALID_USER_BUFFER);
-  }
-  if (detail != nullptr && !HasSize(machine, *detail, "SP_DEVICE_INTERFACE_DETAIL_DATA_W")) return FALSE;
+  if ((detail == nullptr) != (size == 0))
+    return machine->Calls().Misused("a size without a buffer or the reverse", ERROR_INVALID_USER_BUFFER);
+  if (detail != nullptr && !machine->Calls().HasSize(*detail, "SP_DEVICE_INTERFACE_DETAIL_DATA_W"))
+    return FALSE;
   const auto needed = static_cast<DWORD>(offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_W, DevicePath) +
                                          (instance->path.size() + 1) * sizeof(wchar_t));
   if (required != nullptr) *required = needed;
@@ -173,7 +161,7 @@ BOOL WINAPI GetInterfaceDetail(HDEVINFO handle, SP_DEVICE_INTERFACE_DATA* data,
   instance->path.copy(detail->DevicePath, instance->path.size());
   detail->DevicePath[instance->path.size()] = L'\0';
   if (device == nullptr) return TRUE;
-  if (!HasSize(machine, *device, "SP_DEVINFO_DATA")) return FALSE;
+  if (!machine->Calls().HasSize(*device, "SP_DEVINFO_DATA")) return FALSE;
   DeviceSets::Fill(*owner, *device);
   return TRUE;
 }
@@ -197,8 +185,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> DeviceSetRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kDeviceSetRows = kRows;
 
 }  // namespace workbench

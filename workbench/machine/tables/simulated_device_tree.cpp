@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "workbench/machine/models/device_text.h"
 #include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
@@ -107,9 +107,8 @@ CONFIGRET WINAPI Locate(DEVINST* node, DEVINSTID_W id, ULONG flags) {
   return CR_SUCCESS;
 }
 
-CONFIGRET WINAPI Reenumerate(DEVINST node, ULONG flags) {
+CONFIGRET WINAPI Reenumerate(DEVINST node, ULONG) {
   MachineLock machine;
-  (void)flags;
   Device* device = Named(machine, node);
   if (device == nullptr) return Reject(machine, "not a device node", CR_INVALID_DEVNODE);
   if (device->removed) return CR_NO_SUCH_DEVNODE;
@@ -131,8 +130,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> DeviceTreeRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kDeviceTreeRows = kRows;
 
 }  // namespace workbench

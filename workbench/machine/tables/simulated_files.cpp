@@ -21,7 +21,7 @@ HANDLE WINAPI Create(const wchar_t* path, DWORD access, DWORD share, SECURITY_AT
   }
   const HANDLE handle = ::CreateFileW(path, access, share, security, disposition, flags, model);
   const CLastErrorKeeper keeper;
-  if (handle != INVALID_HANDLE_VALUE) CurrentGate()->Opened(HandleKind::File, Bits(handle));
+  if (handle != INVALID_HANDLE_VALUE) Gate::Current()->Opened(HandleKind::File, Bits(handle));
   return handle;
 }
 
@@ -37,10 +37,9 @@ BOOL WINAPI Control(HANDLE handle, DWORD code, void* input, DWORD inputSize, voi
   {
     MachineLock machine;
     NoteRequest(machine, code, input, inputSize);
-    if (returned == nullptr && overlapped == nullptr) {
-      machine->Calls().Violate("neither a place for the byte count nor an OVERLAPPED: Windows would crash");
-      return FailWith(ERROR_INVALID_PARAMETER);
-    }
+    if (returned == nullptr && overlapped == nullptr)
+      return machine->Calls().Misused("no place for the byte count: Windows would crash",
+                                      ERROR_INVALID_PARAMETER);
     if (machine->Files().Owns(handle)) {
       const DriverRequest request{
           .code = code,
@@ -60,7 +59,7 @@ BOOL WINAPI Close(HANDLE handle) {
   }
   if (::CloseHandle(handle)) return TRUE;
   const CLastErrorKeeper keeper;
-  CurrentGate()->Violate("not an open handle");
+  Gate::Current()->Violate("not an open handle");
   return FALSE;
 }
 
@@ -73,8 +72,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> FileRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kFileRows = kRows;
 
 }  // namespace workbench

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <functional>
 
-#include "workbench/machine/models/device_text.h"
 #include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
@@ -20,14 +20,6 @@ HMODULE HelpModule() {
 
 bool NamesHelpControl(std::wstring_view path) {
   return EqualNoCase(path.substr(path.find_last_of(L"\\/") + 1), kHelpControl);
-}
-
-// Answers for the help control; false when another module is meant.
-bool AnswerHelp(std::wstring_view path, HMODULE& module) {
-  if (!NamesHelpControl(path)) return false;
-  module = Machine::Current()->Screen().htmlHelpInstalled ? HelpModule() : nullptr;
-  if (module == nullptr) SetLastError(ERROR_MOD_NOT_FOUND);
-  return true;
 }
 
 // The thread's activation context says which file is meant.
@@ -52,23 +44,18 @@ const wchar_t* PathToLoad(const wchar_t* path) {
 void RequireSystemFile(const std::wstring& name) {
   if (name.find_first_of(L"\\/:") != std::wstring::npos || IsRedirected(name)) return;
   if (GetModuleHandleW(name.c_str()) != nullptr) return;  // nothing is searched for
-  CurrentGate()->Violate("loads " + Narrow(name) + " from where it is found first");
-}
-
-// Windows 6.0 and 6.1 know LOAD_LIBRARY_SEARCH_SYSTEM32 and its like by an update only.
-bool RefusesFlags(DWORD flags) {
-  constexpr DWORD kLater = 0x1F00;
-  if ((flags & kLater) == 0) return false;
-  SetLastError(ERROR_INVALID_PARAMETER);
-  return true;
+  Gate::Current()->Violate("loads " + Narrow(name) + " from where it is found first");
 }
 
 // What the ways to load a DLL have in common; `load` is Windows' own.
 HMODULE LoadChecked(const std::wstring& path, DWORD flags, const std::function<HMODULE()>& load) {
   RequireSystemFile(path);
-  if (RefusesFlags(flags)) return nullptr;
-  HMODULE module = nullptr;
-  return AnswerHelp(path, module) ? module : load();
+  // Windows 6.0 and 6.1 know LOAD_LIBRARY_SEARCH_SYSTEM32 and its like by an update only.
+  constexpr DWORD kLaterFlags = 0x1F00;
+  if ((flags & kLaterFlags) != 0) return FailWith<HMODULE>(ERROR_INVALID_PARAMETER);
+  if (!NamesHelpControl(path)) return load();
+  return Machine::Current()->Screen().htmlHelpInstalled ? HelpModule()
+                                                        : FailWith<HMODULE>(ERROR_MOD_NOT_FOUND);
 }
 HMODULE WINAPI LoadA(const char* path) {
   return LoadChecked(LoggedText(path), 0, [&] { return ::LoadLibraryA(path); });
@@ -97,8 +84,7 @@ FARPROC WINAPI Find(HMODULE module, const char* name) {
   if (module == HelpModule()) {
     const bool known = bits == kHtmlHelpOrdinal || (bits > 0xFFFF && std::strcmp(name, "HtmlHelpW") == 0);
     if (known) return reinterpret_cast<FARPROC>(FindRow("HtmlHelpW")->hook);
-    SetLastError(ERROR_PROC_NOT_FOUND);
-    return nullptr;
+    return FailWith<FARPROC>(ERROR_PROC_NOT_FOUND);
   }
   const FARPROC real = ::GetProcAddress(module, name);
   if (bits <= 0xFFFF) return real;
@@ -109,7 +95,7 @@ FARPROC WINAPI Find(HMODULE module, const char* name) {
   if (row != nullptr && there) return reinterpret_cast<FARPROC>(row->hook);
   if (real == nullptr || !IsOfSimulatedDll(module)) return real;
   const CLastErrorKeeper keeper;
-  CurrentGate()->Violate(std::string(name) + " is not simulated");
+  Gate::Current()->Violate(std::string(name) + " is not simulated");
   return real;
 }
 
@@ -130,8 +116,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> ModuleRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kModuleRows = kRows;
 
 }  // namespace workbench

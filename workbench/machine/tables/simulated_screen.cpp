@@ -5,8 +5,8 @@
 #include <htmlhelp.h>
 #include <shellapi.h>
 
-#include "workbench/machine/models/device_text.h"
 #include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
@@ -81,8 +81,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> ScreenRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kScreenRows = kRows;
 
 }  // namespace workbench

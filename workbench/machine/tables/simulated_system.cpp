@@ -3,8 +3,11 @@
 
 #include <newdev.h>
 
-#include "workbench/machine/models/device_text.h"
+#include <algorithm>
+#include <sstream>
+
 #include "workbench/machine/tables/tables.h"
+#include "workbench/text/device_text.h"
 
 namespace workbench {
 namespace {
@@ -13,10 +16,8 @@ BOOL WINAPI GetVersionRecord(OSVERSIONINFOW* version) {
   MachineLock machine;
   if (version == nullptr) return FailWith(ERROR_INVALID_PARAMETER);
   const bool extended = version->dwOSVersionInfoSize == sizeof(OSVERSIONINFOEXW);
-  if (!extended && version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW)) {
-    machine->Calls().Violate("version record of the wrong size");
-    return FailWith(ERROR_INSUFFICIENT_BUFFER);
-  }
+  if (!extended && version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW))
+    return machine->Calls().Misused("version record of the wrong size", ERROR_INSUFFICIENT_BUFFER);
   const SystemState& system = machine->System();
   if (system.versionCallFails) return FailWith(ERROR_INSUFFICIENT_BUFFER);
   const DWORD size = version->dwOSVersionInfoSize;
@@ -41,17 +42,14 @@ BOOL WINAPI StartProcess(const wchar_t* application, wchar_t* commandLine, SECUR
                          SECURITY_ATTRIBUTES* thread, BOOL inherit, DWORD flags, void* environment,
                          const wchar_t* directory, STARTUPINFOW* startup, PROCESS_INFORMATION* result) {
   MachineLock machine;
-  if (startup == nullptr || result == nullptr || startup->cb != sizeof *startup) {
-    machine->Calls().Violate("STARTUPINFOW or PROCESS_INFORMATION missing or of the wrong size");
-    return FailWith(ERROR_INVALID_PARAMETER);
-  }
+  if (startup == nullptr || result == nullptr || startup->cb != sizeof *startup)
+    return machine->Calls().Misused("STARTUPINFOW missing or of the wrong size", ERROR_INVALID_PARAMETER);
   if (process != nullptr || thread != nullptr) machine->Calls().Note(L"security attributes");
   if (environment != nullptr || directory != nullptr) machine->Calls().Note(L"environment or directory");
   machine->System().processes.push_back({.application = application == nullptr ? L"" : application,
                                          .commandLine = commandLine == nullptr ? L"" : commandLine,
                                          .inherit = inherit != FALSE,
-                                         .flags = flags,
-                                         .startupSize = startup->cb});
+                                         .flags = flags});
   if (machine->System().processError != ERROR_SUCCESS) return FailWith(machine->System().processError);
   const auto number = static_cast<DWORD>(4000 + 4 * machine->System().processes.size());
   *result = {.hProcess = EndedObject(machine, HandleKind::Process),
@@ -64,12 +62,10 @@ BOOL WINAPI StartProcess(const wchar_t* application, wchar_t* commandLine, SECUR
 bool HasHardwareId(Machine& machine, const Device& device, const std::wstring& wanted) {
   const auto raw = machine.Registry().Raw(EnumKeyOf(device.instanceId), L"HardwareID");
   if (!raw) return false;
-  const std::wstring_view all(reinterpret_cast<const wchar_t*>(raw->data.data()),
-                              raw->data.size() / sizeof(wchar_t));
-  for (std::size_t from = 0; from < all.size();) {
-    const std::size_t end = std::min(all.find(L'\0', from), all.size());
-    if (EqualNoCase(all.substr(from, end - from), wanted)) return true;
-    from = end + 1;
+  std::wistringstream ids(
+      {reinterpret_cast<const wchar_t*>(raw->data.data()), raw->data.size() / sizeof(wchar_t)});
+  for (std::wstring id; std::getline(ids, id, L'\0');) {
+    if (EqualNoCase(id, wanted)) return true;
   }
   return false;
 }
@@ -77,17 +73,13 @@ bool HasHardwareId(Machine& machine, const Device& device, const std::wstring& w
 BOOL WINAPI UpdateDriver(HWND owner, const wchar_t* hardwareId, const wchar_t* infPath, DWORD flags,
                          BOOL* reboot) {
   MachineLock machine;
-  if (hardwareId == nullptr || infPath == nullptr) {
-    machine->Calls().Violate("a text is missing");
-    return FailWith(ERROR_INVALID_PARAMETER);
-  }
+  if (hardwareId == nullptr || infPath == nullptr)
+    return machine->Calls().Misused("a text is missing", ERROR_INVALID_PARAMETER);
   machine->System().driverUpdates.push_back(
       {.owner = owner, .hardwareId = hardwareId, .infPath = infPath, .flags = flags});
   if (machine->System().updateError != ERROR_SUCCESS) return FailWith(machine->System().updateError);
-  bool found = false;
-  for (const Device* device : machine->Devices().All())
-    found = found || HasHardwareId(*machine, *device, hardwareId);
-  if (!found) return FailWith(ERROR_NO_SUCH_DEVINST);
+  const auto isMeant = [&](const Device* device) { return HasHardwareId(*machine, *device, hardwareId); };
+  if (std::ranges::none_of(machine->Devices().All(), isMeant)) return FailWith(ERROR_NO_SUCH_DEVINST);
   if (reboot != nullptr) *reboot = machine->System().updateNeedsReboot ? TRUE : FALSE;
   return TRUE;
 }
@@ -101,8 +93,6 @@ const FunctionRow kRows[] = {
 
 }  // namespace
 
-std::span<const FunctionRow> HostRows() {
-  return kRows;
-}
+const std::span<const FunctionRow> kHostRows = kRows;
 
 }  // namespace workbench

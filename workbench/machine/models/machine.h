@@ -1,8 +1,8 @@
 // A simulated Windows device machine.
 //
 // One object is one host: a device tree with its registry, the COM name database, DOS device names,
-// drivers behind device interfaces, and what the user sees. Tests and stories build it, load the DLL
-// through workbench::Dll, call exports, and assert on the machine, its registry and its call log:
+// drivers behind device interfaces, and what the user sees. Tests and stories build it, put devices into it
+// (builders.h), load the DLL (dll.h), call exports, and assert on the machine, its registry and its call log:
 //
 //     workbench::Machine machine;
 //     auto server = workbench::AddDeviceServer(machine, {.comNumbers = {7, 5, 6}});
@@ -15,25 +15,20 @@
 
 #include <windows.h>
 
-#include <map>
 #include <mutex>
-#include <string>
-#include <vector>
 
-#include "workbench/machine/builders.h"
-#include "workbench/machine/dll.h"
 #include "workbench/machine/gate/gate.h"
 #include "workbench/machine/models/com_database.h"
 #include "workbench/machine/models/desktop.h"
 #include "workbench/machine/models/device_sets.h"
 #include "workbench/machine/models/device_tree.h"
-#include "workbench/machine/models/driver_endpoint.h"
 #include "workbench/machine/models/open_files.h"
 #include "workbench/machine/models/registry_sandbox.h"
 
 namespace workbench {
 
-// One computer. One at a time per process: simulated functions find it through Current.
+// One computer. One at a time per process: simulated functions find it through Current, and its gate refuses
+// a second one with std::logic_error.
 class Machine {
  public:
   Machine();

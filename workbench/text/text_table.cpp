@@ -1,4 +1,4 @@
-#include "workbench/machine/text_table.h"
+#include "workbench/text/text_table.h"
 
 #include <algorithm>
 #include <utility>

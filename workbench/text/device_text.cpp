@@ -1,4 +1,4 @@
-#include "workbench/machine/models/device_text.h"
+#include "workbench/text/device_text.h"
 
 #include <cwchar>
 
