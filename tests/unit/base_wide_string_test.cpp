@@ -5,7 +5,6 @@
 #include <string>
 
 #include "base/decimal.h"
-#include "base/utf16.h"
 
 namespace {
 
@@ -39,11 +38,6 @@ TEST(WideStringTest, FailedConversionKeepsTextAndSetsErrorState) {
   EXPECT_EQ(CWideString(L"QX-582").ToNarrow(2), "QX");
   EXPECT_EQ(CWideString(L"caf\u00E9").ToNarrow(3), "caf");
   EXPECT_EQ(CWideString(L"caf\x80").ToNarrow(4), std::nullopt);
-}
-
-TEST(Utf16Test, SurrogatesSurviveTheRoundTrip) {
-  const std::u16string units = u"a\U0001F600b\xD800";
-  EXPECT_EQ(ToUtf16(FromUtf16(units)), units);
 }
 
 struct DecimalCase {
