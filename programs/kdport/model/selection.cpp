@@ -38,20 +38,24 @@ bool IsMeant(const Port& port, const std::string& word) {
   return wildcard && port.present && port.Number() != 0 && Matches(word, Folded(port.name));
 }
 
+// The absent only where nobody present answers: many have the name of their successor.
+std::vector<std::size_t> PlacesOf(const Host& host, const std::string& word) {
+  std::vector<std::size_t> present, absent;
+  for (std::size_t i = 0; i < host.ports.size(); ++i) {
+    if (IsMeant(host.ports[i], word)) (host.ports[i].present ? present : absent).push_back(i);
+  }
+  return present.empty() ? absent : present;
+}
+
 }  // namespace
 
 Selection Select(const Host& host, const std::vector<std::string>& words) {
   Selection selection;
   std::set<std::size_t> chosen;
   for (const std::string& word : words) {
-    const std::string folded = Folded(word);
-    bool found = false;
-    for (std::size_t i = 0; i < host.ports.size(); ++i) {
-      if (!IsMeant(host.ports[i], folded)) continue;
-      found = true;
-      chosen.insert(i);
-    }
-    if (!found) selection.unmatched.push_back(word);
+    const std::vector<std::size_t> meant = PlacesOf(host, Folded(word));
+    if (meant.empty()) selection.unmatched.push_back(word);
+    chosen.insert(meant.begin(), meant.end());
   }
   selection.ports.assign(chosen.begin(), chosen.end());
   return selection;

@@ -16,7 +16,7 @@ struct Selection {
 
 // A word is a COM name, a device instance id, SERVER/INDEX, a wildcard (* and ?) over COM names, or `all`;
 // upper and lower case are the same. The last two mean ports that are present; the others find an absent one
-// too.
+// too, where no present one answers to them.
 [[nodiscard]] Selection Select(const Host& host, const std::vector<std::string>& words);
 
 }  // namespace KdPort
