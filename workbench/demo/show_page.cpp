@@ -12,9 +12,8 @@ namespace {
 
 // An unreachable device makes the page warn once; nothing else makes it ask or warn.
 constexpr wchar_t kOfflineWarning[] =
-    L"  Message box \"Warning\" (exclamation): Cannot load device information data from the device. Device "
-    L"may be "
-    L"offline. -> OK\n";
+    L"  Message box \"Warning\" (exclamation): "
+    L"Cannot load device information data from the device. Device may be offline. -> OK\n";
 
 std::wstring FormatRequests(const std::vector<LoggedRequest>& requests) {
   std::wstring text;

@@ -1,5 +1,6 @@
 #include "workbench/machine/dll.h"
 
+#include <mutex>
 #include <stdexcept>
 
 #include "workbench/machine/gate/redirection.h"
@@ -14,28 +15,24 @@ void Find(HMODULE module, const char* name, Function& function) {
   function = reinterpret_cast<Function>(reinterpret_cast<AnyFunction>(GetProcAddress(module, name)));
 }
 
-// What imports may be pointed at: every table is handed to the gate, once.
-void KnowTables() {
-  static const bool known = [] {
+// Once: every table is handed to the gate.
+void PrepareProcess() {
+  static std::once_flag prepared;
+  std::call_once(prepared, [] {
+    // A host of the DLL has SetupAPI; where it comes and goes with the DLL, it is mapped anew for each
+    // machine.
+    static_cast<void>(LoadLibraryW(L"setupapi.dll"));
     for (const auto& table :
          {kDeviceTreeRows, kDeviceSetRows, kDevicePropertyRows, kComNameRows, kFileRows, kHostRows,
           kScreenRows, kModuleRows, kKernelRows, kRegistryRows, kInternetRows, kWindowRows}) {
       AddRows(table);
     }
-    return true;
-  }();
-  static_cast<void>(known);
+  });
 }
 
 AnyFunction ChooseHook(const char*, const char* name) {
   const FunctionRow* row = FindRow(name);
   return row == nullptr ? nullptr : row->hook;
-}
-
-// A host of the DLL has SetupAPI; where it comes and goes with the DLL, it is mapped anew for each machine.
-void HoldSetupApi() {
-  static const HMODULE held = LoadLibraryW(L"setupapi.dll");
-  static_cast<void>(held);
 }
 
 void ReportUnsimulated(Machine& machine, const Redirection& redirection) {
@@ -54,11 +51,10 @@ std::wstring Dll::DefaultPath() {
 }
 
 Dll::Dll(Machine& machine, const std::wstring& path) : module_(LoadLibraryW(path.c_str())) {
-  HoldSetupApi();
+  PrepareProcess();
   if (module_ == nullptr) {
     throw std::runtime_error("cannot load " + Narrow(path) + ", error " + std::to_string(GetLastError()));
   }
-  KnowTables();
   redirection_ = std::make_unique<Redirection>(module_, ChooseHook);
   ReportUnsimulated(machine, *redirection_);
   FindExports();

@@ -26,7 +26,6 @@ enum class HandleKind : std::uint8_t {
   Thread,
   Internet,
   Gdi,
-  Cursor,
   Window,
   LocalMemory,
   Heap,  // counted, not listed: see Gate::LiveAllocations
@@ -89,7 +88,7 @@ struct HandleUse {
 [[nodiscard]] constexpr HandleUse Closes(HandleKind kind, std::uint8_t argument = 0) {
   return {HandleUse::Action::ClosesArgument, kind, argument, true};
 }
-// For things that others may have made (a window of a control, a shared cursor).
+// For things that others may have made (a window of a control).
 [[nodiscard]] constexpr HandleUse ClosesIfKnown(HandleKind kind, std::uint8_t argument = 0) {
   return {HandleUse::Action::ClosesArgument, kind, argument, false};
 }
@@ -103,7 +102,6 @@ struct FunctionRow {
   Failure failure{};
   HandleUse handles{};
   std::uint32_t inputTexts = 0;  // bit n: argument n is an input text although its type is not const
-  bool countedTexts = false;     // texts come with a length and may lack a terminator: do not read them
   bool runsAnyway = false;       // an injected failure is reported after the work was done (ReleaseMutex)
   bool logged = true;            // false for what is called so often that the log would hold nothing else
   bool allocates = false;        // memory: counted and failed apart, see Gate::FailAllocation

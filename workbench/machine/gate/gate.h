@@ -112,12 +112,12 @@ class Gate {
   // and those after it, `count` together (Fault::kEveryLater: for good).
   [[nodiscard]] std::uint64_t Allocations() const { return Locked(allocations_); }
   void FailAllocation(std::uint64_t kth, std::uint64_t count = 1);
+  [[nodiscard]] std::uint64_t FailedAllocations() const { return Locked(failedAllocations_); }
   // From now on, notes for each allocation the path of calls that leads to it, as one number: the same for
   // the same path, as in a loop. On one thread.
   void NoteAllocationPaths() { notesPaths_ = true; }
   // What was noted, in order.
   [[nodiscard]] std::vector<std::uint64_t> AllocationPaths() const { return Locked(allocationPaths_); }
-  [[nodiscard]] std::uint64_t FailedAllocations() const { return Locked(failedAllocations_); }
   // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
   // frees what it had before.
   [[nodiscard]] std::int64_t LiveAllocations() const { return Locked(liveAllocations_); }

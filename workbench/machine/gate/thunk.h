@@ -70,7 +70,7 @@ template <class T>
 CallArgument LogArgument(const FunctionRow& row, std::size_t index, T value) {
   CallArgument logged{.value = Bits(value), .text = {}};
   if constexpr (std::is_same_v<T, const wchar_t*> || std::is_same_v<T, const char*>) {
-    if (!row.countedTexts) logged.text = LoggedText(value);
+    logged.text = LoggedText(value);
   } else if constexpr (std::is_same_v<T, wchar_t*>) {
     if ((row.inputTexts >> index) & 1) logged.text = LoggedText(value);
   }

@@ -23,7 +23,7 @@ FunctionRow Memory(const Failure& failure, const HandleUse& handles) {
 
 const FunctionRow kRows[] = {
     {"kernel32.dll", KD_REAL(CreateMutexW), FailsWithZero(ERROR_ACCESS_DENIED), Returns(HandleKind::Mutex)},
-    {"kernel32.dll", KD_REAL(ReleaseMutex), FailsWithZero(ERROR_NOT_OWNER), NoHandle(), 0, false, true},
+    {"kernel32.dll", KD_REAL(ReleaseMutex), FailsWithZero(ERROR_NOT_OWNER), NoHandle(), 0, true},
     {"kernel32.dll", KD_REAL(WaitForSingleObject), FailsWithMinusOne(ERROR_INVALID_HANDLE)},
     {"kernel32.dll", KD_REAL(CreateThread), FailsWithZero(ERROR_NOT_ENOUGH_MEMORY),
      Returns(HandleKind::Thread)},
