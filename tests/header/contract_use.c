@@ -27,18 +27,20 @@ struct Contract {
   KdDllUnregisterServerFn unregisterServer;
 };
 
-struct Contract Bind(void);
-struct Contract Bind(void) {
-  struct Contract contract = {KdChangeComNumber,
-                              KdNPortSettingsUpdate,
-                              KdNPortNetworkInfoUpdate,
-                              KdUpdateDriver,
-                              KdUCoInstallCard,
-                              KdUCoInstallPort,
-                              KdUPortPropPage,
-                              NULL,
-                              NULL,
-                              NULL,
-                              NULL};
-  return contract;
+void BindContract(struct Contract* contract);
+void BindContract(struct Contract* contract) {
+  contract->changeComNumber = KdChangeComNumber;
+  contract->settingsUpdate = KdNPortSettingsUpdate;
+  contract->networkInfoUpdate = KdNPortNetworkInfoUpdate;
+  contract->updateDriver = KdUpdateDriver;
+  contract->coInstallCard = KdUCoInstallCard;
+  contract->coInstallPort = KdUCoInstallPort;
+  contract->portPropPage = KdUPortPropPage;
+}
+
+BOOL UseContract(const struct Contract* contract, const WCHAR* port);
+BOOL UseContract(const struct Contract* contract, const WCHAR* port) {
+  return contract->changeComNumber(port, L"COM7") &&
+         contract->settingsUpdate(port, NULL, 9600, KD_DATA_BITS_8, KD_PARITY_NONE, KD_STOP_BITS_1,
+                                  KD_FLOW_CONTROL_XON_XOFF) == 1;
 }
