@@ -118,21 +118,27 @@ TEST_F(ModuleImage, IsSmallAndHasItsDebugInformationBesideIt) {
   EXPECT_TRUE(std::filesystem::exists(debug));
 }
 
-TEST_F(ModuleImage, VersionBlockDescribesADll) {
-  const HRSRC place = FindResourceW(module_, MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
-  ASSERT_NE(place, nullptr);
-  const auto* data = static_cast<const unsigned char*>(LockResource(LoadResource(module_, place)));
-  // VS_VERSIONINFO: lengths, type, the key "VS_VERSION_INFO" and padding take 40 bytes.
-  const auto* info = reinterpret_cast<const VS_FIXEDFILEINFO*>(data + 40);
-  ASSERT_EQ(info->dwSignature, 0xFEEF04BDu);
-  EXPECT_EQ(info->dwFileType, static_cast<DWORD>(VFT_DLL));
-  EXPECT_EQ(info->dwFileVersionMS, info->dwProductVersionMS);
-  EXPECT_GE(HIWORD(info->dwFileVersionMS), 1u);
+// Also that of kdport.exe, which is handed out with it.
+TEST_F(ModuleImage, VersionBlockSaysWhatItIs) {
+  const auto check = [](HMODULE module, DWORD type, const wchar_t* file) {
+    const HRSRC place = FindResourceW(module, MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
+    ASSERT_NE(place, nullptr);
+    const auto* data = static_cast<const unsigned char*>(LockResource(LoadResource(module, place)));
+    // VS_VERSIONINFO: lengths, type, the key "VS_VERSION_INFO" and padding take 40 bytes.
+    const auto* info = reinterpret_cast<const VS_FIXEDFILEINFO*>(data + 40);
+    ASSERT_EQ(info->dwSignature, 0xFEEF04BDu);
+    EXPECT_EQ(info->dwFileType, type);
+    EXPECT_EQ(info->dwFileVersionMS, info->dwProductVersionMS);
+    EXPECT_GE(HIWORD(info->dwFileVersionMS), 1u);
 
-  const std::wstring block(reinterpret_cast<const wchar_t*>(data), SizeofResource(module_, place) / 2);
-  for (const wchar_t* text : {L"Keldrin", L"Veltranet", L"KdUUI10.DLL", L"\u00A9 Keldrin"}) {
-    EXPECT_NE(block.find(text), std::wstring::npos) << "no \"" << text << "\"";
-  }
+    const std::wstring block(reinterpret_cast<const wchar_t*>(data), SizeofResource(module, place) / 2);
+    for (const wchar_t* text : {L"Keldrin", L"Veltranet", file, L"\u00A9 Keldrin"}) {
+      EXPECT_NE(block.find(text), std::wstring::npos) << "no \"" << text << "\"";
+    }
+  };
+  check(module_, VFT_DLL, L"KdUUI10.DLL");
+  const auto path = File().replace_filename(L"kdport.exe");
+  check(LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE), VFT_APP, L"kdport.exe");
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ bool IsClaimed(const Host& host, std::int32_t number) {
 }
 
 void SetClaimed(Host& host, std::int32_t number, bool claimed) {
-  if (host.claimed && number > 0) (*host.claimed)[At(number) - 1] = claimed ? 1 : 0;
+  if (host.claimed && number > 0) host.claimed->at(At(number) - 1) = claimed ? 1 : 0;
 }
 
 std::string DisplayName(const Port& port) {

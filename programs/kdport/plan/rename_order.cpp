@@ -58,7 +58,7 @@ class COrdering {
     const std::int32_t left = waiting_[i].from;
     Take({waiting_[i].port, left, *aside});
     waiting_[i].from = *aside;
-    FollowFrom(*wanting_[At(left)]);
+    FollowFrom(wanting_[At(left)].value());
   }
 
   // Whether the chain of those who wait for `first` and for each other ends at `first` again.
