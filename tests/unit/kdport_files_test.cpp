@@ -68,22 +68,6 @@ TEST(KdPortFiles, OnlyWhatIsThereIsWishedFor) {
   EXPECT_EQ(file.wishes[1].values[Field::FlowControl], 4u);
 }
 
-TEST(KdPortFiles, WhatIsWrittenReadsBackWhateverTheDriversHold) {
-  Host host = MakeHost({5, 6});
-  host.ports[1].server = "KDSRV\\\"a,b\"\n\xC3\xA9";
-  host.ports[1].values[Field::FlowControl] = 3;  // no word for it, but it can be stored
-  host.ports[1].values[Field::DataPort] = 0;
-  host.ports[1].values[Field::Address] = 0xC0A80001;
-  host.ports[1].values[Field::Parity] = 9;  // cannot be stored
-  const std::size_t both[] = {0, 1};
-  const WishFile file = ReadHostFile(WriteHostFile(host, both), host);
-  ASSERT_EQ(file.wishes.size(), 2u);
-  CFieldValues expected = host.ports[1].values;
-  expected[Field::Parity].reset();
-  EXPECT_EQ(file.wishes[1].values, expected);
-  EXPECT_EQ(file.wishes[1].number, 6);
-}
-
 TEST(KdPortFiles, AHundredThousandRowsAreReadAndTheirFaultsBounded) {
   std::string document = "server,index,name\n";
   for (int i = 1; i <= 100'000; ++i) document += "KDSRV\\1&2," + std::to_string(i) + ",COM7\n";

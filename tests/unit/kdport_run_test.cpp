@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include "../kdport_machine.h"
-#include "kdport/files/host_file.h"
 #include "kdport/model/parameters.h"
 #include "kdport/output/documents.h"
 #include "kdport/output/report_text.h"
@@ -58,43 +57,6 @@ TEST(KdPortRun, AFailureEndsNoMoreThanItHasTo) {
     EXPECT_EQ(report.exit, row.exit) << row.failing;
     EXPECT_FALSE(circle.machine.heldTwice) << row.failing;
   }
-}
-
-TEST(KdPortRun, AnInterruptedRunSaysWhatWasDoneAndItsUndoFileTakesItBack) {
-  Circle circle;
-  std::string undo;
-  std::size_t over = 0;
-  const RunReport report = circle.Run({.progress = [&](std::size_t done, std::size_t) { over = done; },
-                                       .interrupted = [&] { return circle.machine.operations == 4; },
-                                       .keepUndo =
-                                           [&](const std::string& file) {
-                                             EXPECT_EQ(circle.machine.operations, 0u);
-                                             undo = file;
-                                             return true;
-                                           }});
-  EXPECT_EQ(StatesOf(report), "++++...");
-  EXPECT_EQ(report.exit, ExitCode::Failed);
-  EXPECT_EQ(over, 3u);
-  EXPECT_NE(RunText(circle.host, report).find("interrupted before this step"), std::string::npos);
-
-  Host host = circle.machine.host;
-  const WishFile file = ReadHostFile(undo, host);
-  ASSERT_EQ(file.exit, ExitCode::Done);
-  circle.machine.operations = 0;
-  EXPECT_EQ(RunSteps(host, MakePlan(host, file.wishes, false).steps, circle.machine, {}).exit,
-            ExitCode::Done);
-  for (std::int32_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(circle.machine.host.ports[static_cast<std::size_t>(i)].Number(), 5 + i);
-  }
-}
-
-TEST(KdPortRun, WithoutAnUndoFileNothingIsBegun) {
-  Circle circle;
-  const RunReport report =
-      circle.Run({.progress = {}, .interrupted = {}, .keepUndo = [](const std::string&) { return false; }});
-  EXPECT_EQ(StatesOf(report), ".......");
-  EXPECT_EQ(circle.machine.operations, 0u);
-  EXPECT_EQ(report.exit, ExitCode::Failed);
 }
 
 TEST(KdPortParameters, WhatNobodyNamedStaysAsTheDriversHaveIt) {
@@ -160,7 +122,8 @@ TEST(KdPortDocuments, EachIsAsItsSchemaSays) {
   circle.host.ports[1].name = "";
   Claim(circle.host, 9);
   circle.machine.failing = 2;
-  const std::string list = ListDocument(circle.host, all);
+  const std::vector<LiveStatus> live(3, {true, "9600", "8", "None", "1", "None", "Idle", "RS232"});
+  const std::string list = ListDocument(circle.host, all, live);
   const std::string check = CheckDocument(circle.host, CheckHost(circle.host, all, true));
   const std::string planned = ChangeDocument(circle.host, circle.plan, nullptr);
   const RunReport report =
@@ -176,6 +139,7 @@ TEST(KdPortDocuments, EachIsAsItsSchemaSays) {
     const char* holds;  // a place that has to be filled
   } cases[] = {
       {"list", list, "/ports/2/values/data-port"},
+      {"list", list, "/ports/2/live/mode"},
       {"check", check, "/findings/0/mend/place"},
       {"check", check, "/findings/2/mend/to"},
       {"change", planned, "/steps/6/values/baud"},
@@ -197,15 +161,6 @@ TEST(KdPortText, TablesAreAlignedByCharactersAndObeyNoControlCharacter) {
   table.Add({"\xC3\xA9\x1B", "x"});
   table.Add({"abcd", ""});
   EXPECT_EQ(table.Print(), "A     B\n\xC3\xA9?    x\nabcd\n");
-}
-
-TEST(KdPortText, APlanShowsOldAndNewAndTheStepsBetween) {
-  Circle circle;
-  const std::string text = PlanText(circle.host, circle.plan);
-  for (const char* part : {"KDSRV\\1&2/1  name  COM5  ->  COM6", "baud  9600  ->  19200", "COM5 -> COM3",
-                           "COM3 -> COM6", "store   baud 19200"}) {
-    EXPECT_NE(text.find(part), std::string::npos) << part << " in\n" << text;
-  }
 }
 
 }  // namespace
