@@ -71,6 +71,7 @@ TEST(KdPortCommands, EachEndsAsItsManualSays) {
   };
   const Prepare readOnly = [](Host& h) { h.run.filesAreWritable = false; };
   const Prepare reboot = [](Host& h) { h.rig.machine.System().updateNeedsReboot = true; };
+  const std::string both = "server,index,baud,data-port\n" + RowOf(1, "19200,4100");
   const std::string rename = kHeader + RowOf(1, "COM9,");
   const struct {
     std::vector<const char*> words;
@@ -117,6 +118,7 @@ TEST(KdPortCommands, EachEndsAsItsManualSays) {
       {{"apply", "a.csv"}, 2, "row 2, column name", nullptr, kHeader + RowOf(1, "COM0,")},
       {{"apply", "a.csv"}, 259, "(row 2)", nullptr, kHeader + RowOf(9, "COM9,")},
       {{"apply", "a.csv"}, 0, "done", nullptr, kHeader + RowOf(1, "COM6,") + RowOf(2, "COM5,"), "6 5 7 "},
+      {{"apply", "a.csv"}, 0, "store  data-port 4100", nullptr, both},
       {{"update-driver", "KDNBUS\\VELTRANETPORT", "x.inf"}, 0, "Restart Windows", reboot},
       {{"update-driver", "NOBODY", "x.inf"}, 1, "no driver of x.inf"},
   };
