@@ -60,69 +60,71 @@ struct Host {
   }
 };
 
+using Prepare = void (*)(Host&);
+const Prepare kGhost = [](Host& h) { h.rig.machine.ComNames().Claim(12); };
+const Prepare kUnclaimed = [](Host& h) { h.rig.machine.ComNames().Release(6); };
+const Prepare kOpen = [](Host& h) { h.rig.Port().port->openElsewhere = true; };
+const Prepare kUser = [](Host& h) { h.run.administrator = false; };
+const Prepare kRefusing = [](Host& h) {
+  h.rig.Driver().Inject({.operation = DriverFault::Operation::Write});
+};
+const Prepare kReadOnly = [](Host& h) { h.run.filesAreWritable = false; };
+const Prepare kReboot = [](Host& h) { h.rig.machine.System().updateNeedsReboot = true; };
+const std::string kBoth = "server,index,baud,data-port\n" + RowOf(1, "19200,4100");
+const std::string kRename = kHeader + RowOf(1, "COM9,");
+struct Case {
+  std::vector<const char*> words;
+  int exit;
+  const char* says;
+  Prepare prepare = nullptr;
+  std::string file = {};
+  const char* names = "5 6 7 ";
+};
+const Case kCases[] = {
+    {{"--help"}, 0, "Exit status"},
+    {{"rename", "--help"}, 0, "Usage: kdport rename"},
+    {{}, 2, "--help"},
+    {{"frob"}, 2, "no command is called frob"},
+    {{"frob", "--json"}, 2, "\"exit\": 2"},
+    {{"list"}, 0, "COM6  ROOT\\VELTRANET\\0001  2"},
+    {{"list", "COM6", "--json"}, 0, "\"index\": 2"},
+    {{"list", "com9*"}, 259, "no such port: com9*"},
+    {{"list", "--timeout", "x"}, 2, "timeout"},
+    {{"check"}, 0, "All places agree"},
+    {{"check"}, 1, "COM12 is claimed by nobody", kGhost},
+    {{"repair"}, 0, "database", kUnclaimed},
+    {{"rename", "COM5", "COM42"}, 0, "done", nullptr, {}, "42 6 7 "},
+    {{"rename", "ROOT\\VELTRANET\\0001/2", "COM42"}, 0, "done", nullptr, {}, "5 42 7 "},
+    {{"rename", "COM5", "COM6"}, 1, "ROOT\\VELTRANET\\0001/2 has it"},
+    {{"rename", "COM5", "COM3"}, 1, "ACPI\\PNP0501\\3) has it"},
+    {{"rename", "COM5", "COM256"}, 2, "\"COM256\" is not a COM name"},
+    {{"rename", "all", "COM42"}, 2, "all is 3 ports"},
+    {{"rename", "COM5", "COM42"}, 1, "--force", kOpen},
+    {{"rename", "COM5", "COM42", "--force"}, 0, "done", kOpen, {}, "42 6 7 "},
+    {{"rename", "COM5", "COM42"}, 5, "administrator", kUser},
+    {{"set", "all", "--baud", "19200"}, 0, "done"},
+    {{"set", "all"}, 2, "name at least one of --baud"},
+    {{"set", "COM5", "--data", "9"}, 2, "--data: \"9\" is not 5 to 8"},
+    {{"set", "COM5", "--baud", "5000000"}, 1, "it supports"},
+    {{"set", "COM5", "--baud", "300"}, 1, "refused", kRefusing},
+    {{"network", "COM5", "--address", "10.0.0.9", "--data-port", "4001"}, 0, "done"},
+    {{"network", "COM5", "--web-port", "0"}, 2, "is not 1 to 65535"},
+    {{"export"}, 0, "ROOT\\VELTRANET\\0001,3,COM7"},
+    {{"export", "x.csv"}, 1, "x.csv cannot be written", kReadOnly},
+    {{"apply", "no.csv"}, 2, "no.csv cannot be read"},
+    {{"apply", "a.csv", "--dry-run"}, 0, "COM5  ->  COM9", nullptr, kRename},
+    {{"apply", "a.csv", "--dry-run"}, 0, "rename  COM5 -> COM9", nullptr, kRename},
+    {{"apply", "a.csv"}, 1, "undo file cannot be written", kReadOnly, kRename},
+    {{"apply", "a.csv"}, 2, "row 2, column name", nullptr, kHeader + RowOf(1, "COM0,")},
+    {{"apply", "a.csv"}, 259, "(row 2)", nullptr, kHeader + RowOf(9, "COM9,")},
+    {{"apply", "a.csv"}, 0, "done", nullptr, kHeader + RowOf(1, "COM6,") + RowOf(2, "COM5,"), "6 5 7 "},
+    {{"apply", "a.csv"}, 0, "store  data-port 4100", nullptr, kBoth},
+    {{"update-driver", "KDNBUS\\VELTRANETPORT", "x.inf"}, 0, "Restart Windows", kReboot},
+    {{"update-driver", "NOBODY", "x.inf"}, 1, "no driver of x.inf"},
+};
+
 TEST(KdPortCommands, EachEndsAsItsManualSays) {
-  using Prepare = void (*)(Host&);
-  const Prepare ghost = [](Host& h) { h.rig.machine.ComNames().Claim(12); };
-  const Prepare unclaimed = [](Host& h) { h.rig.machine.ComNames().Release(6); };
-  const Prepare open = [](Host& h) { h.rig.Port().port->openElsewhere = true; };
-  const Prepare user = [](Host& h) { h.run.administrator = false; };
-  const Prepare refusing = [](Host& h) {
-    h.rig.Driver().Inject({.operation = DriverFault::Operation::Write});
-  };
-  const Prepare readOnly = [](Host& h) { h.run.filesAreWritable = false; };
-  const Prepare reboot = [](Host& h) { h.rig.machine.System().updateNeedsReboot = true; };
-  const std::string both = "server,index,baud,data-port\n" + RowOf(1, "19200,4100");
-  const std::string rename = kHeader + RowOf(1, "COM9,");
-  const struct {
-    std::vector<const char*> words;
-    int exit;
-    const char* says;
-    Prepare prepare = nullptr;
-    std::string file = {};
-    const char* names = "5 6 7 ";
-  } cases[] = {
-      {{"--help"}, 0, "Exit status"},
-      {{"rename", "--help"}, 0, "Usage: kdport rename"},
-      {{}, 2, "--help"},
-      {{"frob"}, 2, "no command is called frob"},
-      {{"frob", "--json"}, 2, "\"exit\": 2"},
-      {{"list"}, 0, "COM6  ROOT\\VELTRANET\\0001  2"},
-      {{"list", "COM6", "--json"}, 0, "\"index\": 2"},
-      {{"list", "com9*"}, 259, "no such port: com9*"},
-      {{"list", "--timeout", "x"}, 2, "timeout"},
-      {{"check"}, 0, "All places agree"},
-      {{"check"}, 1, "COM12 is claimed by nobody", ghost},
-      {{"repair"}, 0, "database", unclaimed},
-      {{"rename", "COM5", "COM42"}, 0, "done", nullptr, {}, "42 6 7 "},
-      {{"rename", "ROOT\\VELTRANET\\0001/2", "COM42"}, 0, "done", nullptr, {}, "5 42 7 "},
-      {{"rename", "COM5", "COM6"}, 1, "ROOT\\VELTRANET\\0001/2 has it"},
-      {{"rename", "COM5", "COM3"}, 1, "ACPI\\PNP0501\\3) has it"},
-      {{"rename", "COM5", "COM256"}, 2, "\"COM256\" is not a COM name"},
-      {{"rename", "all", "COM42"}, 2, "all is 3 ports"},
-      {{"rename", "COM5", "COM42"}, 1, "--force", open},
-      {{"rename", "COM5", "COM42", "--force"}, 0, "done", open, {}, "42 6 7 "},
-      {{"rename", "COM5", "COM42"}, 5, "administrator", user},
-      {{"set", "all", "--baud", "19200"}, 0, "done"},
-      {{"set", "all"}, 2, "name at least one of --baud"},
-      {{"set", "COM5", "--data", "9"}, 2, "--data: \"9\" is not 5 to 8"},
-      {{"set", "COM5", "--baud", "5000000"}, 1, "it supports"},
-      {{"set", "COM5", "--baud", "300"}, 1, "refused", refusing},
-      {{"network", "COM5", "--address", "10.0.0.9", "--data-port", "4001"}, 0, "done"},
-      {{"network", "COM5", "--web-port", "0"}, 2, "is not 1 to 65535"},
-      {{"export"}, 0, "ROOT\\VELTRANET\\0001,3,COM7"},
-      {{"export", "x.csv"}, 1, "x.csv cannot be written", readOnly},
-      {{"apply", "no.csv"}, 2, "no.csv cannot be read"},
-      {{"apply", "a.csv", "--dry-run"}, 0, "COM5  ->  COM9", nullptr, rename},
-      {{"apply", "a.csv", "--dry-run"}, 0, "rename  COM5 -> COM9", nullptr, rename},
-      {{"apply", "a.csv"}, 1, "undo file cannot be written", readOnly, rename},
-      {{"apply", "a.csv"}, 2, "row 2, column name", nullptr, kHeader + RowOf(1, "COM0,")},
-      {{"apply", "a.csv"}, 259, "(row 2)", nullptr, kHeader + RowOf(9, "COM9,")},
-      {{"apply", "a.csv"}, 0, "done", nullptr, kHeader + RowOf(1, "COM6,") + RowOf(2, "COM5,"), "6 5 7 "},
-      {{"apply", "a.csv"}, 0, "store  data-port 4100", nullptr, both},
-      {{"update-driver", "KDNBUS\\VELTRANETPORT", "x.inf"}, 0, "Restart Windows", reboot},
-      {{"update-driver", "NOBODY", "x.inf"}, 1, "no driver of x.inf"},
-  };
-  for (const auto& row : cases) {
+  for (const Case& row : kCases) {
     Host host;
     if (row.prepare != nullptr) row.prepare(host);
     if (!row.file.empty()) host.run.file = row.file.c_str();
@@ -153,11 +155,11 @@ TEST(KdPortCommands, SilentServersCostOneTimeOutTogether) {
       web->SetAnswer(path, {.delay = std::chrono::seconds(60)});
   }
   const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(host.Do({"list", "--live", "--timeout", "1.5", "--json"}), 0);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(2900));
+  EXPECT_EQ(host.Do({"list", "--live", "--timeout", "4", "--json"}), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(7));
   EXPECT_THAT(host.Printed(), Not(HasSubstr("\"online\": true")));
   host.rig.web.Stop(), other.Stop();
-  Sleep(500);  // what still waited for them ends before its code is unloaded
+  Sleep(2000);  // what still waited for them ends before its code is unloaded
 }
 
 // Three names in a circle, and a setting for each: four renames and three writes.
