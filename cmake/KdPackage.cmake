@@ -1,6 +1,5 @@
 # What people get who ship the DLL or write programs for it: `cmake --install BUILD --prefix FOLDER` lays it out, and
 # the target package packs it as KdUUI10-VERSION.zip.
-find_program(KDUUI_ZIP zip)
 
 install(TARGETS KdUUI10 RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES $<TARGET_FILE:KdUUI10>.debug DESTINATION bin)
@@ -23,7 +22,7 @@ endforeach()
 
 set(kd_package_name "KdUUI10-${PROJECT_VERSION}")
 add_custom_target(package
-  COMMAND "${CMAKE_COMMAND}" "-DZIP=${KDUUI_ZIP}" "-DBUILD=${PROJECT_BINARY_DIR}" "-DNAME=${kd_package_name}"
+  COMMAND "${CMAKE_COMMAND}" "-DBUILD=${PROJECT_BINARY_DIR}" "-DNAME=${kd_package_name}"
           -P "${CMAKE_CURRENT_LIST_DIR}/make_package.cmake"
   COMMENT "Packing ${kd_package_name}.zip" VERBATIM)
 add_dependencies(package KdUUI10 kdport)

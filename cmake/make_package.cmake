@@ -1,8 +1,10 @@
-# Packs a zip whose bytes depend on its files' contents only: cmake -DZIP= -DBUILD= -DNAME= -P this.
+# Packs a zip whose bytes depend on its files' contents only: cmake -DBUILD= -DNAME= -P this.
 # What is installed from BUILD goes below NAME. Order, times and rights are the same for everybody, and no owner is
 # stored; cmake -E tar stores access times and owners, hence zip.
+# Looked for here, because a build that was configured for the demo is packed after the tests' tools were installed.
+find_program(ZIP zip)
 if(NOT ZIP)
-  message(FATAL_ERROR "The package is made with zip: install it (Debian's package zip) and configure again")
+  message(FATAL_ERROR "The package is made with zip: install it (Debian's package zip)")
 endif()
 set(stage "${BUILD}/package")
 set(archive "${BUILD}/${NAME}.zip")

@@ -146,8 +146,8 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, FaultSweep,
                          testing::Combine(testing::ValuesIn(Scenarios()), testing::Range(0u, kParts)),
                          [](const auto& test) {
                            std::string name(std::get<0>(test.param).name);
-                           std::ranges::replace_if(
-                               name, [](char c) { return std::isalnum(c) == 0; }, '_');
+                           const auto isOther = [](char c) { return std::isalnum(c) == 0; };
+                           std::ranges::replace_if(name, isOther, '_');
                            return name + "_" + std::to_string(std::get<1>(test.param));
                          });
 

@@ -48,7 +48,7 @@ bool CCsvReader::Next(CsvRow& row) {
   if (!ReadRow(row)) return false;
   if (!std::exchange(begun_, true)) firstEndsQuoted_ = quoted_;
   column_ = 0;
-  return std::ranges::all_of(row, IsUtf8) || Fail(Text::FileNotUtf8, 0);
+  return Require(std::ranges::all_of(row, IsUtf8), Text::FileNotUtf8, 0);
 }
 
 bool CCsvReader::SkipEmptyLines() {
@@ -69,15 +69,15 @@ bool CCsvReader::ReadRow(CsvRow& row) {
 // The last row of what kdport has written ends with a quotation mark, so that a cell that was cut off shows.
 // People's editors leave the last line end out.
 bool CCsvReader::EndsWhole() {
-  return quoted_ || !firstEndsQuoted_ || Fail(Text::FileNotEnded, 0);
+  return Require(quoted_ || !firstEndsQuoted_, Text::FileNotEnded, 0);
 }
 
 bool CCsvReader::ReadCell(std::string& cell) {
   const bool quoted = quoted_ = rest_.starts_with('"');
-  if (quoted && !ReadQuoted(cell)) return Fail(Text::QuoteNotClosed, column_);
+  if (!Require(!quoted || ReadQuoted(cell), Text::QuoteNotClosed, column_)) return false;
   if (!quoted) ReadPlain(cell);
   // What follows is a comma, a line end or the end of the document; else a quotation mark stands amiss.
-  return rest_.empty() || rest_.front() == ',' || AtLineEnd() || Fail(Text::QuoteMisplaced, column_);
+  return Require(rest_.empty() || rest_.front() == ',' || AtLineEnd(), Text::QuoteMisplaced, column_);
 }
 
 bool CCsvReader::ReadQuoted(std::string& cell) {
@@ -112,9 +112,9 @@ bool CCsvReader::EatLineEnd() {
   return true;
 }
 
-bool CCsvReader::Fail(Text text, std::size_t column) {
-  faults_.push_back({text, {std::to_string(rowNumber_), std::to_string(column)}});
-  return false;
+bool CCsvReader::Require(bool holds, Text otherwise, std::size_t column) {
+  if (!holds) faults_.push_back({otherwise, {std::to_string(rowNumber_), std::to_string(column)}});
+  return holds;
 }
 
 std::string CsvLine(const CsvRow& row) {

@@ -35,7 +35,7 @@ class CCsvReader {
   void ReadPlain(std::string& cell);
   [[nodiscard]] bool AtLineEnd() const noexcept;
   bool EatLineEnd();
-  bool Fail(Text text, std::size_t column);
+  bool Require(bool holds, Text otherwise, std::size_t column);
 
   std::string_view rest_;
   std::size_t line_ = 1;  // of the first character of rest_

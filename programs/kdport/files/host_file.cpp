@@ -33,7 +33,7 @@ class CHostFileReader {
   void ReadRow(const CsvRow& row);
   bool ReadCell(std::string_view column, const std::string& cell, Wish& wish);
   void FindPort(const std::string& key, Wish& wish);
-  bool BadCell(std::string_view column, const std::string& cell, std::string_view range);
+  bool Require(bool holds, std::string_view column, const std::string& cell, std::string_view range);
   void Fault(Text text, std::vector<std::string> arguments, ExitCode exit = ExitCode::BadUse);
   [[nodiscard]] std::string Row() const { return std::to_string(csv_.RowNumber()); }
   [[nodiscard]] std::string Cell(const CsvRow& row, std::string_view column) const {
@@ -113,17 +113,17 @@ void CHostFileReader::ReadRow(const CsvRow& row) {
 }
 
 bool CHostFileReader::ReadCell(std::string_view column, const std::string& cell, Wish& wish) {
-  if (column == kServer) return !cell.empty() || BadCell(column, cell, "a device server's instance id");
-  if (column == kIndex) return IsIndex(cell) || BadCell(column, cell, "a port number");
+  if (column == kServer) return Require(!cell.empty(), column, cell, "a device server's instance id");
+  if (column == kIndex) return Require(IsIndex(cell), column, cell, "a port number");
   if (cell.empty()) return true;
   if (column == kName) {
     wish.number = ComNumber(cell);
-    return *wish.number != 0 || BadCell(column, cell, "a COM name from COM1 to COM255");
+    return Require(*wish.number != 0, column, cell, "a COM name from COM1 to COM255");
   }
   for (const Field field : kFields) {
     if (column != ColumnOf(field)) continue;
     wish.values[field] = ValueOf(field, cell);
-    return wish.values[field] || BadCell(column, cell, RangeOf(field));
+    return Require(wish.values[field].has_value(), column, cell, RangeOf(field));
   }
   return true;
 }
@@ -141,9 +141,10 @@ void CHostFileReader::FindPort(const std::string& key, Wish& wish) {
   file_.wishes.push_back(wish);
 }
 
-bool CHostFileReader::BadCell(std::string_view column, const std::string& cell, std::string_view range) {
-  Fault(Text::CellBad, {Row(), std::string(column), cell, std::string(range)});
-  return false;
+bool CHostFileReader::Require(bool holds, std::string_view column, const std::string& cell,
+                              std::string_view range) {
+  if (!holds) Fault(Text::CellBad, {Row(), std::string(column), cell, std::string(range)});
+  return holds;
 }
 
 // A bad file is the graver fault: what it says about ports is not to be trusted.

@@ -33,9 +33,9 @@ class CInterfaceIndex : public CKdSetupDi_DeviceInterface {
     for (DWORD index = 0; ReadPath(index, path); ++index) paths_[Utf8(ReferenceOfPath(path))] = path;
     return GetLastError() == ERROR_NO_MORE_ITEMS;
   }
-  // Null for a device of somebody else.
-  [[nodiscard]] const CWideString* Find(const CKDDeviceRegInfo& device) const {
-    const auto found = paths_.find(Utf8(ConfigurationReference(device)));
+  // Null for a reference of a device of somebody else.
+  [[nodiscard]] const CWideString* Find(const CWideString& reference) const {
+    const auto found = paths_.find(Utf8(reference));
     return found != paths_.end() ? &found->second : nullptr;
   }
 
@@ -67,7 +67,7 @@ class CHostReader {
   void ReadDosDevices();
   [[nodiscard]] bool ReadDevices();
   void ReadDevice(HDEVINFO devices, SP_DEVINFO_DATA& element);
-  void ReadPort(HDEVINFO devices, SP_DEVINFO_DATA& element, const CWideString& path, Port port);
+  void ReadPort(HDEVINFO devices, const SP_DEVINFO_DATA& element, const CWideString& path, Port port);
   void ReadDriver(const CWideString& path, Port& port) const;
   void CompletePort(Port& port);
   void FindOrphans();
@@ -126,14 +126,14 @@ void CHostReader::ReadDevice(HDEVINFO devices, SP_DEVINFO_DATA& element) {
   const bool isNamed = ReadDevRegString(devices, element, kPortName, name);
   if (!isNamed && !IsEqualGUID(element.ClassGuid, kPortsClass)) return;
   const CKDDeviceRegInfo device(devices, element);
-  CWideString driverKey;
-  if (!device.GetDriverKeyName(driverKey) && GetLastError() != ERROR_INVALID_DATA) unread_ = GetLastError();
+  const CWideString reference = ConfigurationReference(device);
+  if (reference.IsEmpty() && GetLastError() != ERROR_INVALID_DATA) unread_ = GetLastError();
   CWideString id, text;
   static_cast<void>(GetInstanceId(element.DevInst, id));
   ULONG status = 0, problem = 0;
   const bool present = CM_Get_DevNode_Status(&status, &problem, element.DevInst, 0) == CR_SUCCESS;
   static_cast<void>(device.GetFriendlyName(text));
-  if (const CWideString* path = index_.Find(device)) {
+  if (const CWideString* path = index_.Find(reference)) {
     Port port;
     port.instanceId = Utf8(id);
     port.name = Utf8(name);
@@ -147,7 +147,8 @@ void CHostReader::ReadDevice(HDEVINFO devices, SP_DEVINFO_DATA& element) {
   if (present) presentNames_.insert(Folded(Utf8(name)));
 }
 
-void CHostReader::ReadPort(HDEVINFO devices, SP_DEVINFO_DATA& element, const CWideString& path, Port port) {
+void CHostReader::ReadPort(HDEVINFO devices, const SP_DEVINFO_DATA& element, const CWideString& path,
+                           Port port) {
   CWideString server;
   port.server = GetParentInstanceId(element, server) ? Utf8(server) : "unknown";
   static_cast<void>(ReadDevRegDword(devices, element, L"SerialPortIndex", port.index));

@@ -1,10 +1,12 @@
 #include "kdport/windows/windows_surroundings.h"
 
 #include <windows.h>
+#include <array>
 
 #include <newdev.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <memory>
 #include <optional>
@@ -69,16 +71,11 @@ CFileHandle Open(const std::string& path, DWORD access, DWORD creation) {
 }  // namespace
 
 bool CWindowsSurroundings::IsAdministrator() {
-  SID_IDENTIFIER_AUTHORITY authority = SECURITY_NT_AUTHORITY;
-  PSID administrators = nullptr;
-  if (!AllocateAndInitializeSid(&authority, 2, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS, 0, 0, 0,
-                                0, 0, 0, &administrators)) {
-    return false;
-  }
+  std::array<BYTE, SECURITY_MAX_SID_SIZE> administrators{};
+  auto size = static_cast<DWORD>(administrators.size());
   BOOL isMember = FALSE;
-  const BOOL checked = CheckTokenMembership(nullptr, administrators, &isMember);
-  FreeSid(administrators);
-  return checked && isMember;
+  return CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, administrators.data(), &size) &&
+         CheckTokenMembership(nullptr, administrators.data(), &isMember) && isMember;
 }
 
 std::vector<LiveStatus> CWindowsSurroundings::AskServers(const Host& host, std::span<const std::size_t> ports,
