@@ -1,4 +1,7 @@
 // The co-installer entry points: what each function does in each pass, and what it returns.
+#include <thread>
+
+#include "base/unique_handle.h"
 #include "install_test.h"
 
 namespace {
@@ -10,6 +13,8 @@ constexpr wchar_t kUpdateTheCard[] =
     L"Please update the Keldrin Veltranet driver found under 'Multi-port serial adapters' in Device "
     L"Manager.\r\nThis will automatically initiate the port driver update.\r\n\r\nPlease see Product Manual "
     L"for further details.";
+
+constexpr wchar_t kInstallMutex[] = L"{5C0E2A71-93B4-4F6D-A8E2-0B7D41C9E356}";
 
 class InstallCoInstaller : public InstallTest {
  protected:
@@ -139,13 +144,22 @@ TEST_F(InstallCoInstaller, ANewPortGetsTheDefaultSettingsUnderTheMutex) {
   machine.Registry().SetText(workbench::kPortsKey, L"COM5:", L"115200,e,7,2");
   EXPECT_EQ(Call(Port(), DIF_INSTALLDEVICE, true), static_cast<DWORD>(NO_ERROR));
   EXPECT_EQ(PlacesOf(machine, Port()).portsValue, L"9600,n,8,1");
-  EXPECT_EQ(machine.Calls().CallsOf("CreateMutexW").at(0).Text(2), L"{5C0E2A71-93B4-4F6D-A8E2-0B7D41C9E356}");
+  EXPECT_EQ(machine.Calls().CallsOf("CreateMutexW").at(0).Text(2), kInstallMutex);
   EXPECT_EQ(machine.Calls().CallsOf("WaitForSingleObject").at(0).Number(1) & 0xFFFFFFFFu, INFINITE);
   EXPECT_THAT(machine.Calls().OrderOf({"QueryDosDeviceW", "CreateMutexW", "WaitForSingleObject",
                                        "RegOpenKeyExW", "RegCreateKeyExW", "ReleaseMutex"}),
               ElementsAre("QueryDosDeviceW", "CreateMutexW", "WaitForSingleObject", "RegOpenKeyExW",
                           "RegCreateKeyExW", "ReleaseMutex"));
   EXPECT_EQ(machine.Calls().OpenCount(HandleKind::Mutex), 1u);
+}
+
+// A thread that ends with the mutex stands for an installer that ended in the middle of a step.
+TEST_F(InstallCoInstaller, TheMutexOfAnInstallerThatEndedIsTakenAndGivenBack) {
+  AddServer({5});
+  const CKernelHandle mutex(CreateMutexW(nullptr, FALSE, kInstallMutex));
+  std::thread([&] { WaitForSingleObject(mutex.Get(), INFINITE); }).join();
+  EXPECT_EQ(Call(Port(), DIF_INSTALLDEVICE, true), static_cast<DWORD>(NO_ERROR));
+  EXPECT_EQ(machine.Calls().CountOf("ReleaseMutex"), 1u);
 }
 
 TEST_F(InstallCoInstaller, DriverUpdatePassesItsArgumentsOn) {
