@@ -12,17 +12,37 @@
 namespace workbench {
 namespace {
 
-// The run that nothing disturbs, with the path of calls of each of its allocations.
+// The run that nothing disturbs, with the paths of its calls and allocations.
 const RunResult& RunUndisturbed(const Scenario& scenario) {
   static std::map<std::string_view, RunResult> runs;
   const auto [run, isNew] = runs.try_emplace(scenario.name);
-  const auto arm = [](Gate& gate) { gate.NoteAllocationPaths(); };
+  const auto arm = [](Gate& gate) { gate.NotePaths(); };
   if (isNew) run->second = RunOnce(scenario, Trouble::None, "undisturbed", arm);
   return run->second;
 }
 
 // The places of a scenario are dealt to so many tests, one after the other, so that shards take equally long.
 constexpr unsigned kParts = 4;
+
+using Paths = std::vector<std::uint64_t>;
+
+// The places, from 1, that are the first of their path, and those that are the first or the last.
+Paths First(const Paths& paths) {
+  std::set<std::uint64_t> seen;
+  Paths places;
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    if (seen.insert(paths[i]).second) places.push_back(i + 1);
+  }
+  return places;
+}
+Paths FirstAndLast(const Paths& paths) {
+  std::set<std::uint64_t> places;
+  for (const std::uint64_t place : First(paths)) {
+    const auto last = std::ranges::find(paths.rbegin(), paths.rend(), paths[place - 1]);
+    places.insert({place, static_cast<std::uint64_t>(paths.rend() - last)});
+  }
+  return {places.begin(), places.end()};
+}
 
 class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>> {
  protected:
@@ -38,8 +58,24 @@ class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>>
     ASSERT_GT(undisturbed_.calls, 0u);
   }
 
-  // Whether a place, from 1, is one of this test's.
-  bool IsOwn(std::uint64_t place) const { return place % kParts == std::get<1>(GetParam()); }
+  // Of places, this test's.
+  static std::vector<std::uint64_t> OwnPlaces(const std::vector<std::uint64_t>& places) {
+    std::vector<std::uint64_t> own;
+    for (std::size_t i = std::get<1>(GetParam()); i < places.size(); i += kParts) own.push_back(places[i]);
+    return own;
+  }
+  std::vector<Call> FaultableCalls() const {
+    std::vector<Call> calls = undisturbed_.log;
+    std::erase_if(calls, [](const Call& call) {
+      return FindRow(call.function)->failure.outcome == Outcome::CannotFail;
+    });
+    return calls;
+  }
+  Paths CallPaths() const {
+    Paths paths;
+    for (const Call& call : FaultableCalls()) paths.push_back(call.path);
+    return paths;
+  }
   bool StepsGiveUp(const std::string& function) const {
     return !function.empty() &&
            (" " + std::string(scenario.givesUp) + " ").find(" " + function + " ") != std::string::npos;
@@ -91,50 +127,37 @@ class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>>
   std::set<std::string> givenUp_;
 };
 
+// Values and list entries are read and made in loops, by the hundred: of what one path of calls leads to, the
+// first and the last are failed; from which on everything fails, the first.
 TEST_P(FaultSweep, EachCallOnce) {
-  for (std::uint64_t k = 1; k <= undisturbed_.calls; ++k) {
-    if (!IsOwn(k)) continue;
+  for (const std::uint64_t k : OwnPlaces(FirstAndLast(CallPaths()))) {
     Try(Trouble::Calls, "call " + std::to_string(k), [&](Gate& gate) { gate.Inject({.from = k}); });
   }
   Report("each call once", undisturbed_.calls);
 }
 
 TEST_P(FaultSweep, EachCallAndEveryLaterOfItsFunction) {
-  std::map<std::string, std::uint64_t> calls;
-  std::uint64_t place = 0;
-  for (const Call& call : undisturbed_.log) {
-    if (FindRow(call.function)->failure.outcome == Outcome::CannotFail) continue;
-    const std::uint64_t from = ++calls[call.function];
-    if (!IsOwn(++place)) continue;
-    const Fault fault{.function = call.function, .from = from, .count = Fault::kEveryLater};
-    Try(Trouble::Calls, "from call " + std::to_string(from) + " of " + call.function + " on,",
+  const std::vector<Call> calls = FaultableCalls();
+  for (const std::uint64_t k : OwnPlaces(First(CallPaths()))) {
+    const char* function = calls[k - 1].function;
+    const auto from = static_cast<std::uint64_t>(std::ranges::count(
+        calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(k), function, &Call::function));
+    const Fault fault{.function = function, .from = from, .count = Fault::kEveryLater};
+    Try(Trouble::Calls, "from call " + std::to_string(from) + " of " + function + " on,",
         [&](Gate& gate) { gate.Inject(fault); });
   }
   Report("and every later one", undisturbed_.calls);
 }
 
-// Parameters and list entries are made in loops, by the hundred: of the allocations on one path of calls the
-// first and the last are failed.
 TEST_P(FaultSweep, EachAllocation) {
-  std::map<std::uint64_t, std::uint64_t> last;
-  std::set<std::uint64_t> seen;
-  for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) last[undisturbed_.paths.at(k - 1)] = k;
-  std::uint64_t place = 0;
-  for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) {
-    const std::uint64_t path = undisturbed_.paths[k - 1];
-    const bool isBetween = !seen.insert(path).second && last[path] != k;
-    if (isBetween || !IsOwn(++place)) continue;
+  for (const std::uint64_t k : OwnPlaces(FirstAndLast(undisturbed_.paths))) {
     Try(Trouble::Memory, "allocation " + std::to_string(k), [&](Gate& gate) { gate.FailAllocation(k); });
   }
   Report("allocations", undisturbed_.allocations);
 }
 
-// Memory that is not available again, from the first allocation on each path of calls on.
 TEST_P(FaultSweep, EachAllocationAndEveryLater) {
-  std::set<std::uint64_t> seen;
-  std::uint64_t place = 0;
-  for (std::uint64_t k = 1; k <= undisturbed_.allocations; ++k) {
-    if (!seen.insert(undisturbed_.paths.at(k - 1)).second || !IsOwn(++place)) continue;
+  for (const std::uint64_t k : OwnPlaces(First(undisturbed_.paths))) {
     Try(Trouble::Memory, "from allocation " + std::to_string(k) + " on,",
         [&](Gate& gate) { gate.FailAllocation(k, Fault::kEveryLater); });
   }

@@ -81,6 +81,7 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
   Call call{.number = ticket.number, .dll = row.dll, .function = row.name, .arguments = std::move(arguments)};
   call.thread = GetCurrentThreadId();
   call.injected = ticket.inject;
+  if (notesPaths_) call.path = PathOfCalls();
   underWay_[call.thread].push_back(ticket.number);
   log_.push_back(std::move(call));
   return ticket;

@@ -37,7 +37,8 @@ struct Call {
   DWORD thread = 0;
   bool returned = false;  // false while the call is under way, and for good when an exception left it
   bool succeeded = false;
-  bool injected = false;  // failed by a Fault
+  bool injected = false;   // failed by a Fault
+  std::uint64_t path = 0;  // of calls that leads to it, where Gate::NotePaths asked for that
 
   // The n-th argument, from 0; an argument that the function does not have is 0 and "".
   [[nodiscard]] std::uint64_t Number(std::size_t index) const;
@@ -113,10 +114,10 @@ class Gate {
   [[nodiscard]] std::uint64_t Allocations() const { return Locked(allocations_); }
   void FailAllocation(std::uint64_t kth, std::uint64_t count = 1);
   [[nodiscard]] std::uint64_t FailedAllocations() const { return Locked(failedAllocations_); }
-  // From now on, notes for each allocation the path of calls that leads to it, as one number: the same for
-  // the same path, as in a loop. On one thread.
-  void NoteAllocationPaths() { notesPaths_ = true; }
-  // What was noted, in order.
+  // From now on, notes for each call and each allocation the path of calls that leads to it, as one number:
+  // the same for the same path, as in a loop. On one thread.
+  void NotePaths() { notesPaths_ = true; }
+  // What was noted of the allocations, in order; the calls have it in the log.
   [[nodiscard]] std::vector<std::uint64_t> AllocationPaths() const { return Locked(allocationPaths_); }
   // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
   // frees what it had before.
