@@ -6,36 +6,27 @@ if(NOT EXISTS "${KDUUI_GOOGLETEST_DIR}/CMakeLists.txt")
 endif()
 set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
 add_subdirectory("${KDUUI_GOOGLETEST_DIR}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+set(kd_sanitize)
 if(KDUUI_SANITIZE)
-  foreach(lib gtest gtest_main gmock gmock_main)
-    target_compile_options(${lib} PRIVATE "-fsanitize=${KDUUI_SANITIZE}")
-  endforeach()
+  set(kd_sanitize "-fsanitize=${KDUUI_SANITIZE}")
 endif()
+foreach(lib IN ITEMS gtest gtest_main gmock gmock_main)
+  target_compile_options(${lib} PRIVATE -O0 ${kd_sanitize})
+endforeach()
 
-# Half the time to compile a test is GoogleTest's and Windows' headers: all programs share them compiled.
-file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/kd_test_prelude.cpp" CONTENT "")
-add_library(kd_test_prelude OBJECT EXCLUDE_FROM_ALL "${PROJECT_BINARY_DIR}/kd_test_prelude.cpp")
-target_link_libraries(kd_test_prelude PRIVATE kd_options GTest::gmock GTest::gtest)
-target_compile_options(kd_test_prelude PRIVATE -O0)
-target_precompile_headers(kd_test_prelude PRIVATE $<$<BOOL:${WIN32}>:<winsock2.h$<ANGLE-R>>
-  $<$<BOOL:${WIN32}>:<windows.h$<ANGLE-R>> <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <string> <vector>)
+kd_prelude(kd_test_prelude <gmock/gmock.h> <gtest/gtest.h> LIBS GTest::gmock GTest::gtest)
 
 # kd_test_program(NAME DIR dir LABEL label [LIBS ...] [TIMEOUT seconds] [DESKTOP | OWN_SESSION [RUNNER script]]):
 # one program of all <dir>/*_test.cpp, and one CTest entry per file, which runs the suites that the
 # file defines. A test file belongs to exactly one entry, so nothing runs twice and nothing is left out.
 # DESKTOP: its windows want the focus and the session's prefix for themselves, so that one such entry runs at a time.
-# OWN_SESSION: each entry has a Wine session of its own, and runs beside the others; such entries start first. Such
-# an entry has a processor for itself: a program and its Wine server wait for each other all the time, and do so
-# longer when each wakes the other on another processor.
+# OWN_SESSION: each entry has a Wine session of its own, and runs beside the others; such entries start first.
 function(kd_test_program name)
   cmake_parse_arguments(arg "DESKTOP;OWN_SESSION" "DIR;LABEL;TIMEOUT;RUNNER" "LIBS;SOURCES" ${ARGN})
   file(GLOB files CONFIGURE_DEPENDS "${arg_DIR}/*_test.cpp")
   add_executable(${name} ${files} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE kd_options ${arg_LIBS} GTest::gmock GTest::gtest_main)
-  # Test code is compiled often and runs for moments: quick to build comes first. What it tests is
-  # compiled as it ships.
-  target_compile_options(${name} PRIVATE -O0)
-  target_precompile_headers(${name} REUSE_FROM kd_test_prelude)
+  kd_build_quickly(${name} kd_test_prelude)
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 120)
   endif()
@@ -65,7 +56,7 @@ function(kd_test_program name)
     if(arg_DESKTOP)
       set_tests_properties("${arg_LABEL}.${stem}" PROPERTIES RESOURCE_LOCK desktop)
     elseif(arg_OWN_SESSION)
-      set_tests_properties("${arg_LABEL}.${stem}" PROPERTIES COST 1000 PROCESSOR_AFFINITY ON)
+      set_tests_properties("${arg_LABEL}.${stem}" PROPERTIES COST 1000)
     endif()
   endforeach()
 endfunction()
