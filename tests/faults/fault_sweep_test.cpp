@@ -16,7 +16,7 @@ namespace {
 const RunResult& RunUndisturbed(const Scenario& scenario) {
   static std::map<std::string_view, RunResult> runs;
   const auto [run, isNew] = runs.try_emplace(scenario.name);
-  const auto arm = [](Gate& gate) { gate.NotePaths(); };
+  const auto arm = [](Gate& gate) { gate.NotePaths(GetModuleHandleW(L"KdUUI10.DLL")); };
   if (isNew) run->second = RunOnce(scenario, Trouble::None, "undisturbed", arm);
   return run->second;
 }

@@ -32,13 +32,17 @@ bool CanFail(const FunctionRow& row) {
   return row.failure.outcome != Outcome::CannotFail;
 }
 
-// The return addresses of the calls that the thread is in, as one number (FNV-1a).
-std::uint64_t PathOfCalls() {
-  void* addresses[48] = {};
+// The function, and the return addresses inside the module of the calls that the thread is in, as one number
+// (FNV-1a). Between them the system sends a window its messages on a hundred ways.
+std::uint64_t PathOfCalls(const FunctionRow& row, HMODULE module) {
+  void* addresses[62] = {};
   const USHORT count = CaptureStackBackTrace(0, ARRAYSIZE(addresses), addresses, nullptr);
-  std::uint64_t path = 14695981039346656037u;
-  for (USHORT i = 0; i < count; ++i)
+  std::uint64_t path = 14695981039346656037u ^ reinterpret_cast<std::uint64_t>(&row);
+  for (USHORT i = 0; i < count; ++i) {
+    void* base = nullptr;
+    if (RtlPcToFileHeader(addresses[i], &base) != module) continue;
     path = (path ^ reinterpret_cast<std::uint64_t>(addresses[i])) * 1099511628211u;
+  }
   return path;
 }
 
@@ -71,7 +75,7 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
   const std::scoped_lock guard(lock_);
   CallTicket ticket{.row = &row};
   if (row.allocates) {
-    ticket.inject = CanFail(row) && DecideAllocation();
+    ticket.inject = CanFail(row) && DecideAllocation(row);
     return ticket;
   }
   if (!row.logged) return ticket;
@@ -81,7 +85,7 @@ CallTicket Gate::Enter(const FunctionRow& row, std::vector<CallArgument> argumen
   Call call{.number = ticket.number, .dll = row.dll, .function = row.name, .arguments = std::move(arguments)};
   call.thread = GetCurrentThreadId();
   call.injected = ticket.inject;
-  if (notesPaths_) call.path = PathOfCalls();
+  if (pathsIn_ != nullptr) call.path = PathOfCalls(row, pathsIn_);
   underWay_[call.thread].push_back(ticket.number);
   log_.push_back(std::move(call));
   return ticket;
@@ -102,9 +106,9 @@ bool Gate::Decide(const FunctionRow& row, std::optional<DWORD>& error) {
   return inject;
 }
 
-bool Gate::DecideAllocation() {
+bool Gate::DecideAllocation(const FunctionRow& row) {
   ++allocations_;
-  if (notesPaths_) allocationPaths_.push_back(PathOfCalls());
+  if (pathsIn_ != nullptr) allocationPaths_.push_back(PathOfCalls(row, pathsIn_));
   if (allocations_ < allocationFault_.from ||
       allocations_ - allocationFault_.from >= allocationFault_.count) {
     return false;

@@ -114,9 +114,9 @@ class Gate {
   [[nodiscard]] std::uint64_t Allocations() const { return Locked(allocations_); }
   void FailAllocation(std::uint64_t kth, std::uint64_t count = 1);
   [[nodiscard]] std::uint64_t FailedAllocations() const { return Locked(failedAllocations_); }
-  // From now on, notes for each call and each allocation the path of calls that leads to it, as one number:
-  // the same for the same path, as in a loop. On one thread.
-  void NotePaths() { notesPaths_ = true; }
+  // From now on, notes for each call and each allocation the path of calls inside `module` that leads to it,
+  // as one number: the same for the same path, as in a loop. On one thread.
+  void NotePaths(HMODULE module) { pathsIn_ = module; }
   // What was noted of the allocations, in order; the calls have it in the log.
   [[nodiscard]] std::vector<std::uint64_t> AllocationPaths() const { return Locked(allocationPaths_); }
   // How many blocks the DLL has allocated and not freed since its imports were redirected; below zero when it
@@ -170,7 +170,7 @@ class Gate {
     std::uint64_t seen = 0;
   };
   [[nodiscard]] bool Decide(const FunctionRow& row, std::optional<DWORD>& error);
-  [[nodiscard]] bool DecideAllocation();
+  [[nodiscard]] bool DecideAllocation(const FunctionRow& row);
   [[nodiscard]] Call* Find(std::uint64_t number);
   [[nodiscard]] Call* CallUnderWay();  // the innermost one of this thread; null when it is in none
   void Account(const FunctionRow& row, std::uint64_t result, std::span<const std::uint64_t> arguments);
@@ -190,7 +190,7 @@ class Gate {
   std::uint64_t faultable_ = 0;
   std::uint64_t injected_ = 0;
   std::uint64_t allocations_ = 0;
-  bool notesPaths_ = false;
+  HMODULE pathsIn_ = nullptr;  // null: paths are not noted
   std::vector<std::uint64_t> allocationPaths_;
   Fault allocationFault_{.count = 0};  // counted from construction or ClearLog
   std::uint64_t failedAllocations_ = 0;
