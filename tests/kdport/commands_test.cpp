@@ -182,20 +182,15 @@ TEST(KdPortCommands, ARunThatEndsAtAnyStepIsTakenBackByItsUndoFile) {
   }
 }
 
-// The calls that an undisturbed run makes and that succeed, as faults to inject one at a time: of those that
-// one path of calls leads to, the first and the last.
+// The calls that an undisturbed run makes and that succeed, as faults to inject: one at a time.
 std::vector<Fault> FaultsOf(Host& host) {
   std::map<std::string, std::uint64_t> seen;
-  std::map<std::uint64_t, std::vector<Fault>> ofPath;
+  std::vector<Fault> faults;
   for (const Call& call : host.rig.machine.Calls().Log()) {
     const std::uint64_t place = ++seen[call.function];
     if (!call.succeeded || FindRow(call.function)->failure.outcome == Outcome::CannotFail) continue;
-    std::vector<Fault>& faults = ofPath[call.path];
-    if (faults.size() == 2) faults.pop_back();
     faults.push_back({.function = call.function, .from = place});
   }
-  std::vector<Fault> faults;
-  for (const auto& [path, some] : ofPath) faults.insert(faults.end(), some.begin(), some.end());
   return faults;
 }
 
@@ -222,7 +217,6 @@ void SweepOver(bool repair) {
     Host host;
     prepare(host);
     host.rig.machine.Calls().ClearLog();
-    host.rig.machine.Calls().NotePaths(host.rig.dll->Module());
     ASSERT_EQ(work(host), 0) << host.Printed();
     ASSERT_EQ(host.Names(), wanted);
     faults = FaultsOf(host);
