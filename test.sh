@@ -7,9 +7,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 pattern=${1:-}
 only=(${pattern:+-R "$pattern"})
 
-# What the demo needs, the tests for Windows are built with; the rest is installed beside that.
+# The programs for Windows are built first; what runs and checks them is installed beside that.
 no_setup() { echo "0 passed, 1 failed"; exit 1; }
-scripts/setup-debian demo || no_setup
+scripts/setup-debian build || no_setup
 
 # count PRESET PASSED FAILED [WHAT]: what came of a preset; WHAT says what failed.
 count() {
