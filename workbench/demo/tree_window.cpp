@@ -105,10 +105,6 @@ Device* TreeWindow::DeviceOf(HTREEITEM item) const {
   return reinterpret_cast<Device*>(asked.lParam);
 }
 
-std::wstring TreeWindow::Status() const {
-  return TextOf(window_, IDC_STATUS_LINE);
-}
-
 void TreeWindow::SetStatus(const wchar_t* text) {
   SetDlgItemTextW(window_, IDC_STATUS_LINE, text);
 }

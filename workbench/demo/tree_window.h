@@ -6,7 +6,6 @@
 #include <commctrl.h>
 
 #include <functional>
-#include <string>
 
 #include "base/unique_handle.h"
 #include "workbench/rig/rig.h"
@@ -36,10 +35,6 @@ class TreeWindow {
   std::function<void(Device&)> closed = [](Device&) {};
 
   [[nodiscard]] HWND Window() const { return window_; }
-  [[nodiscard]] HWND Tree() const { return tree_; }
-  // The line at the bottom, which says what to do, or why a device does not open.
-  [[nodiscard]] std::wstring Status() const;
-  void Select(const Device& device);
 
   // Handles messages until the user has closed the window.
   void RunUntilClosed();
@@ -49,8 +44,10 @@ class TreeWindow {
   bool Handle(UINT message, LPARAM lParam);
   void MakeImages();
   void Fill();
+  void Select(const Device& device);
   [[nodiscard]] Device* DeviceOf(HTREEITEM item) const;  // null for the computer itself, and for no item
   void OpenSelected();
+  // The line at the bottom, which says what to do, or why a device does not open.
   void SetStatus(const wchar_t* text);
 
   Rig& rig_;
