@@ -66,23 +66,36 @@ TEST(StatusDocumentTest, EachValueIsShownAndAdoptedWhereItIsInRange) {
       // The data bits are the device's own number, shown as it stands.
       {L"<datasize>2</datasize>", &PortStatus::dataBits, L"2", &CVcpParameters::Databits, 2},
       {L"<datasize>4</datasize>", &PortStatus::dataBits, L"4", &CVcpParameters::Databits, 3},
-      {L"<datasize>-1</datasize>", &PortStatus::dataBits, L"-1", &CVcpParameters::Databits, 3},
+      // The parity lands in the data bits, as far as it is in their range.
+      {L"<parity>1</parity>", &PortStatus::parity, L"None", &CVcpParameters::Databits, 0},
+      {L"<parity>2</parity>", &PortStatus::parity, L"Odd", &CVcpParameters::Databits, 1},
       {L"<parity>3</parity>", &PortStatus::parity, L"Even", &CVcpParameters::Databits, 2},
-      {L"<parity>5</parity>", &PortStatus::parity, L"Space", &CVcpParameters::Databits, 3},
       {L"<parity>3</parity>", &PortStatus::parity, L"Even"},
-      {L"<stopbits>3</stopbits>", &PortStatus::stopBits, L"1.5", &CVcpParameters::Stopbits, 1},
+      {L"<parity>4</parity>", &PortStatus::parity, L"Mark", &CVcpParameters::Databits, 3},
+      {L"<parity>5</parity>", &PortStatus::parity, L"Space", &CVcpParameters::Databits, 3},
+      {L"<parity>6</parity>", &PortStatus::parity, L"None", &CVcpParameters::Databits, 0},
+      {L"<stopbits>0</stopbits>", &PortStatus::stopBits, L"None", &CVcpParameters::Stopbits, 0},
+      {L"<stopbits>1</stopbits>", &PortStatus::stopBits, L"1", &CVcpParameters::Stopbits, 0},
+      {L"<stopbits>2</stopbits>", &PortStatus::stopBits, L"2", &CVcpParameters::Stopbits, 2},
+      {L"<stopbits> 3x</stopbits>", &PortStatus::stopBits, L"1.5", &CVcpParameters::Stopbits, 1},
+      {L"<flowcontrol>1</flowcontrol>", &PortStatus::flowControl, L"None", &CVcpParameters::FlowControl, 0},
+      {L"<flowcontrol>2</flowcontrol>", &PortStatus::flowControl, L"CTS/RTS", &CVcpParameters::FlowControl,
+       1},
+      {L"<flowcontrol>3</flowcontrol>", &PortStatus::flowControl, L"DTR/DSR", &CVcpParameters::FlowControl,
+       2},
       {L"<flowcontrol>4</flowcontrol>", &PortStatus::flowControl, L"Xon/Xoff", &CVcpParameters::FlowControl,
        4},
       {L"<duplex>1</duplex>", &PortStatus::duplex, L"RS422 full-duplex mode", &CVcpParameters::DuplexMode, 1},
+      {L"<duplex>2</duplex>", &PortStatus::duplex, L"RS485 half-duplex autogating mode",
+       &CVcpParameters::DuplexMode, 2},
+      {L"<duplex>3</duplex>", &PortStatus::duplex, L"None", &CVcpParameters::DuplexMode, 0},
       {L"<ctsline>0</ctsline>", &PortStatus::state, L"Offline", &CVcpParameters::CtsSupported, 0},
       {L"<dsrline>7</dsrline>", &PortStatus::state, L"Offline", &CVcpParameters::DsrSupported, 1},
       {L"<state>2</state>", &PortStatus::state, L"Tunneling"},
       {L"<state>3</state>", &PortStatus::state, L"Offline"},
-      {L"<state> 1</state>", &PortStatus::state, L"Offline"},
       {L"<portmode>3</portmode>", &PortStatus::mode, L"I/O Control"},
       {L"<portmode>4</portmode>", &PortStatus::mode, L"Unknown"},
       {L"<portmode>01</portmode>", &PortStatus::mode, L"Unknown"},
-      {L"<portmode></portmode>", &PortStatus::mode, L"Unknown"},
   };
   for (const auto& c : cases) {
     Port p;
@@ -122,47 +135,6 @@ TEST(StatusDocumentTest, Rs422485ModeIsAdoptedWithItsLimits) {
     EXPECT_EQ(p.port.DuplexMode, c.duplexAfter) << c.name;
     EXPECT_EQ(status.mode, c.mode) << c.name;
     EXPECT_EQ(status.showDuplex, c.showDuplex) << c.name;
-  }
-}
-
-// c checked, u unchecked; e enabled, d disabled, - left alone: box of CTS, label of CTS, the same of DSR.
-std::string Describe(const HandshakeChange& change) {
-  const auto enabled = [](const std::optional<bool>& on) { return !on ? '-' : *on ? 'e' : 'd'; };
-  std::string text;
-  for (const BoxChange& box : {change.cts, change.dsr}) {
-    text += !box.checked ? '-' : *box.checked ? 'c' : 'u';
-    text += enabled(box.boxEnabled);
-    text += enabled(box.labelEnabled);
-  }
-  return text;
-}
-
-TEST(StatusDocumentTest, BoxesFollowKindOfPortAndItsLines) {
-  const struct {
-    const char* name;
-    std::uint32_t portType, duplex, emulateCts, emulateDsr, cts, dsr;
-    const char* boxes;
-    bool marks;
-  } cases[] = {
-      {"RS-232, nothing overridden", 0, 0, 0, 0, 1, 1, "u--u--", false},
-      {"RS-232, both overridden", 0, 0, 1, 5, 1, 1, "c--c--", true},
-      {"RS-232 without CTS", 0, 0, 0, 0, 0, 1, "cddu--", false},
-      {"RS-232 without CTS, DSR overridden", 0, 0, 0, 1, 0, 1, "cddc--", true},
-      {"RS-422", 1, 1, 1, 0, 1, 1, "ceecdd", false},
-      {"RS-422, CTS not overridden", 1, 1, 0, 0, 1, 0, "ueecdd", false},
-      {"RS-485", 1, 2, 0, 0, 1, 1, "cddcdd", false},
-  };
-  for (const auto& c : cases) {
-    Port p;
-    p.port.PortType = c.portType;
-    p.port.DuplexMode = c.duplex;
-    p.port.EmulateCTSTrue = c.emulateCts;
-    p.port.EmulateDSRTrue = c.emulateDsr;
-    p.port.CtsSupported = c.cts;
-    p.port.DsrSupported = c.dsr;
-    const PortStatus status = p.Adopt(L"");
-    EXPECT_EQ(Describe(status.boxes), c.boxes) << c.name;
-    EXPECT_EQ(status.showOverrideMarks, c.marks) << c.name;
   }
 }
 

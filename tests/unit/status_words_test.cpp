@@ -12,56 +12,22 @@
 
 namespace {
 
-template <CWideString (*kOfCode)(std::wstring_view)>
-CWideString OfCode(std::uint32_t code) {
-  return kOfCode(L" " + std::to_wstring(code) + L"x");
-}
-
-TEST(SerialWordsTest, IndexesAndCodesBecomeWords) {
+TEST(SerialWordsTest, IndexesBecomeWords) {
   const struct {
     const char* what;
-    CWideString (*convert)(std::uint32_t);
+    CWideString (*wordOf)(std::uint32_t);
     std::vector<const wchar_t*> words;  // from 0 on
     const wchar_t* otherwise = L"None";
   } cases[] = {
       {"data bits", DataBitsIndexToText, {L"5", L"6", L"7", L"8"}, L""},
       {"parity", ParityIndexToText, {L"None", L"Odd", L"Even", L"Mark", L"Space"}},
-      {"parity code", OfCode<ParityCodeToText>, {L"None", L"None", L"Odd", L"Even", L"Mark", L"Space"}},
       {"stop bits", StopBitsIndexToText, {L"1", L"1.5", L"2"}},
-      {"stop bits code", OfCode<StopBitsCodeToText>, {L"None", L"1", L"2", L"1.5"}},
       {"flow control", FlowControlIndexToText, {L"None", L"CTS/RTS", L"DTR/DSR"}},  // Xon/Xoff has no word
-      {"flow control code",
-       OfCode<FlowControlCodeToText>,
-       {L"None", L"None", L"CTS/RTS", L"DTR/DSR", L"Xon/Xoff"}},
-      {"duplex mode",
-       DuplexIndexToText,
-       {L"None", L"RS422 full-duplex mode", L"RS485 half-duplex autogating mode"}},
-      {"duplex mode code",
-       OfCode<DuplexCodeToText>,
-       {L"None", L"RS422 full-duplex mode", L"RS485 half-duplex autogating mode"}},
   };
   for (const auto& row : cases) {
-    for (std::uint32_t number = 0; number < 7; ++number) {
-      EXPECT_EQ(row.convert(number), number < row.words.size() ? row.words[number] : row.otherwise)
-          << row.what << " " << number;
-    }
-  }
-  EXPECT_EQ(StopBitsCodeToText(L""), L"None");
-}
-
-TEST(SerialWordsTest, CodesBecomeIndexes) {
-  const struct {
-    std::uint32_t (*convert)(std::uint32_t);
-    std::uint32_t indexes[7];  // of codes 0 to 6
-  } cases[] = {
-      {ParityCodeToIndex, {0, 0, 1, 2, 3, 4, 0}},
-      {StopBitsCodeToIndex, {0, 0, 2, 1, 0, 0, 0}},
-      {FlowControlCodeToIndex, {0, 0, 1, 2, 4, 0, 0}},
-      {DuplexCodeToIndex, {0, 1, 2, 0, 0, 0, 0}},
-  };
-  for (const auto& row : cases) {
-    for (std::uint32_t code = 0; code < 7; ++code) {
-      EXPECT_EQ(row.convert(code), row.indexes[code]) << &row - cases << " " << code;
+    for (std::uint32_t index = 0; index < 6; ++index) {
+      const wchar_t* word = index < row.words.size() ? row.words[index] : row.otherwise;
+      EXPECT_EQ(row.wordOf(index), word) << row.what << " " << index;
     }
   }
 }

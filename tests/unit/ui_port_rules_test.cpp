@@ -1,21 +1,26 @@
-// What the port page writes on apply, and how its boxes look after the advanced settings.
-#include "config/port_type.h"
+// What the port page writes on apply, and how its boxes look.
 #include "ui/port_rules.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "config/port_type.h"
+#include "status/port_status.h"
+
 namespace {
 
 constexpr std::uint32_t kIndex = 3;  // bit 2 of the mask
 
-CVcpParameters PortOf(bool rs422485, std::uint32_t duplex, std::uint32_t cts, std::uint32_t dsr) {
+template <class Row>
+CVcpParameters PortOf(const Row& row) {
   CVcpParameters port;
-  port.PortType = rs422485 ? 0x4 : 0xB;
-  port.DuplexMode = duplex;
-  port.EmulateCTSTrue = cts;
-  port.EmulateDSRTrue = dsr;
+  port.PortType = row.rs422485 ? 0x4 : 0xB;
+  port.DuplexMode = row.duplex;
+  port.CtsSupported = row.ctsSupported;
+  port.DsrSupported = row.dsrSupported;
+  port.EmulateCTSTrue = row.cts;
+  port.EmulateDSRTrue = row.dsr;
   return port;
 }
 
@@ -56,50 +61,53 @@ const ApplyCase kApplyCases[] = {
 TEST(PortRules, ApplyAdoptsOnlyWhatTheUserChanged) {
   for (const ApplyCase& row : kApplyCases) {
     SCOPED_TRACE(row.name);
-    CVcpParameters port = PortOf(row.rs422485, row.duplex, row.cts, row.dsr);
-    port.CtsSupported = row.ctsSupported;
-    port.DsrSupported = row.dsrSupported;
+    CVcpParameters port = PortOf(row);
     EXPECT_EQ(ApplyHandshake(port, kIndex, row.boxes, row.settingsChanged), row.write);
     EXPECT_EQ(port.EmulateCTSTrue, row.ctsAfter);
     EXPECT_EQ(port.EmulateDSRTrue, row.dsrAfter);
   }
 }
 
-std::string Text(const std::optional<bool>& value) {
-  if (!value) return "-";
-  return *value ? "yes" : "no";
+// c checked, u unchecked; e enabled, d disabled, - left alone: box of CTS, label of CTS, the same of DSR.
+std::string Describe(const HandshakeChange& change) {
+  const auto enabled = [](const std::optional<bool>& on) { return !on ? '-' : *on ? 'e' : 'd'; };
+  std::string text;
+  for (const BoxChange& box : {change.cts, change.dsr}) {
+    text += !box.checked ? '-' : *box.checked ? 'c' : 'u';
+    text += enabled(box.boxEnabled);
+    text += enabled(box.labelEnabled);
+  }
+  return text;
 }
-std::string Text(const BoxChange& change) {
-  return Text(change.checked) + " " + Text(change.boxEnabled) + " " + Text(change.labelEnabled);
-}
 
-struct BoxCase {
-  const char* name;
-  bool rs422485;
-  std::uint32_t duplex;
-  std::uint32_t ctsSupported, dsrSupported, cts;
-  const char* ctsBox;  // checked, box enabled, label enabled; "-" stays as it is
-  const char* dsrBox;
-};
-
-const BoxCase kBoxCases[] = {
-    {"RS-232 with both lines", false, 0, 1, 1, 1, "- - -", "- - -"},
-    {"RS-232 without DSR: its label stays enabled", false, 0, 1, 0, 0, "- - -", "yes no -"},
-    {"RS-422, CTS not emulated", true, 1, 1, 1, 0, "no yes yes", "- - -"},
-    {"RS-422, CTS emulated", true, 0, 1, 1, 5, "yes yes yes", "- - -"},
-    {"RS-485", true, 2, 1, 1, 0, "yes no no", "- - -"},
-    {"RS-422 without lines", true, 1, 0, 0, 0, "yes no no", "yes no -"},
-};
-
-TEST(PortRules, BoxesAfterTheAdvancedSettings) {
-  for (const BoxCase& row : kBoxCases) {
+TEST(PortRules, BoxesFollowTheKindOfPortAndItsLines) {
+  const struct {
+    const char* name;
+    bool rs422485;
+    std::uint32_t duplex, ctsSupported, dsrSupported, cts, dsr;
+    const char* afterRefresh;
+    bool marks;  // whether a box overrides a line
+    const char* afterAdvanced;
+  } cases[] = {
+      {"RS-232", false, 0, 1, 1, 0, 0, "u--u--", false, "------"},
+      {"RS-232, both overridden", false, 0, 1, 1, 1, 5, "c--c--", true, "------"},
+      {"RS-232 without CTS", false, 0, 0, 1, 0, 0, "cddu--", false, "cdd---"},
+      {"RS-232 without CTS, DSR overridden", false, 0, 0, 1, 0, 1, "cddc--", true, "cdd---"},
+      {"RS-232 without DSR, whose label may stay", false, 0, 1, 0, 0, 0, "u--cdd", false, "---cd-"},
+      {"RS-422", true, 1, 1, 1, 0, 0, "ueecdd", false, "uee---"},
+      {"RS-422, CTS overridden, no mode", true, 0, 1, 1, 5, 0, "ceecdd", false, "cee---"},
+      {"RS-422 without lines", true, 1, 0, 0, 0, 0, "cddcdd", false, "cddcd-"},
+      {"RS-485", true, 2, 1, 1, 0, 0, "cddcdd", false, "cdd---"},
+  };
+  for (const auto& row : cases) {
     SCOPED_TRACE(row.name);
-    CVcpParameters port = PortOf(row.rs422485, row.duplex, row.cts, 0);
-    port.CtsSupported = row.ctsSupported;
-    port.DsrSupported = row.dsrSupported;
-    const HandshakeChange change = HandshakeAfterAdvanced(port, kIndex);
-    EXPECT_EQ(Text(change.cts), row.ctsBox);
-    EXPECT_EQ(Text(change.dsr), row.dsrBox);
+    CVcpParameters port = PortOf(row);
+    CKdNBusUserModeInterface bus;
+    bus.SerialPortIndex = kIndex;
+    EXPECT_EQ(Describe(HandshakeAfterAdvanced(port, kIndex)), row.afterAdvanced);
+    const PortStatus status = ApplyStatusDocument(L"", port, bus);
+    EXPECT_EQ(Describe(status.boxes), row.afterRefresh);
+    EXPECT_EQ(status.showOverrideMarks, row.marks);
   }
 }
 
