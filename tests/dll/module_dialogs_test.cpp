@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/resource_ids.h"
+#include "workbench/machine/dll.h"
 
 namespace {
 
@@ -54,20 +55,17 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
   void SetUp() override {
     const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_INTERNET_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
-    module_ = LoadLibraryW(L"KdUUI10.DLL");
-    ASSERT_NE(module_, nullptr) << "error " << GetLastError();
     wchar_t wanted[8];
     if (GetEnvironmentVariableW(L"KDUUI_DPI", wanted, ARRAYSIZE(wanted)) != 0) {
       ASSERT_EQ(Dpi(), _wtoi(wanted)) << "the session's resolution does not come through";
     }
     parent_ = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW, 0, 0, 800, 800, nullptr, nullptr, nullptr,
                             nullptr);
-    dialog_ = CreateDialogParamW(module_, MAKEINTRESOURCEW(GetParam().id), parent_, &NoMessages, 0);
+    dialog_ = CreateDialogParamW(dll_.Module(), MAKEINTRESOURCEW(GetParam().id), parent_, &NoMessages, 0);
     ASSERT_NE(dialog_, nullptr) << "dialog " << GetParam().id << ", error " << GetLastError();
   }
   void TearDown() override {
     if (parent_ != nullptr) DestroyWindow(parent_);
-    if (module_ != nullptr) FreeLibrary(module_);
   }
 
   static int Dpi() {
@@ -107,7 +105,8 @@ class ModuleDialogs : public testing::TestWithParam<Page> {
     return text;
   }
 
-  HMODULE module_ = nullptr;
+  workbench::Machine machine_;
+  workbench::Dll dll_{machine_};
   HWND parent_ = nullptr;
   HWND dialog_ = nullptr;
 };

@@ -4,11 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include "workbench/machine/dll.h"
 
 namespace {
 
@@ -18,40 +18,19 @@ using testing::StrCaseEq;
 // The loaded DLL's own headers.
 class ModuleImage : public testing::Test {
  protected:
-  void SetUp() override {
-    module_ = LoadLibraryW(L"KdUUI10.DLL");
-    ASSERT_NE(module_, nullptr) << "error " << GetLastError();
-    base_ = reinterpret_cast<const unsigned char*>(module_);
-    const auto* dos = At<IMAGE_DOS_HEADER>(0);
-    headers_ = At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(dos->e_lfanew));
-  }
-  void TearDown() override {
-    if (module_ != nullptr) FreeLibrary(module_);
-  }
-
   template <class T>
   const T* At(DWORD address) const {
-    return reinterpret_cast<const T*>(base_ + address);
+    return reinterpret_cast<const T*>(reinterpret_cast<const unsigned char*>(dll_.Module()) + address);
   }
   DWORD Directory(unsigned entry) const {
     return headers_->OptionalHeader.DataDirectory[entry].VirtualAddress;
   }
-  const IMAGE_SECTION_HEADER* SectionNamed(const char* name) const {
-    const auto* section = IMAGE_FIRST_SECTION(headers_);
-    const auto* const end = section + headers_->FileHeader.NumberOfSections;
-    while (section != end && std::strncmp(reinterpret_cast<const char*>(section->Name), name, 8) != 0)
-      ++section;
-    return section != end ? section : nullptr;
-  }
-  std::filesystem::path File() const {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(module_, path, MAX_PATH);
-    return path;
-  }
 
-  HMODULE module_ = nullptr;
-  const unsigned char* base_ = nullptr;
-  const IMAGE_NT_HEADERS64* headers_ = nullptr;
+  workbench::Machine machine_;
+  const workbench::Dll dll_{machine_};
+  const std::filesystem::path file_ = workbench::Dll::DefaultPath();
+  const IMAGE_NT_HEADERS64* headers_ =
+      At<IMAGE_NT_HEADERS64>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
 };
 
 TEST_F(ModuleImage, ExportsExactlyTheContract) {
@@ -80,26 +59,6 @@ TEST_F(ModuleImage, ImportsOnlyWhatAnInstallerHasLoaded) {
   }
 }
 
-// The first call of a delay-loaded function writes its address, which stands behind the pointer to its name.
-TEST_F(ModuleImage, AddressesOfDelayLoadedFunctionsAreWritable) {
-  const auto* const rdata = SectionNamed(".rdata");
-  ASSERT_NE(rdata, nullptr);
-  const std::string_view bytes(At<char>(rdata->VirtualAddress), rdata->Misc.VirtualSize);
-  for (const std::string function : {"ComDBOpen", "HttpOpenRequestW", "PropertySheetW"}) {
-    const std::size_t text = bytes.find('\0' + function + '\0');
-    ASSERT_NE(text, bytes.npos) << function;
-    const char* const name = bytes.data() + text + 1;
-    const std::size_t pointer =
-        bytes.find(std::string_view(reinterpret_cast<const char*>(&name), sizeof(name)));
-    ASSERT_NE(pointer, bytes.npos) << function;
-    MEMORY_BASIC_INFORMATION memory{};
-    VirtualQuery(reinterpret_cast<void* const*>(bytes.data() + pointer)[1], &memory, sizeof(memory));
-    EXPECT_EQ(memory.AllocationBase, module_) << function;
-    EXPECT_TRUE(memory.Protect == PAGE_READWRITE || memory.Protect == PAGE_WRITECOPY)
-        << function << memory.Protect;
-  }
-}
-
 TEST_F(ModuleImage, IsHardenedReproducibleAndStripped) {
   const WORD wanted = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA | IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
                       IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
@@ -111,11 +70,9 @@ TEST_F(ModuleImage, IsHardenedReproducibleAndStripped) {
 
 TEST_F(ModuleImage, IsSmallAndHasItsDebugInformationBesideIt) {
 #ifndef KDUUI_TRAPS  // which take room, and are not shipped
-  EXPECT_LT(std::filesystem::file_size(File()), 300'000u);
+  EXPECT_LT(std::filesystem::file_size(file_), 300'000u);
 #endif
-  std::filesystem::path debug = File();
-  debug += ".debug";
-  EXPECT_TRUE(std::filesystem::exists(debug));
+  EXPECT_TRUE(std::filesystem::exists(file_.native() + L".debug"));
 }
 
 // Also that of kdport.exe, which is handed out with it.
@@ -136,9 +93,9 @@ TEST_F(ModuleImage, VersionBlockSaysWhatItIs) {
       EXPECT_NE(block.find(text), std::wstring::npos) << "no \"" << text << "\"";
     }
   };
-  check(module_, VFT_DLL, L"KdUUI10.DLL");
-  const auto path = File().replace_filename(L"kdport.exe");
-  check(LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE), VFT_APP, L"kdport.exe");
+  check(dll_.Module(), VFT_DLL, L"KdUUI10.DLL");
+  const auto kdport = file_.parent_path() / L"kdport.exe";
+  check(LoadLibraryExW(kdport.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE), VFT_APP, L"kdport.exe");
 }
 
 }  // namespace

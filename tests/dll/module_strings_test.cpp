@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 
+#include "workbench/machine/dll.h"
+
 namespace {
 
 const std::map<UINT, const wchar_t*> kTexts = {
@@ -61,25 +63,14 @@ const std::map<UINT, const wchar_t*> kTexts = {
     {8039, L"RS422/485 Settings"},
 };
 
-class ModuleStrings : public testing::Test {
- protected:
-  void SetUp() override {
-    module_ = LoadLibraryW(L"KdUUI10.DLL");
-    ASSERT_NE(module_, nullptr) << "error " << GetLastError();
+TEST(ModuleStrings, TextsAreExact) {
+  workbench::Machine machine;
+  const workbench::Dll dll(machine);
+  for (const auto& [id, text] : kTexts) {
+    wchar_t loaded[1024] = L"";
+    LoadStringW(dll.Module(), id, loaded, ARRAYSIZE(loaded));
+    EXPECT_STREQ(loaded, text) << "string " << id;
   }
-  void TearDown() override {
-    if (module_ != nullptr) FreeLibrary(module_);
-  }
-  std::wstring Load(UINT id) const {
-    wchar_t text[1024];
-    const int length = LoadStringW(module_, id, text, ARRAYSIZE(text));
-    return {text, static_cast<std::size_t>(length)};
-  }
-  HMODULE module_ = nullptr;
-};
-
-TEST_F(ModuleStrings, TextsAreExact) {
-  for (const auto& [id, text] : kTexts) EXPECT_EQ(Load(id), text) << "string " << id;
 }
 
 }  // namespace
