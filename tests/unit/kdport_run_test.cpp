@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include "../kdport_machine.h"
-#include "kdport/model/parameters.h"
 #include "kdport/output/documents.h"
 #include "kdport/output/report_text.h"
 #include "kdport/output/table.h"
@@ -57,26 +56,6 @@ TEST(KdPortRun, AFailureEndsNoMoreThanItHasTo) {
     EXPECT_EQ(report.exit, row.exit) << row.failing;
     EXPECT_FALSE(circle.machine.heldTwice) << row.failing;
   }
-}
-
-TEST(KdPortParameters, WhatNobodyNamedStaysAsTheDriversHaveIt) {
-  CKdUVcpUserModeInterface port;
-  CKdNBusUserModeInterface bus;
-  port.Baudrate = 9600, port.Parity = 2, port.DuplexMode = 1;
-  bus.AddressToConnect = 0x0A000001, bus.ServerWebPort = 80, bus.MACAddress2 = 7, bus.PortType = 5;
-  CFieldValues changes;
-  changes[Field::Baud] = 19200;
-  changes[Field::WebPort] = 8080;
-  ApplyLineSettings(SettingsWith(port, changes), port);
-  ApplyNetworkInfo(NetworkWith(port, bus, changes), bus, port);
-  const CFieldValues values = FieldsOf(&port, &bus);
-  EXPECT_EQ(values[Field::Baud], 19200u);
-  EXPECT_EQ(values[Field::Parity], 2u);
-  EXPECT_EQ(values[Field::WebPort], 8080u);
-  EXPECT_EQ(values[Field::Address], 0x0A000001u);
-  EXPECT_EQ(bus.MACAddress2, 7u);
-  EXPECT_EQ(bus.PortType, 5u);
-  EXPECT_EQ(port.DuplexMode, 1u);
 }
 
 // As much of JSON Schema as the files in schema/ use.

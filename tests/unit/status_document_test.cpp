@@ -122,6 +122,7 @@ TEST(StatusDocumentTest, Rs422485ModeIsAdoptedWithItsLimits) {
       {"offline, more behind it", 1, 0, 0x81, 0, L"", 0, 0x81, 0, L"Unknown", true},
       {"device says RS232", 2, 2, 0, 1, L"<portmode>0</portmode>", 2, 0, 1, L"RS232", true},
       {"index 0 is bit 31", 0, 0, 0, 0, L"<portmode>1</portmode>", 0, 0x80000000, 0, L"RS422/485", true},
+      {"the 33rd port shares bit 0", 33, 0, 0, 0, L"<portmode>1</portmode>", 1, 1, 1, L"RS422/485", true},
       {"plain", 2, 0, 0, 0, L"<portmode>0</portmode>", 0, 0, 0, L"RS232", false},
   };
   for (const auto& c : cases) {

@@ -5,7 +5,6 @@
 
 #include <string>
 
-#include "config/port_type.h"
 #include "status/port_status.h"
 
 namespace {
@@ -22,12 +21,6 @@ CVcpParameters PortOf(const Row& row) {
   port.EmulateCTSTrue = row.cts;
   port.EmulateDSRTrue = row.dsr;
   return port;
-}
-
-TEST(PortRules, MaskBitIsTakenModulo32) {
-  EXPECT_TRUE(IsRs422485Port(0x4, 3));
-  EXPECT_TRUE(IsRs422485Port(0x80000000, 0)) << "no port has the number 0";
-  EXPECT_TRUE(IsRs422485Port(0x1, 33));
 }
 
 struct ApplyCase {
