@@ -33,17 +33,6 @@ TEST_F(AdvancedSheet, OkCountsAsSavedAlsoWhenNothingWasWritten) {
   EXPECT_EQ(Run([](const OpenSheet& sheet) { sheet.PressCancel(); }).result, 0);
 }
 
-TEST_F(AdvancedSheet, APageThatCannotBeMadeLeavesNoOtherBehind) {
-  machine.Calls().ClearLog();
-  machine.Calls().Inject({.function = "CreatePropertySheetPageW", .from = 3});
-  PageOf().Click(IDC_PORT_ADVANCED);
-  const std::vector<Call> made = machine.Calls().CallsOf("CreatePropertySheetPageW");
-  const std::vector<Call> freed = machine.Calls().CallsOf("DestroyPropertySheetPage");
-  ASSERT_EQ(freed.size(), 2u);
-  for (std::size_t page = 0; page < 2; ++page) EXPECT_EQ(freed[page].Number(0), made.at(page).result);
-  EXPECT_EQ(machine.Calls().CountOf("PropertySheetW"), 0u);
-}
-
 // The page that is not shown has read its set when the sheet is made, and the port page goes by that: in
 // RS-485 mode there is no CTS, whatever the driver has by then. A driver that does not answer leaves the
 // boxes alone.
