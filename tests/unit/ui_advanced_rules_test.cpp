@@ -3,17 +3,11 @@
 
 #include <string>
 
-#include "status/address_text.h"
 #include "ui/device_rules.h"
 #include "ui/framework/link_text.h"
 #include "ui/tcp_ip_rules.h"
 
 namespace {
-
-TEST(UiAddressText, MacTakesThreeLowBytesOfEachHalfAndIpv4StartsWithTheHighest) {
-  EXPECT_EQ(MacText(0xFF000A0B, 0xEE00C00D), L"00:0A:0B:00:C0:0D");
-  EXPECT_EQ(Ipv4Text(0xC0A80001), L"192.168.0.1");
-}
 
 TEST(UiTcpIpRules, EachFieldIsAChangeOfItsOwn) {
   using Bus = CKdNBusUserModeInterface;
@@ -61,12 +55,6 @@ TEST(UiDeviceRules, HighPerformanceIsTheInverseOfItsParameter) {
   ApplySwitches(set, {.connectOffline = false, .highPerformance = true});
   EXPECT_EQ(set.ForceCOMPortConnect, 0u);
   EXPECT_EQ(set.RealTxFifoEmulation, 0u);
-}
-
-TEST(UiDeviceRules, ComNameIsTheEntryWithoutItsMarks) {
-  EXPECT_EQ(ChosenComName(L"COM7"), L"COM7");
-  EXPECT_EQ(ChosenComName(L"COM7 (in use) (in use)"), L"COM7");
-  EXPECT_EQ(ChosenComName(L"COM7(in use)"), L"COM7(in use)");
 }
 
 TEST(UiDeviceRules, DuplexDefaultOfZeroIsRestoredAsRs422) {
