@@ -145,8 +145,7 @@ int Remove(unsigned ports) {
   Step(L"The user removes the ports and then the server");
   for (Device* port : rig.server.ports) rig.Installer().Remove(*port);
   rig.Installer().Remove(*rig.server.card);
-  for (const ProcessRecord& process : rig.machine.System().processes)
-    Tell(L"Started: " + process.application);
+  for (const std::wstring& program : rig.machine.System().processes) Tell(L"Started: " + program);
   return rig.EndInAgreement();
 }
 

@@ -54,20 +54,10 @@ void PutNumber(std::span<std::byte> bytes, std::size_t offset, std::uint32_t num
   std::memcpy(bytes.data() + offset, &number, sizeof number);
 }
 
-// Where the length of the set's first text stands in its stream; nothing in a set without texts.
-std::optional<std::size_t> FirstTextOffset(std::size_t streamLength) {
-  if (streamLength == ParameterValues(kPortSet).Encode().size()) return std::nullopt;
-  const auto layout = SetLayout(kBusSet);
-  const auto isText = [](const Parameter& parameter) { return parameter.text != nullptr; };
-  return 4 * static_cast<std::size_t>(std::ranges::find_if(layout, isText) - layout.begin());
-}
-
 bool CanHave(Operation operation, Misbehaviour misbehaviour) {
   switch (misbehaviour) {
     case Misbehaviour::Refuse:
       return true;
-    case Misbehaviour::ReportSize:
-      return operation == Operation::Size;
     case Misbehaviour::LieAboutCount:
       return operation == Operation::Size || operation == Operation::Read;
     default:
@@ -167,15 +157,11 @@ DriverAnswer PortDriver::AnswerSize(std::uint64_t session, const DriverRequest& 
   if (request.output.size() != 4) return Violate(Join(request.output.size(), " bytes for a size"));
   const CodeRow& row = *RowOf(request.code);
   const auto& values = row.defaults ? default_ : current_;
-  auto size = static_cast<std::uint32_t>(values.at(selector).Encode().size());
+  const auto size = static_cast<std::uint32_t>(values.at(selector).Encode().size());
   DWORD returned = 4;
   if (const auto fault = Due(Operation::Size, selector)) {
     if (fault->misbehaviour == Misbehaviour::Refuse) return {fault->value, 0};
-    if (fault->misbehaviour == Misbehaviour::LieAboutCount) {
-      returned = fault->value;
-    } else {
-      size = fault->value;
-    }
+    returned = fault->value;
   }
   sessions_[session] = SizeReport{row.dataCode, selector, size};
   PutNumber(request.output, 0, size);
@@ -196,19 +182,13 @@ DriverAnswer PortDriver::AnswerRead(std::uint64_t session, const DriverRequest& 
 }
 
 // Gives the client its bytes, or what a fault makes of them.
-DriverAnswer PortDriver::Fill(std::span<std::byte> output, std::vector<std::byte> stream,
+DriverAnswer PortDriver::Fill(std::span<std::byte> output, const std::vector<std::byte>& stream,
                               const std::optional<DriverFault>& fault) const {
-  const Misbehaviour misbehaviour = fault ? fault->misbehaviour : Misbehaviour::ReportSize;
-  if (misbehaviour == Misbehaviour::Refuse) return {fault->value, 0};
-  if (misbehaviour == Misbehaviour::GrowAfterSize) return {ERROR_INSUFFICIENT_BUFFER, 0};
-  const auto textOffset = FirstTextOffset(stream.size());
-  stream.resize(output.size(), std::byte{0xEE});
-  if (misbehaviour == Misbehaviour::TextLength && textOffset && *textOffset + 4 <= stream.size()) {
-    PutNumber(stream, *textOffset, fault->value);
-  }
+  if (fault && fault->misbehaviour == Misbehaviour::Refuse) return {fault->value, 0};
+  const bool grew = fault && fault->misbehaviour == Misbehaviour::GrowAfterSize;
+  if (grew || stream.size() != output.size()) return {ERROR_INSUFFICIENT_BUFFER, 0};
   std::ranges::copy(stream, output.begin());
-  const bool lie = misbehaviour == Misbehaviour::LieAboutCount;
-  return {ERROR_SUCCESS, lie ? fault->value : static_cast<DWORD>(stream.size())};
+  return {ERROR_SUCCESS, fault ? fault->value : static_cast<DWORD>(stream.size())};
 }
 
 DriverAnswer PortDriver::AnswerWrite(const DriverRequest& request, DriverRecord& record) {

@@ -24,11 +24,9 @@ inline constexpr DWORD kGetDefault = 0x8001E014;
 
 // A way in which a driver misbehaves.
 enum class Misbehaviour {
-  Refuse,      // fails with `value` as error
-  ReportSize,  // size request: answers `value`; the read then gives that many bytes, cut or followed by 0xEE
+  Refuse,         // fails with `value` as error
   GrowAfterSize,  // read: the set is larger than its size said, which fails the read
   LieAboutCount,  // size, read: the right bytes, but the count of returned bytes is `value`
-  TextLength,     // read: the length of the set's first text says `value`
 };
 
 // Which requests misbehave, from now on.
@@ -97,7 +95,7 @@ class PortDriver : public DriverEndpoint {
   [[nodiscard]] DriverAnswer AnswerWrite(const DriverRequest& request, DriverRecord& record);
   [[nodiscard]] std::optional<DriverFault> Due(DriverFault::Operation operation,
                                                std::optional<std::uint32_t> selector);
-  [[nodiscard]] DriverAnswer Fill(std::span<std::byte> output, std::vector<std::byte> stream,
+  [[nodiscard]] DriverAnswer Fill(std::span<std::byte> output, const std::vector<std::byte>& stream,
                                   const std::optional<DriverFault>& fault) const;
   [[nodiscard]] DriverAnswer Violate(std::string text);
 

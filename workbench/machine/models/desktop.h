@@ -61,11 +61,6 @@ class Desktop {
 };
 
 // The rest of the system: its version, its processes, its driver updates.
-struct ProcessRecord {
-  std::wstring application{}, commandLine{};
-  bool inherit = false;
-  DWORD flags = 0;
-};
 struct DriverUpdateRecord {
   HWND owner = nullptr;
   std::wstring hardwareId{}, infPath{};
@@ -77,8 +72,7 @@ struct SystemState {
   DWORD buildNumber = 19045;
   bool versionCallFails = false;
 
-  DWORD processError = ERROR_SUCCESS;  // when set, CreateProcessW fails with it
-  std::vector<ProcessRecord> processes{};
+  std::vector<std::wstring> processes{};  // the programs that were started
 
   DWORD updateError = ERROR_SUCCESS;  // when set, UpdateDriverForPlugAndPlayDevicesW fails with it
   bool updateNeedsReboot = false;

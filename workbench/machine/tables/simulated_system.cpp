@@ -38,19 +38,15 @@ HANDLE EndedObject(MachineLock& machine, HandleKind kind) {
   return handle;
 }
 
-BOOL WINAPI StartProcess(const wchar_t* application, wchar_t* commandLine, SECURITY_ATTRIBUTES* process,
-                         SECURITY_ATTRIBUTES* thread, BOOL inherit, DWORD flags, void* environment,
+BOOL WINAPI StartProcess(const wchar_t* application, wchar_t*, SECURITY_ATTRIBUTES* process,
+                         SECURITY_ATTRIBUTES* thread, BOOL, DWORD, void* environment,
                          const wchar_t* directory, STARTUPINFOW* startup, PROCESS_INFORMATION* result) {
   MachineLock machine;
   if (startup == nullptr || result == nullptr || startup->cb != sizeof *startup)
     return machine->Calls().Misused("STARTUPINFOW missing or of the wrong size", ERROR_INVALID_PARAMETER);
   if (process != nullptr || thread != nullptr) machine->Calls().Note(L"security attributes");
   if (environment != nullptr || directory != nullptr) machine->Calls().Note(L"environment or directory");
-  machine->System().processes.push_back({.application = application == nullptr ? L"" : application,
-                                         .commandLine = commandLine == nullptr ? L"" : commandLine,
-                                         .inherit = inherit != FALSE,
-                                         .flags = flags});
-  if (machine->System().processError != ERROR_SUCCESS) return FailWith(machine->System().processError);
+  machine->System().processes.emplace_back(application == nullptr ? L"" : application);
   const auto number = static_cast<DWORD>(4000 + 4 * machine->System().processes.size());
   *result = {.hProcess = EndedObject(machine, HandleKind::Process),
              .hThread = EndedObject(machine, HandleKind::Thread),
