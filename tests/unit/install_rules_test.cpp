@@ -20,6 +20,13 @@ TEST(InstallRules, ValueWithSupportedInItsNameIsACapability) {
   for (const wchar_t* name : {L"supported", L"Support", L""}) EXPECT_FALSE(IsCapabilityValue(name));
 }
 
+TEST(InstallRules, OnlyTheNumberOneForbidsTheUpdate) {
+  for (const wchar_t* text : {L"1", L"01", L" 1", L"1x"}) EXPECT_TRUE(ForbidsDriverUpdate(text)) << text;
+  for (const wchar_t* text : {L"", L"0", L"2", L"11"}) {
+    EXPECT_FALSE(ForbidsDriverUpdate(text)) << text;
+  }
+}
+
 TEST(InstallRules, WindowsFromSixOneOnSortsExceptMajorVersionSeven) {
   using Version = std::pair<std::uint32_t, std::uint32_t>;
   for (const auto& [major, minor] : {Version{6, 1}, {6, 3}, {8, 0}, {10, 0}}) {
