@@ -31,22 +31,6 @@ std::filesystem::path SystemFolder() {
   return path;
 }
 
-int RunToEnd(const std::wstring& commandLine) {
-  std::wstring writable = commandLine;
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION information{};
-  if (!CreateProcessW(nullptr, writable.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                      &information)) {
-    return -1;
-  }
-  const CKernelHandle process(information.hProcess);
-  const CKernelHandle thread(information.hThread);
-  DWORD status = 0;
-  if (WaitForSingleObject(process.Get(), 60000) != WAIT_OBJECT_0) return -1;
-  return GetExitCodeProcess(process.Get(), &status) ? static_cast<int>(status) : -1;
-}
-
 std::wstring RegistryText(HKEY key, const std::wstring& path, const wchar_t* name) {
   wchar_t text[1024];
   DWORD size = sizeof text;

@@ -18,9 +18,6 @@
 [[nodiscard]] std::filesystem::path ProgramFolder();
 [[nodiscard]] std::filesystem::path SystemFolder();
 
-// Runs a command line to its end, at most a minute, and returns its exit status; -1 when it did not run.
-[[nodiscard]] int RunToEnd(const std::wstring& commandLine);
-
 // The text of a value, the first one of a list; "(none)" when there is none.
 [[nodiscard]] std::wstring RegistryText(HKEY key, const std::wstring& path, const wchar_t* name);
 [[nodiscard]] std::vector<std::wstring> RegistryKeys(HKEY key, const std::wstring& path);

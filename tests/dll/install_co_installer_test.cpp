@@ -76,6 +76,7 @@ TEST_F(InstallCoInstaller, ExportsWithoutAnArgumentDoNothing) {
 TEST_F(InstallCoInstaller, DriverUpdateIsRefusedWithAMessageForTheNumberOne) {
   AddServer({5});
   for (Device* device : {server.card, &Port()}) {
+    machine.Registry().SetText(Parameters(*device), L"NoUpgrade", L"2");
     EXPECT_TRUE(installer.AllowsDriverUpdate(*device));
     EXPECT_THAT(Questions(), IsEmpty());
     machine.Registry().SetText(Parameters(*device), L"NoUpgrade", L"1");

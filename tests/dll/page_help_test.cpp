@@ -177,7 +177,6 @@ TEST_F(PageHelp, LinksFollowTheKeyboard) {
     SCOPED_TRACE(tab);
     On(tab, [&](HWND page) {
       const HWND link = GetDlgItem(page, control);
-      EXPECT_TRUE(GetWindowLongW(link, GWL_STYLE) & WS_TABSTOP);
       for (const wchar_t key : {L'\r', L' ', L'x'}) SendMessageW(link, WM_CHAR, key, 0);
       for (const WPARAM key : {VK_RETURN, VK_ESCAPE}) {
         MSG message{link, WM_KEYDOWN, key, 0, 0, {}};
@@ -217,9 +216,6 @@ TEST_F(AboutLink, AClickOnItsTextOpensTheMakersSite) {
     SetWindowTextW(link, L"i");
     press(40, 40);  // beyond the shorter text
   });
-  for (const Call& call : machine.Calls().CallsOf("DestroyWindow")) {
-    EXPECT_TRUE(call.succeeded) << "a tip goes with its sheet, and its number may be another window's then";
-  }
   ASSERT_EQ(machine.Screen().shellCalls.size(), 1u);
   const workbench::ShellRecord& call = machine.Screen().shellCalls[0];
   EXPECT_EQ(call.owner, nullptr);

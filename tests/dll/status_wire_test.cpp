@@ -57,18 +57,21 @@ TEST_F(StatusWire, TheDeviceServerSeesAPlainGet) {
 }
 
 TEST_F(StatusWire, AStepThatFailsIsOfflineAndReportedUnlessOnATick) {
-  struct Row {
-    const char* function;
-    std::uint64_t from = 1;  // which call of it
-  };
   const PageSheet& sheet = PageOf();
-  for (const Row& row :
-       {Row{kSession}, Row{kConnect}, Row{kOpenRequest}, Row{kSend}, Row{kRead}, Row{kRead, 2}}) {
-    SCOPED_TRACE(std::string(row.function) + " " + std::to_string(row.from));
+  machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
+    EXPECT_EQ(machine.Calls().OpenCount(HandleKind::Internet), 0u)
+        << "a person may leave the box up for hours";
+    return IDOK;
+  });
+  // The function and which call of it.
+  using Row = std::pair<const char*, std::uint64_t>;
+  for (const auto& [function, from] :
+       {Row{kSession, 1}, {kConnect, 1}, {kOpenRequest, 1}, {kSend, 1}, {kRead, 1}, {kRead, 2}}) {
+    SCOPED_TRACE(std::string(function) + " " + std::to_string(from));
     const auto refresh = [&](bool tick) {
       Driver().ClearRecords();
       Boxes().clear();
-      machine.Calls().Inject({.function = row.function, .from = row.from});
+      machine.Calls().Inject({.function = function, .from = from});
       tick ? Tick() : sheet.Click(IDC_PORT_RESTORE_DEFAULTS);
       machine.Calls().ClearFaults();
       EXPECT_EQ(machine.Calls().OpenCount(HandleKind::Internet), 0u);
@@ -83,17 +86,6 @@ TEST_F(StatusWire, AStepThatFailsIsOfflineAndReportedUnlessOnATick) {
     refresh(true);
     EXPECT_THAT(Boxes(), IsEmpty());
   }
-}
-
-TEST_F(StatusWire, TheWarningComesAfterTheHandlesAreClosed) {
-  web.Stop();
-  std::size_t openUnderTheBox = 99;
-  machine.Screen().AnswerBy([&](const workbench::MessageBoxRecord&) {
-    openUnderTheBox = machine.Calls().OpenCount(HandleKind::Internet);
-    return IDOK;
-  });
-  PageOf();
-  EXPECT_EQ(openUnderTheBox, 0u) << "a person may leave the box up for hours";
 }
 
 // Reads that the drivers refuse are not a reason to leave the page, or the drivers, without the rest.

@@ -24,10 +24,6 @@ unsigned HowMany() {
   return std::max(500u, text == nullptr ? 0u : static_cast<unsigned>(std::atoi(text)));
 }
 
-std::size_t Below(Random& random, std::size_t limit) {
-  return limit == 0 ? 0 : random() % limit;
-}
-
 // clang-format off
 const std::vector<std::string> kWords = {
     "<baud>", "</baud>", "<datasize>", "<parity>", "</parity>", "<flowcontrol>", "<state>", "</state>", "<ctsline>",
@@ -40,13 +36,13 @@ const std::vector<std::string> kWords = {
 // One to eight changes of a text: a piece of it replaced by another byte, by nothing, by a run of a byte, by
 // itself twice or by one of the words above, or the rest of it cut off.
 void Mutate(std::string& text, Random& random) {
-  for (std::size_t changes = 1 + Below(random, 8); changes > 0; --changes) {
-    const std::size_t at = Below(random, text.size() + 1);
-    const std::string piece = text.substr(at, Below(random, 16));
-    const std::string run(Below(random, 64), static_cast<char>(random()));
-    const std::string& word = kWords[Below(random, kWords.size())];
+  for (std::size_t changes = 1 + random() % 8; changes > 0; --changes) {
+    const std::size_t at = random() % (text.size() + 1);
+    const std::string piece = text.substr(at, random() % 16);
+    const std::string run(random() % 64, static_cast<char>(random()));
+    const std::string& word = kWords[random() % kWords.size()];
     const std::string puts[] = {run.substr(0, 1), "", run + piece, piece + piece, word, word};
-    const std::size_t kind = Below(random, 24);
+    const std::size_t kind = random() % 24;
     if (kind < 23) text.replace(at, kind % 6 == 0 ? 1 : piece.size(), puts[kind % 6]);
     if (kind == 23) text.resize(at);
   }
