@@ -77,15 +77,6 @@ TEST_F(InstallBackup, ABackupGoesUnlessItHasPageValues) {
   EXPECT_EQ(BaudRate(), 600u) << "restored again";
 }
 
-// Without a saved name nothing is renamed and no default written.
-TEST_F(InstallBackup, APortThatIsNotRenamedKeepsItsPortsValue) {
-  Registry().SetText(workbench::kPortsKey, L"COM5:", L"115200,e,7,2");
-  Registry().DeleteValue(Key(), L"PortName");
-  Reinstall({5});
-  InstallAll();
-  EXPECT_EQ(PlacesOf(machine, Port()).portsValue, L"115200,e,7,2");
-}
-
 TEST_F(InstallBackup, TheNumberThatThePortStillHoldsIsClaimedAgainUnasked) {
   Reinstall({5});
   Port().port->openElsewhere = true;

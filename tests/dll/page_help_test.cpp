@@ -2,7 +2,6 @@
 #include "page_test.h"
 
 #include <algorithm>
-#include <cwchar>
 
 namespace {
 
@@ -189,21 +188,7 @@ TEST_F(PageHelp, LinksFollowTheKeyboard) {
   EXPECT_EQ(machine.Screen().shellCalls.size(), 2u);
 }
 
-class AboutLink : public PageHelp {
- protected:
-  void SetColour(const wchar_t* name, const wchar_t* text) {
-    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Microsoft\\Internet Explorer\\Settings", name, REG_SZ,
-                    text, static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t)));
-  }
-  // The link is of the first colour, and of the second after a click.
-  static void ExpectColours(HWND page, COLORREF before, COLORREF after) {
-    EXPECT_THAT(PixelsOf(GetDlgItem(page, IDC_ABOUT_WEBSITE)), testing::Contains(before));
-    Click(page, IDC_ABOUT_WEBSITE);
-    EXPECT_THAT(PixelsOf(GetDlgItem(page, IDC_ABOUT_WEBSITE)), testing::Contains(after));
-  }
-};
-
-TEST_F(AboutLink, AClickOnItsTextOpensTheMakersSite) {
+TEST_F(PageHelp, AClickOnTheAboutPagesLinkOpensTheMakersSite) {
   On(OpenSheet::kAbout, [](HWND page) {
     const HWND link = GetDlgItem(page, IDC_ABOUT_WEBSITE);
     const auto press = [&](int x, int releasedAtX) {
@@ -211,7 +196,7 @@ TEST_F(AboutLink, AClickOnItsTextOpensTheMakersSite) {
       SendMessageW(link, WM_LBUTTONUP, 0, MAKELPARAM(releasedAtX, 2));
     };
     EXPECT_TRUE(GetWindowLongW(link, GWL_STYLE) & SS_NOTIFY);
-    ExpectColours(page, RGB(0, 0, 255), RGB(128, 0, 128));
+    Click(page, IDC_ABOUT_WEBSITE);
     press(2, 5000);  // released elsewhere
     SetWindowTextW(link, L"i");
     press(40, 40);  // beyond the shorter text
@@ -224,13 +209,27 @@ TEST_F(AboutLink, AClickOnItsTextOpensTheMakersSite) {
   EXPECT_EQ(call.show, SW_SHOWNORMAL);
 }
 
-TEST_F(AboutLink, TheUsersColoursCountWhereTheyCanBeRead) {
-  SetColour(L"Anchor Color", L"0,128,0");
-  SetColour(L"Anchor Color Visited", L"128,64,0");
-  On(OpenSheet::kAbout, [](HWND page) { ExpectColours(page, RGB(0, 128, 0), RGB(128, 64, 0)); });
-  SetColour(L"Anchor Color", L"green");
-  SetColour(L"Anchor Color Visited", L"1,2");
-  On(OpenSheet::kAbout, [](HWND page) { ExpectColours(page, RGB(0, 0, 255), RGB(128, 0, 128)); });
+// Before a click and after it.
+TEST_F(PageHelp, LinksHaveTheUsersColoursWhereTheyCanBeRead) {
+  struct Row {
+    std::wstring colour, visitedColour;  // as other programs store them
+    COLORREF before, after;
+  };
+  for (const Row& row : {Row{L"0,128,0", L"128,64,0", RGB(0, 128, 0), RGB(128, 64, 0)},
+                         Row{L"green", L"1,2", RGB(0, 0, 255), RGB(128, 0, 128)}}) {
+    const auto store = [](const wchar_t* name, const std::wstring& text) {
+      RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\Microsoft\\Internet Explorer\\Settings", name, REG_SZ,
+                      text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+    };
+    store(L"Anchor Color", row.colour);
+    store(L"Anchor Color Visited", row.visitedColour);
+    On(OpenSheet::kAbout, [&](HWND page) {
+      const HWND link = GetDlgItem(page, IDC_ABOUT_WEBSITE);
+      EXPECT_THAT(PixelsOf(link), testing::Contains(row.before)) << testing::PrintToString(row.colour);
+      Click(page, IDC_ABOUT_WEBSITE);
+      EXPECT_THAT(PixelsOf(link), testing::Contains(row.after)) << testing::PrintToString(row.visitedColour);
+    });
+  }
 }
 
 }  // namespace

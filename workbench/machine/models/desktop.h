@@ -70,7 +70,6 @@ struct SystemState {
   DWORD majorVersion = 10;
   DWORD minorVersion = 0;
   DWORD buildNumber = 19045;
-  bool versionCallFails = false;
 
   std::vector<std::wstring> processes{};  // the programs that were started
 

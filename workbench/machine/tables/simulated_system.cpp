@@ -19,7 +19,6 @@ BOOL WINAPI GetVersionRecord(OSVERSIONINFOW* version) {
   if (!extended && version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOW))
     return machine->Calls().Misused("version record of the wrong size", ERROR_INSUFFICIENT_BUFFER);
   const SystemState& system = machine->System();
-  if (system.versionCallFails) return FailWith(ERROR_INSUFFICIENT_BUFFER);
   const DWORD size = version->dwOSVersionInfoSize;
   std::fill_n(reinterpret_cast<BYTE*>(version), size, BYTE{0});
   version->dwOSVersionInfoSize = size;
