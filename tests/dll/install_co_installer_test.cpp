@@ -14,9 +14,7 @@ constexpr wchar_t kInstallMutex[] = L"{5C0E2A71-93B4-4F6D-A8E2-0B7D41C9E356}";
 class InstallCoInstaller : public InstallTest {
  protected:
   [[nodiscard]] bool TouchedNothing() {
-    return machine.Calls().CountOf("CreateMutexW") + machine.Calls().CountOf("RegSetValueExW") +
-               machine.Calls().CountOf("ComDBOpen") ==
-           0;
+    return machine.Calls().OrderOf({"CreateMutexW", "RegSetValueExW", "ComDBOpen"}).empty();
   }
 };
 

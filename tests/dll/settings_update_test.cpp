@@ -1,8 +1,6 @@
 // The two exports that push settings into a port, through the built DLL, and drivers that refuse or lie. How
 // a request has to look in detail is the simulated driver's to see: it refuses any other, and the rig asks
 // it.
-#include <kdui10.h>
-
 #include <cstdint>
 #include <cwctype>
 
@@ -65,15 +63,8 @@ class SettingsUpdateTest : public RigTest {
   }
 
   workbench::PortDriver& driver = Driver(1);
-  KdNPortNetworkInfoUpdateFn networkInfo_ = Export<KdNPortNetworkInfoUpdateFn>("KdNPortNetworkInfoUpdate");
-  KdNPortSettingsUpdateFn settings_ = Export<KdNPortSettingsUpdateFn>("KdNPortSettingsUpdate");
-
- private:
-  // As a management program looks them up.
-  template <class Function>
-  Function Export(const char* name) {
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(dll->Module(), name)));
-  }
+  KdNPortNetworkInfoUpdateFn networkInfo_ = dll->NPortNetworkInfoUpdate;
+  KdNPortSettingsUpdateFn settings_ = dll->NPortSettingsUpdate;
 };
 
 TEST_F(SettingsUpdateTest, LineSettingsChangeFiveParametersOfThePort) {

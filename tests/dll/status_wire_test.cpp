@@ -19,10 +19,8 @@ class StatusWire : public PageTest {
  protected:
   // The calls that change what a window shows.
   [[nodiscard]] std::size_t Changes() {
-    std::size_t count = 0;
-    for (const char* function : {"SetWindowTextW", "SetDlgItemTextW", "ShowWindow", "EnableWindow"}) {
-      count += machine.Calls().CountOf(function);
-    }
+    std::size_t count =
+        machine.Calls().OrderOf({"SetWindowTextW", "SetDlgItemTextW", "ShowWindow", "EnableWindow"}).size();
     for (const Call& call : machine.Calls().CallsOf("SendMessageW")) {
       count += call.Number(1) == BM_SETCHECK || call.Number(1) == WM_SETTEXT ? 1 : 0;
     }
