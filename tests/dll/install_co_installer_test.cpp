@@ -98,8 +98,13 @@ TEST_F(InstallCoInstaller, RemovingAServerStartsItsUninstallProgram) {
   wchar_t directory[MAX_PATH] = {};
   GetSystemDirectoryW(directory, MAX_PATH);
   EXPECT_THAT(machine.System().processes, ElementsAre(std::wstring(directory) + L"\\KdUninst.exe"));
+  const workbench::Call start = machine.Calls().CallsOf("CreateProcessW").at(0);
+  EXPECT_EQ(start.Number(1), 0u) << "no command line";
+  EXPECT_EQ(start.Number(4), 1u) << "it inherits handles";
+  EXPECT_EQ(start.Number(5), static_cast<std::uint64_t>(NORMAL_PRIORITY_CLASS));
   EXPECT_EQ(machine.Calls().CountOf("WaitForSingleObject"), 0u);
   EXPECT_EQ(machine.Calls().OpenCount(HandleKind::Thread), 0u);
+  EXPECT_EQ(machine.Calls().OpenCount(HandleKind::Process), 1u) << "the program's handle is kept";
 }
 
 TEST_F(InstallCoInstaller, RemovingAPortGivesItsNameBackIfItsDosDeviceGoes) {
