@@ -3,14 +3,17 @@
 
 namespace {
 
+constexpr char kTurned[] = "ForceCOMPortConnect 0 -> 1, RealTxFifoEmulation 1 -> 0";  // the switches
+
 class AdvancedDevice : public PageTest {
  protected:
   AdvancedDevice() { PageOf(); }
-  // Chooses a COM name, if one is given, switches high performance, if asked to, and presses OK.
+  // Chooses a COM name, if one is given, turns both switches, if asked to, and presses OK.
   Outcome Apply(const wchar_t* comName, bool toggle = false) {
     return PageTest::Apply(OpenSheet::kDevice, [=](HWND page) {
       if (comName != nullptr) Select(page, IDC_DEVICE_COM_NUMBER, comName);
-      if (toggle) Click(page, IDC_DEVICE_HIGH_PERFORMANCE);
+      if (!toggle) return;
+      for (const int box : {IDC_DEVICE_HIGH_PERFORMANCE, IDC_DEVICE_CONNECT_OFFLINE}) Click(page, box);
     });
   }
   [[nodiscard]] std::wstring PortName() { return NameOf(Port()); }
@@ -36,9 +39,9 @@ TEST_F(AdvancedDevice, ShowsTheDriversValuesAndTheDatabasesNames) {
   });
 }
 
-TEST_F(AdvancedDevice, ASwitchAloneIsWrittenAndNothingIsRenamed) {
+TEST_F(AdvancedDevice, SwitchesAloneAreWrittenAndNothingIsRenamed) {
   EXPECT_EQ(Apply(nullptr, true).result, 1);
-  EXPECT_THAT(Written(), ElementsAre("RealTxFifoEmulation 1 -> 0"));
+  EXPECT_THAT(Written(), ElementsAre(kTurned));
   EXPECT_THAT(Boxes(), IsEmpty());
   EXPECT_EQ(PortName(), L"COM7");
   EXPECT_EQ(machine.Calls().CountOf("DefineDosDeviceW"), 0u);
@@ -77,7 +80,7 @@ TEST_F(AdvancedDevice, OfAPortInUseTheSwitchesAndTheRenameAskOneByOne) {
   machine.Screen().Answer(IDNO);
   EXPECT_FALSE(Apply(L"COM20", true).stayedOpen);
   EXPECT_THAT(BoxTexts(), ElementsAre(asksForSwitches, asksForRename));
-  EXPECT_THAT(Written(), ElementsAre("RealTxFifoEmulation 1 -> 0"));
+  EXPECT_THAT(Written(), ElementsAre(kTurned));
   EXPECT_EQ(PortName(), L"COM7");
 }
 

@@ -41,6 +41,8 @@ TEST_F(AdvancedTcpIp, NumbersOutOfRangeKeepTheSheetAndGetTheFocus) {
   const Row rows[] = {
       {L"0", L"0", 0},
       {L"65535", L"20", 0},
+      {L"80", L"20", 0},
+      {L"80", L"19", 0},
       {L"65536", L"5", IDC_TCPIP_PORT_NUMBER},
       {L"", L"", IDC_TCPIP_PORT_NUMBER},
       {L"4294967297", L"5", IDC_TCPIP_PORT_NUMBER},

@@ -3,27 +3,10 @@
 
 #include <string>
 
-#include "ui/device_rules.h"
 #include "ui/framework/link_text.h"
 #include "ui/tcp_ip_rules.h"
 
 namespace {
-
-TEST(UiTcpIpRules, EachFieldIsAChangeOfItsOwn) {
-  using Bus = CKdNBusUserModeInterface;
-  const std::pair<std::uint32_t TcpIpFields::*, std::uint32_t Bus::*> fields[] = {
-      {&TcpIpFields::tcpPort, &Bus::PortNumber},
-      {&TcpIpFields::attemptTimeout, &Bus::ConnectionAttemptTimeout},
-      {&TcpIpFields::idleTimeout, &Bus::ConnectionIdleTimeout}};
-  for (const auto& [field, parameter] : fields) {
-    Bus set;
-    TcpIpFields shown = FieldsOf(set);
-    EXPECT_FALSE(ApplyFields(set, shown));
-    shown.*field = 20;
-    EXPECT_TRUE(ApplyFields(set, shown));
-    EXPECT_EQ(set.*parameter, 20u);
-  }
-}
 
 TEST(UiTcpIpRules, VerificationIsOnUnlessBothChecksAreIgnored) {
   struct Row {
@@ -41,26 +24,6 @@ TEST(UiTcpIpRules, VerificationIsOnUnlessBothChecksAreIgnored) {
     EXPECT_EQ(set.IgnoreModelChecking, row.shown ? 0u : 1u);
     EXPECT_EQ(set.IgnoreForceProtocol, set.IgnoreModelChecking);
   }
-}
-
-TEST(UiDeviceRules, HighPerformanceIsTheInverseOfItsParameter) {
-  CKdNBusUserModeInterface set;
-  EXPECT_EQ(SwitchesOf(set), (DeviceSwitches{.connectOffline = false, .highPerformance = true}));
-  set.ForceCOMPortConnect = 9;
-  set.RealTxFifoEmulation = 4;
-  EXPECT_EQ(SwitchesOf(set), (DeviceSwitches{.connectOffline = true, .highPerformance = false}));
-  ApplySwitches(set, {.connectOffline = true, .highPerformance = false});
-  EXPECT_EQ(set.ForceCOMPortConnect, 1u);
-  EXPECT_EQ(set.RealTxFifoEmulation, 1u);
-  ApplySwitches(set, {.connectOffline = false, .highPerformance = true});
-  EXPECT_EQ(set.ForceCOMPortConnect, 0u);
-  EXPECT_EQ(set.RealTxFifoEmulation, 0u);
-}
-
-TEST(UiDeviceRules, DuplexDefaultOfZeroIsRestoredAsRs422) {
-  EXPECT_EQ(RestoredDuplexMode(0), 1u);
-  EXPECT_EQ(RestoredDuplexMode(1), 1u);
-  EXPECT_EQ(RestoredDuplexMode(2), 2u);
 }
 
 TEST(UiLinkText, ColourIsThreeBytesInDecimal) {
