@@ -45,11 +45,16 @@ endif()
 # information is split off when the DLL is linked. Natively too, so that what is measured there is what ships.
 set(KDUUI_PRODUCT_OPTIONS "$<$<CONFIG:Release>:-Os;-g>")
 
-# kd_library(NAME sources... [LIBS libraries...]): a static library of one room of what ships.
-function(kd_library name)
+# kd_room(NAME sources... [LIBS libraries...]): a static library of one room.
+function(kd_room name)
   cmake_parse_arguments(arg "" "" "LIBS" ${ARGN})
   add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PUBLIC kd_options ${arg_LIBS})
+endfunction()
+
+# kd_library(...): a room of what ships, with what kd_room takes.
+function(kd_library name)
+  kd_room(${name} ${ARGN})
   target_compile_options(${name} PRIVATE ${KDUUI_PRODUCT_OPTIONS})
 endfunction()
 
