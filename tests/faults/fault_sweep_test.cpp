@@ -25,17 +25,18 @@ const RunResult& RunUndisturbed(const Scenario& scenario) {
 constexpr unsigned kParts = 4;
 
 using Paths = std::vector<std::uint64_t>;
+using Places = std::vector<std::uint64_t>;
 
 // The places, from 1, that are the first of their path, and those that are the first or the last.
-Paths First(const Paths& paths) {
+Places First(const Paths& paths) {
   std::set<std::uint64_t> seen;
-  Paths places;
+  Places places;
   for (std::size_t i = 0; i < paths.size(); ++i) {
     if (seen.insert(paths[i]).second) places.push_back(i + 1);
   }
   return places;
 }
-Paths FirstAndLast(const Paths& paths) {
+Places FirstAndLast(const Paths& paths) {
   std::set<std::uint64_t> places;
   for (const std::uint64_t place : First(paths)) {
     const auto last = std::ranges::find(paths.rbegin(), paths.rend(), paths[place - 1]);
@@ -59,8 +60,8 @@ class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>>
   }
 
   // Of places, this test's.
-  static std::vector<std::uint64_t> OwnPlaces(const std::vector<std::uint64_t>& places) {
-    std::vector<std::uint64_t> own;
+  static Places OwnPlaces(const Places& places) {
+    Places own;
     for (std::size_t i = std::get<1>(GetParam()); i < places.size(); i += kParts) own.push_back(places[i]);
     return own;
   }
@@ -71,9 +72,9 @@ class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>>
     });
     return calls;
   }
-  Paths CallPaths() const {
+  static Paths PathsOf(const std::vector<Call>& calls) {
     Paths paths;
-    for (const Call& call : FaultableCalls()) paths.push_back(call.path);
+    for (const Call& call : calls) paths.push_back(call.path);
     return paths;
   }
   bool StepsGiveUp(const std::string& function) const {
@@ -130,7 +131,7 @@ class FaultSweep : public testing::TestWithParam<std::tuple<Scenario, unsigned>>
 // Values and list entries are read and made in loops, by the hundred: of what one path of calls leads to, the
 // first and the last are failed; from which on everything fails, the first.
 TEST_P(FaultSweep, EachCallOnce) {
-  for (const std::uint64_t k : OwnPlaces(FirstAndLast(CallPaths()))) {
+  for (const std::uint64_t k : OwnPlaces(FirstAndLast(PathsOf(FaultableCalls())))) {
     Try(Trouble::Calls, "call " + std::to_string(k), [&](Gate& gate) { gate.Inject({.from = k}); });
   }
   Report("each call once", undisturbed_.calls);
@@ -138,7 +139,7 @@ TEST_P(FaultSweep, EachCallOnce) {
 
 TEST_P(FaultSweep, EachCallAndEveryLaterOfItsFunction) {
   const std::vector<Call> calls = FaultableCalls();
-  for (const std::uint64_t k : OwnPlaces(First(CallPaths()))) {
+  for (const std::uint64_t k : OwnPlaces(First(PathsOf(calls)))) {
     const char* function = calls[k - 1].function;
     const auto from = static_cast<std::uint64_t>(std::ranges::count(
         calls.begin(), calls.begin() + static_cast<std::ptrdiff_t>(k), function, &Call::function));
