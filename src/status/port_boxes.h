@@ -23,8 +23,8 @@ struct HandshakeChange {
 // The box of a line that applications always see asserted.
 inline constexpr BoxChange kCheckedAndDisabled{.checked = true, .boxEnabled = false, .labelEnabled = false};
 
-// What the boxes show after a refresh. An RS-422/485 port has no DSR and, in RS-485 mode, no CTS, and a port
-// without one of the lines has it always true: such a box is checked and the user cannot change it. The
-// others show the port's settings. `portIndex` is the port's SerialPortIndex, from 1.
+// What the boxes show after a refresh. The box of a line that the port lacks is checked, and the user cannot
+// change it: CtsSupported or DsrSupported is 0, or it is an RS-422/485 port, which has no DSR and, in RS-485
+// mode, no CTS. The other boxes show the port's settings. `portIndex` is the port's SerialPortIndex, from 1.
 [[nodiscard]] HandshakeChange HandshakeAfterRefresh(const CVcpParameters& port,
                                                     std::uint32_t portIndex) noexcept;
